@@ -1,0 +1,52 @@
+#include "cli/commandline.h"
+
+#include "cli/command.h"
+#include "cli/infocommand.h"
+
+#include <QTextStream>
+
+namespace Sorvik {
+namespace Cli {
+
+CommandLine::CommandLine(QTextStream& o, QTextStream& e)
+    : out(o)
+    , err(e)
+{
+    commands.push_back(std::make_unique<InfoCommand>(out, err));
+}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::printUsage(QTextStream& stream) const
+{
+    stream << "Usage: sorvik-cli COMMAND [options] [arguments]\n\n"
+              "Builds, inspects and renders Sorvik pie charts from the command line.\n\n"
+              "Commands:\n";
+    for (const auto& command : commands)
+        stream << "  " << command->getName().leftJustified(18) << command->getSummary() << '\n';
+    stream << "\nRun 'sorvik-cli COMMAND --help' for the options of a command.\n";
+    stream.flush();
+}
+
+int CommandLine::run(const QStringList& arguments)
+{
+    if (arguments.isEmpty()) {
+        printUsage(err);
+        return Command::UsageError;
+    }
+    const QString& name = arguments.first();
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+        printUsage(out);
+        return Command::Success;
+    }
+    for (const auto& command : commands) {
+        if (command->getName() == name)
+            return command->run(arguments);
+    }
+    err << "sorvik-cli: unknown command '" << name << "'\n\n";
+    printUsage(err);
+    return Command::UsageError;
+}
+
+} // namespace Cli
+} // namespace Sorvik

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QVariantMap>
+
+namespace nu {
+
+// Compact JSON text of a value map, byte for byte what QJsonDocument writes in compact form.
+// Maps of plain ASCII strings (nearly every ontology node) take a fast path that skips building
+// a QJsonObject; anything else goes through Qt.
+QByteArray toCompactJson(const QVariantMap& map);
+
+// The value map of a JSON object text; text that is not a JSON object gives an empty map. Flat
+// objects of plain strings take a fast path; anything else goes through Qt.
+QVariantMap fromCompactJson(const QByteArray& json);
+
+} // namespace nu

@@ -1,0 +1,493 @@
+#include "ontology/builder.h"
+
+#include "nu/compactjson.h"
+#include "nu/database.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTemporaryFile>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstdio>
+#include <unistd.h>
+
+namespace Zem {
+namespace Ontology {
+
+namespace {
+
+const QString countKey = QStringLiteral("count");
+const QString accumCountKey = QStringLiteral("accumCount");
+
+enum Mark : unsigned char { Unvisited = 0, InProgress = 1, Done = 2 };
+
+// Small counts repeat across millions of nodes; sharing their text saves one string each.
+QString numberText(qint64 value)
+{
+    static const std::array<QString, 1024> small = [] {
+        std::array<QString, 1024> texts;
+        for (int i = 0; i < 1024; ++i)
+            texts[i] = QString::number(i);
+        return texts;
+    }();
+    if (value >= 0 && value < static_cast<qint64>(small.size()))
+        return small[static_cast<size_t>(value)];
+    return QString::number(value);
+}
+
+constexpr int cancelCheckInterval = 4096;
+
+} // namespace
+
+const char* Builder::Exception::what() const noexcept
+{
+    return "the ontology could not be built";
+}
+const char* Builder::NoRootException::what() const noexcept
+{
+    return "the input has no root node";
+}
+const char* Builder::OpenDatabaseException::what() const noexcept
+{
+    return "the output file could not be created";
+}
+const char* Builder::StatementExecException::what() const noexcept
+{
+    return "writing to the output file failed";
+}
+const char* Builder::StatementPrepareException::what() const noexcept
+{
+    return "the output file could not be prepared for writing";
+}
+const char* Builder::CycleException::what() const noexcept
+{
+    return "the taxonomy has a cycle (a taxon is its own ancestor)";
+}
+const char* Builder::CancelledException::what() const noexcept
+{
+    return "cancelled";
+}
+
+Builder::Node::Node(const QString& nodeId)
+    : id(nodeId)
+{
+}
+
+QString Builder::Node::getDataString() const
+{
+    return QString::fromUtf8(nu::toCompactJson(data));
+}
+
+Builder::Builder(const QString& file, QObject* parent)
+    : QObject(parent)
+    , fileName(file)
+{
+}
+
+Builder::~Builder()
+{
+    qDeleteAll(nodes);
+}
+
+Builder::Node* Builder::getNode(const QString& id)
+{
+    auto it = nodes.find(id);
+    if (it != nodes.end())
+        return it.value();
+    auto* node = new Node(id); // owned by the node table, deleted in the destructor
+    nodes.insert(id, node);
+    return node;
+}
+
+Builder::Node* Builder::findNode(const QString& id) const
+{
+    return nodes.value(id, nullptr);
+}
+
+void Builder::addRoot(const QString& id)
+{
+    root = getNode(id);
+}
+
+void Builder::link(Node* parent, Node* child)
+{
+    // The usual node has one parent, so "already a child?" is answered from the child itself;
+    // only nodes that ever had several parents pay for a scan of the parent's children.
+    if (!child->manyParents) {
+        if (child->parent == parent)
+            return;
+        if (child->parent == nullptr) {
+            child->parent = parent;
+            parent->children.push_back(child);
+            return;
+        }
+        child->manyParents = true;
+        child->parent = nullptr;
+    }
+    if (std::find(parent->children.begin(), parent->children.end(), child) == parent->children.end())
+        parent->children.push_back(child);
+}
+
+void Builder::unlink(Node* parent, Node* child)
+{
+    if (!child->manyParents && child->parent == parent)
+        child->parent = nullptr;
+}
+
+void Builder::addChild(const QString& parentId, const QString& childId)
+{
+    if (parentId == childId) {
+        addRoot(parentId);
+        return;
+    }
+    Node* parent = getNode(parentId);
+    Node* child = getNode(childId);
+    link(parent, child);
+}
+
+void Builder::addData(const QString& id, const QString& key, const QString& value)
+{
+    getNode(id)->data.insert(key, value);
+}
+
+void Builder::setWriterCommitSize(int size)
+{
+    if (size > 0)
+        writerCommitSize = size;
+}
+
+void Builder::setCancelCheck(std::function<bool()> check)
+{
+    cancelCheck = std::move(check);
+}
+
+void Builder::checkCancelled(int step)
+{
+    if (cancelCheck && step % cancelCheckInterval == 0 && cancelCheck())
+        throw CancelledException();
+}
+
+void Builder::resetMarks()
+{
+    for (Node* node : qAsConst(nodes))
+        node->state = Unvisited;
+}
+
+void Builder::count(bool trim)
+{
+    if (!root)
+        throw NoRootException();
+    Counter counter(root, this);
+    notifyCountingStart();
+    counter.setTrim(trim);
+    resetMarks();
+    counter.count(root);
+    counted = true;
+}
+
+void Builder::build()
+{
+    if (!root)
+        throw NoRootException();
+    resetMarks();
+    Writer writer(fileName, this);
+    notifyBuildingStart();
+    writer.setCommitSize(writerCommitSize);
+    writer.insertNode(root);
+    writer.insertChildren(root);
+    writer.end(counted);
+}
+
+void Builder::notifyBuildingStart()
+{
+    int total = nodes.size();
+    if (counted) {
+        const qint64 accum = root->data.value(accumCountKey).toString().toLongLong();
+        total = static_cast<int>(std::clamp<qint64>(accum, INT_MIN, INT_MAX));
+    }
+    timer.restart(total / 200);
+    emit signalBuildingStart(total);
+}
+
+void Builder::notifyCountingStart()
+{
+    const int total = nodes.size();
+    timer.restart(total / 200);
+    emit signalCountingStart(total);
+}
+
+void Builder::notifyNodesCounted(int n)
+{
+    if (timer.isTime(n))
+        emit signalNodesCounted(n);
+}
+
+void Builder::notifyNodesInserted(int n)
+{
+    if (timer.isTime(n))
+        emit signalNodesInserted(n);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Counter
+
+Builder::Counter::Counter(Node* startNode, Builder* owner)
+    : start(startNode)
+    , builder(owner)
+{
+}
+
+void Builder::Counter::setTrim(bool on)
+{
+    trim = on;
+}
+
+qint64 Builder::Counter::count()
+{
+    return count(start);
+}
+
+qint64 Builder::Counter::count(Node* top)
+{
+    // Depth first, children before their parent, with an explicit stack: a taxonomy path can be
+    // far deeper than the thread's stack allows for recursion. A node reached again through a
+    // second parent keeps the total it already has; a node reached again while it is still open
+    // is its own ancestor.
+    struct Frame
+    {
+        Node* node;
+        size_t next;
+        size_t kept;
+        qint64 sum;
+    };
+    std::vector<Frame> stack;
+
+    auto open = [&](Node* node) {
+        node->state = InProgress;
+        stack.push_back({node, 0, 0, 0});
+    };
+    // Records the result r of the child at frame.next: kept or trimmed away.
+    auto childDone = [&](Frame& frame, qint64 r) {
+        Node* parent = frame.node;
+        Node* child = parent->children[frame.next];
+        if (trim && r <= 0)
+            builder->unlink(parent, child);
+        else
+            parent->children[frame.kept++] = child;
+        ++frame.next;
+        frame.sum += r;
+    };
+
+    if (top->state == InProgress)
+        throw CycleException();
+    open(top);
+    qint64 result = 0;
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        Node* node = frame.node;
+        if (frame.next < node->children.size()) {
+            Node* child = node->children[frame.next];
+            if (child->state == Done) {
+                childDone(frame, child->data.value(accumCountKey).toString().toLongLong());
+            } else if (child->state == InProgress) {
+                throw CycleException();
+            } else {
+                open(child);
+            }
+            continue;
+        }
+
+        node->children.resize(frame.kept);
+        qint64 sum = frame.sum;
+        auto own = node->data.find(countKey);
+        if (own != node->data.end())
+            sum += own.value().toString().toLongLong();
+        else
+            node->data.insert(countKey, numberText(0));
+        node->data.insert(accumCountKey, numberText(sum));
+        node->state = Done;
+        stack.pop_back();
+
+        const int k = counted++;
+        builder->notifyNodesCounted(k);
+        builder->checkCancelled(k);
+
+        if (stack.empty())
+            result = sum;
+        else
+            childDone(stack.back(), sum);
+    }
+    return result;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writer
+
+Builder::Writer::Writer(const QString& file, Builder* owner)
+    : fileName(file)
+    , builder(owner)
+{
+    // The file is made under a temporary name next to the target and renamed over it only when
+    // complete, so an interrupted write never leaves a broken file under the target's name.
+    const QFileInfo target(fileName);
+    const QString folder = target.absolutePath();
+    if (!QDir().mkpath(folder))
+        throw OpenDatabaseException();
+    {
+        QTemporaryFile temporary(folder + QLatin1String("/.") + target.fileName()
+                                 + QLatin1String(".XXXXXX.part"));
+        temporary.setAutoRemove(false);
+        if (!temporary.open())
+            throw OpenDatabaseException();
+        temporaryName = temporary.fileName();
+    }
+
+    connection = std::make_unique<nu::database::Connection>(
+        QStringLiteral("zem-ontology-builder-writer"), temporaryName, false);
+    if (!connection->open())
+        throw OpenDatabaseException();
+
+    // No journal and no syncing while writing: a crash leaves only the temporary file, which
+    // is never taken for a good one. The finished file is synced before the rename.
+    exec(QStringLiteral("PRAGMA journal_mode = OFF"));
+    exec(QStringLiteral("PRAGMA synchronous = OFF"));
+    if (!connection->getDatabase().transaction())
+        throw StatementExecException();
+    exec(QStringLiteral("CREATE TABLE nodes( id TEXT, count INTEGER, data TEXT)"));
+    exec(QStringLiteral("CREATE TABLE info( key TEXT PRIMARY KEY, value TEXT)"));
+}
+
+Builder::Writer::~Writer()
+{
+    insert.reset();
+    connection.reset();
+    if (!finished && !temporaryName.isEmpty())
+        QFile::remove(temporaryName);
+}
+
+void Builder::Writer::setCommitSize(int size)
+{
+    if (size > 0)
+        commitSize = size;
+}
+
+void Builder::Writer::exec(const QString& sql)
+{
+    QSqlQuery query(connection->getDatabase());
+    if (!query.prepare(sql))
+        throw StatementPrepareException();
+    if (!query.exec())
+        throw StatementExecException();
+}
+
+void Builder::Writer::prepareInsert()
+{
+    insert = std::make_unique<QSqlQuery>(connection->getDatabase());
+    if (!insert->prepare(QStringLiteral("INSERT INTO nodes (id, count, data) VALUES ( :id, :count, :data)")))
+        throw StatementPrepareException();
+}
+
+void Builder::Writer::commitAndBegin()
+{
+    QSqlDatabase db = connection->getDatabase();
+    if (!db.commit() || !db.transaction())
+        throw StatementExecException();
+}
+
+void Builder::Writer::insertNode(Node* node)
+{
+    // One prepared statement, re-bound for every row.
+    if (!insert)
+        prepareInsert();
+    insert->bindValue(0, node->id);
+    insert->bindValue(1, static_cast<int>(node->children.size()));
+    insert->bindValue(2, node->getDataString());
+    if (!insert->exec())
+        throw StatementExecException();
+
+    ++pending;
+    ++inserted;
+    if (pending > commitSize) {
+        pending = 0;
+        commitAndBegin();
+    }
+    builder->notifyNodesInserted(inserted);
+    builder->checkCancelled(inserted);
+}
+
+void Builder::Writer::insertChildren(Node* top)
+{
+    // Each node's children go in as one block; then each child's own block follows, in child
+    // order, depth first. The explicit stack holds the path from top, so a node met again on
+    // its own path is a cycle rather than an endless file.
+    struct Frame
+    {
+        Node* node;
+        size_t next;
+    };
+    std::vector<Frame> stack;
+    auto open = [&](Node* node) {
+        if (node->state == InProgress)
+            throw CycleException();
+        node->state = InProgress;
+        for (Node* child : node->children)
+            insertNode(child);
+        stack.push_back({node, 0});
+    };
+
+    open(top);
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        if (frame.next < frame.node->children.size()) {
+            Node* child = frame.node->children[frame.next++];
+            open(child);
+        } else {
+            frame.node->state = Unvisited;
+            stack.pop_back();
+        }
+    }
+}
+
+void Builder::Writer::end(bool counted)
+{
+    QSqlQuery info(connection->getDatabase());
+    const QString sql = QStringLiteral("INSERT INTO info (key, value) VALUES ( :key, :value)");
+    if (!info.prepare(sql))
+        throw StatementPrepareException();
+    info.bindValue(QStringLiteral(":key"), QStringLiteral("nodes"));
+    info.bindValue(QStringLiteral(":value"), inserted);
+    if (!info.exec())
+        throw StatementExecException();
+    if (!info.prepare(sql))
+        throw StatementPrepareException();
+    info.bindValue(QStringLiteral(":key"), QStringLiteral("counted"));
+    info.bindValue(QStringLiteral(":value"), counted);
+    if (!info.exec())
+        throw StatementExecException();
+    info.finish();
+    insert.reset();
+    if (!connection->getDatabase().commit())
+        throw StatementExecException();
+    info = QSqlQuery();
+    connection.reset();
+
+    // Make the content durable before it takes the target's name.
+    {
+        QFile file(temporaryName);
+        if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0)
+            throw StatementExecException();
+    }
+    if (std::rename(QFile::encodeName(temporaryName).constData(),
+                    QFile::encodeName(fileName).constData())
+        != 0)
+        throw StatementExecException();
+    finished = true;
+}
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,185 @@
+#pragma once
+
+#include "nu/manualtimer.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace nu {
+namespace database {
+class Connection;
+}
+} // namespace nu
+
+class QSqlQuery;
+
+namespace Zem {
+namespace Ontology {
+
+// Collects a tree of named nodes in memory, optionally counts it (own counts summed towards the
+// root, empty branches trimmed) and writes it as an ontology file: an SQLite database whose
+// "nodes" rows hold each node before its children's block, read back by Reader.
+class Builder : public QObject
+{
+    Q_OBJECT
+public:
+    class Exception : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class NoRootException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class OpenDatabaseException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class StatementExecException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class StatementPrepareException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    // A node that is its own ancestor (a damaged dump or input file can make one).
+    class CycleException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    // The cancel check answered true in the middle of counting, writing or reading a source.
+    class CancelledException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+
+    class Node
+    {
+    public:
+        explicit Node(const QString& id);
+
+        QString getDataString() const;
+
+        QString id;
+        QVariantMap data;
+        std::vector<Node*> children;
+
+    private:
+        friend class Builder;
+        // Bookkeeping that keeps linking O(1) and traversals free of recursion.
+        Node* parent = nullptr;        // the first parent, while the node has only one
+        bool manyParents = false;      // linked under more than one parent at some time
+        unsigned char state = 0;       // traversal mark of count() and build()
+    };
+
+    class Counter
+    {
+    public:
+        Counter(Node* start, Builder* builder);
+        void setTrim(bool trim);
+        qint64 count();
+        qint64 count(Node* node);
+
+    private:
+        Node* start = nullptr;
+        int counted = 0;
+        bool trim = false;
+        Builder* builder = nullptr;
+    };
+
+    class Writer
+    {
+    public:
+        Writer(const QString& fileName, Builder* builder);
+        ~Writer();
+        Writer(const Writer&) = delete;
+        Writer& operator=(const Writer&) = delete;
+
+        void insertNode(Node* node);
+        void insertChildren(Node* node);
+        void end(bool counted);
+        void exec(const QString& sql);
+        void setCommitSize(int size);
+
+    private:
+        void commitAndBegin();
+        void prepareInsert();
+
+        int commitSize = 10000;
+        int pending = 0;
+        int inserted = 0;
+        QString fileName;
+        QString temporaryName;
+        bool finished = false;
+        Builder* builder = nullptr;
+        std::unique_ptr<nu::database::Connection> connection;
+        std::unique_ptr<QSqlQuery> insert;
+    };
+
+    explicit Builder(const QString& fileName, QObject* parent = nullptr);
+    ~Builder() override;
+
+    Node* getNode(const QString& id);
+    Node* findNode(const QString& id) const;
+    Node* getRoot() const { return root; }
+    int getNodeNumber() const { return nodes.size(); }
+    QString getFileName() const { return fileName; }
+    bool isCounted() const { return counted; }
+
+    void addRoot(const QString& id);
+    void addChild(const QString& parentId, const QString& childId);
+    void addData(const QString& id, const QString& key, const QString& value);
+
+    void count(bool trim);
+    void build();
+    void setWriterCommitSize(int size);
+
+    // Asked now and then during long loops; when it answers true, the loop throws
+    // CancelledException. The build task points it at its thread's interruption request.
+    void setCancelCheck(std::function<bool()> check);
+    void checkCancelled(int step);
+
+signals:
+    void signalBuildingStart(int total);
+    void signalNodesInserted(int inserted);
+    void signalCountingStart(int total);
+    void signalNodesCounted(int counted);
+
+protected:
+    void notifyBuildingStart();
+    void notifyCountingStart();
+    void notifyNodesCounted(int n);
+    void notifyNodesInserted(int n);
+
+    nu::ManualTimer timer{1000};
+
+private:
+    void link(Node* parent, Node* child);
+    void unlink(Node* parent, Node* child);
+    void resetMarks();
+
+    QString fileName;
+    Node* root = nullptr;
+    QHash<QString, Node*> nodes;
+    int writerCommitSize = 10000;
+    bool counted = false;
+    std::function<bool()> cancelCheck;
+};
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,60 @@
+#include "nu/compactjson.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+class TestCompactJson : public QObject
+{
+    Q_OBJECT
+private slots:
+    void writesWhatQtWrites_data();
+    void writesWhatQtWrites();
+    void readsWhatQtReads_data();
+    void readsWhatQtReads();
+};
+
+void TestCompactJson::writesWhatQtWrites_data()
+{
+    QTest::addColumn<QVariantMap>("map");
+    QTest::newRow("empty") << QVariantMap();
+    QTest::newRow("counted leaf") << QVariantMap{{"accumCount", "12"}, {"count", "12"}};
+    QTest::newRow("key order") << QVariantMap{{"scientific name", "Homo sapiens"}, {"Z", "1"}, {"_", "2"}, {"a", "3"}, {"count", "0"}};
+    QTest::newRow("escapes") << QVariantMap{{"name", QString::fromLatin1("q\"b\\s/t\tn\nr\rb\bf\f\x01\x1f end")}};
+    QTest::newRow("non-ascii value") << QVariantMap{{"name", QString::fromUtf8("Bact\xc3\xa9rie \xe2\x80\x94 \xf0\x9f\xa6\xa0")}};
+    QTest::newRow("lone surrogate") << QVariantMap{{"name", QString(QString(QChar(0xd800)) + QLatin1String("x"))}};
+    QTest::newRow("non-ascii key") << QVariantMap{{QString::fromUtf8("\xc3\xa9"), "1"}, {"e", "2"}};
+    QTest::newRow("non-string value") << QVariantMap{{"n", QVariant(5)}, {"b", QVariant(true)}, {"s", QVariant("x")}};
+}
+
+void TestCompactJson::writesWhatQtWrites()
+{
+    QFETCH(QVariantMap, map);
+    const QByteArray expected = QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact);
+    QCOMPARE(nu::toCompactJson(map), expected);
+}
+
+void TestCompactJson::readsWhatQtReads_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("compact") << QByteArray(R"({"accumCount":"12","count":"12"})");
+    QTest::newRow("empty object") << QByteArray("{}");
+    QTest::newRow("escapes") << QByteArray(R"({"a":"x\"y\\z\/\n\t\u0041\u00e9"})");
+    QTest::newRow("spaces") << QByteArray(R"({ "a" : "1" })");
+    QTest::newRow("numbers") << QByteArray(R"({"a":1,"b":[1,2],"c":{"d":"e"}})");
+    QTest::newRow("utf8") << QByteArray("{\"a\":\"Bact\xc3\xa9rie\"}");
+    QTest::newRow("not an object") << QByteArray(R"(["a"])");
+    QTest::newRow("garbage") << QByteArray("{\"a\":\"1\"");
+    QTest::newRow("trailing") << QByteArray(R"({"a":"1"}x)");
+    QTest::newRow("empty text") << QByteArray();
+    QTest::newRow("binary") << QByteArray("\x00\xff{\"", 4);
+}
+
+void TestCompactJson::readsWhatQtReads()
+{
+    QFETCH(QByteArray, json);
+    QCOMPARE(nu::fromCompactJson(json), QJsonDocument::fromJson(json).object().toVariantMap());
+}
+
+QTEST_APPLESS_MAIN(TestCompactJson)
+#include "tst_compactjson.moc"
