@@ -12,34 +12,71 @@ char hexDigit(unsigned v)
     return static_cast<char>(v < 10 ? '0' + v : 'a' + v - 10);
 }
 
-// Appends the JSON string form of s; false when s holds a non-ASCII character.
-bool appendAsciiString(QByteArray& out, const QString& s)
+// Writes the JSON string form of s at out (room for 6 characters per input character plus the
+// quotes must be there); returns the end, or null when s holds a non-ASCII character.
+template <typename Char>
+Char* writeAsciiString(Char* out, const QString& s)
 {
-    out += '"';
+    *out++ = '"';
     for (const QChar qc : s) {
         const ushort u = qc.unicode();
         if (u >= 0x80)
-            return false;
-        if (u < 0x20 || u == '"' || u == '\\') {
-            out += '\\';
-            switch (u) {
-            case '"': out += '"'; break;
-            case '\\': out += '\\'; break;
-            case 0x08: out += 'b'; break;
-            case 0x0c: out += 'f'; break;
-            case 0x0a: out += 'n'; break;
-            case 0x0d: out += 'r'; break;
-            case 0x09: out += 't'; break;
-            default:
-                out += "u00";
-                out += hexDigit(u >> 4);
-                out += hexDigit(u & 0xf);
-            }
-        } else {
-            out += static_cast<char>(u);
+            return nullptr;
+        if (u >= 0x20 && u != '"' && u != '\\') {
+            *out++ = static_cast<Char>(u);
+            continue;
+        }
+        *out++ = '\\';
+        switch (u) {
+        case '"': *out++ = '"'; break;
+        case '\\': *out++ = '\\'; break;
+        case 0x08: *out++ = 'b'; break;
+        case 0x0c: *out++ = 'f'; break;
+        case 0x0a: *out++ = 'n'; break;
+        case 0x0d: *out++ = 'r'; break;
+        case 0x09: *out++ = 't'; break;
+        default:
+            *out++ = 'u';
+            *out++ = '0';
+            *out++ = '0';
+            *out++ = static_cast<Char>(hexDigit(u >> 4));
+            *out++ = static_cast<Char>(hexDigit(u & 0xf));
         }
     }
-    out += '"';
+    *out++ = '"';
+    return out;
+}
+
+// The fast path: writes into a buffer of Char (char or QChar's ushort) sized for the worst case,
+// then trims it. False when the map needs Qt's general writer.
+template <typename Text, typename Char>
+bool writeFlatAscii(const QVariantMap& map, Text& text)
+{
+    int room = 2;
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        if (it.value().userType() != QMetaType::QString)
+            return false;
+        room += 6 * (it.key().size() + static_cast<const QString*>(it.value().constData())->size()) + 6;
+    }
+    text.resize(room);
+    Char* const begin = reinterpret_cast<Char*>(text.data());
+    Char* out = begin;
+    *out++ = '{';
+    bool first = true;
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        if (!first)
+            *out++ = ',';
+        first = false;
+        out = writeAsciiString(out, it.key());
+        if (!out)
+            return false;
+        *out++ = ':';
+        out = writeAsciiString(out, *static_cast<const QString*>(it.value().constData()));
+        if (!out)
+            return false;
+    }
+    *out++ = '}';
+    text.resize(static_cast<int>(out - begin));
     return true;
 }
 
@@ -127,24 +164,18 @@ bool readAsciiString(const char*& p, const char* end, QString& out)
 
 QByteArray toCompactJson(const QVariantMap& map)
 {
-    QByteArray out;
-    out.reserve(64);
-    out += '{';
-    bool first = true;
-    for (auto it = map.cbegin(); it != map.cend(); ++it) {
-        if (it.value().userType() != QMetaType::QString)
-            return viaQt(map);
-        if (!first)
-            out += ',';
-        first = false;
-        if (!appendAsciiString(out, it.key()))
-            return viaQt(map);
-        out += ':';
-        if (!appendAsciiString(out, *static_cast<const QString*>(it.value().constData())))
-            return viaQt(map);
-    }
-    out += '}';
-    return out;
+    QByteArray text;
+    if (writeFlatAscii<QByteArray, char>(map, text))
+        return text;
+    return viaQt(map);
+}
+
+QString toCompactJsonString(const QVariantMap& map)
+{
+    QString text;
+    if (writeFlatAscii<QString, ushort>(map, text))
+        return text;
+    return QString::fromUtf8(viaQt(map));
 }
 
 QVariantMap fromCompactJson(const QByteArray& json)

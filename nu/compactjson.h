@@ -9,6 +9,8 @@ namespace nu {
 // Maps of plain ASCII strings (nearly every ontology node) take a fast path that skips building
 // a QJsonObject; anything else goes through Qt.
 QByteArray toCompactJson(const QVariantMap& map);
+// The same text as a QString (saves a UTF-8 round trip where a QString is wanted).
+QString toCompactJsonString(const QVariantMap& map);
 
 // The value map of a JSON object text; text that is not a JSON object gives an empty map. Flat
 // objects of plain strings take a fast path; anything else goes through Qt.

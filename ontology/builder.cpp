@@ -80,7 +80,7 @@ Builder::Node::Node(const QString& nodeId)
 
 QString Builder::Node::getDataString() const
 {
-    return QString::fromUtf8(nu::toCompactJson(data));
+    return nu::toCompactJsonString(data);
 }
 
 Builder::Builder(const QString& file, QObject* parent)
@@ -404,9 +404,12 @@ void Builder::Writer::insertNode(Node* node)
     // One prepared statement, re-bound for every row.
     if (!insert)
         prepareInsert();
-    insert->bindValue(0, node->id);
-    insert->bindValue(1, static_cast<int>(node->children.size()));
-    insert->bindValue(2, node->getDataString());
+    static const QString id = QStringLiteral(":id");
+    static const QString count = QStringLiteral(":count");
+    static const QString data = QStringLiteral(":data");
+    insert->bindValue(id, node->id);
+    insert->bindValue(count, static_cast<int>(node->children.size()));
+    insert->bindValue(data, node->getDataString());
     if (!insert->exec())
         throw StatementExecException();
 
