@@ -1,0 +1,45 @@
+#include "viewer/navigator.h"
+
+namespace Sorvik {
+namespace Viewer {
+
+Navigator::Navigator()
+{
+    goToRoot();
+}
+
+void Navigator::goToRoot()
+{
+    stack = {Position()};
+}
+
+void Navigator::goToUpperLevel(int levels)
+{
+    for (int i = 0; i < levels && stack.size() > 1; ++i)
+        stack.removeLast();
+}
+
+void Navigator::goToLevel(const Position& position, const QList<Position>& parentPositions)
+{
+    if (position == getCurrentPosition())
+        return;
+    // The ancestors between the current centre and the entered node, farthest first.
+    const int centre = parentPositions.indexOf(getCurrentPosition());
+    const int farthest = centre < 0 ? -1 : centre - 1;
+    for (int i = farthest; i >= 0; --i)
+        stack.append(parentPositions.at(i));
+    stack.append(position);
+}
+
+Navigator::Position Navigator::getCurrentPosition() const
+{
+    return stack.last();
+}
+
+bool Navigator::isAtRoot() const
+{
+    return stack.size() == 1;
+}
+
+} // namespace Viewer
+} // namespace Sorvik

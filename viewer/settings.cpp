@@ -1,0 +1,43 @@
+#include "viewer/settings.h"
+
+#include <QFileInfo>
+#include <QSettings>
+
+namespace Sorvik {
+namespace App {
+
+namespace {
+QSettings store()
+{
+    return QSettings(QStringLiteral("zem"), QStringLiteral("sorvik-piechart"));
+}
+} // namespace
+
+QString Settings::getPath() const
+{
+    return store().value(QStringLiteral("path")).toString();
+}
+
+void Settings::setPath(const QString& path)
+{
+    store().setValue(QStringLiteral("path"), path);
+}
+
+QDir Settings::getPathDir() const
+{
+    return QDir(getPath());
+}
+
+QString Settings::getLastFolder(const QString& purpose) const
+{
+    return store().value(QStringLiteral("last-folder/") + purpose).toString();
+}
+
+void Settings::setLastFolder(const QString& purpose, const QString& fileOrFolder)
+{
+    const QFileInfo info(fileOrFolder);
+    store().setValue(QStringLiteral("last-folder/") + purpose, info.isDir() ? info.absoluteFilePath() : info.absolutePath());
+}
+
+} // namespace App
+} // namespace Sorvik

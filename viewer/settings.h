@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+namespace Sorvik {
+namespace App {
+
+// The program's persistent settings: the data folder "path", where the working chart and the
+// NCBI taxonomy cache live. Each call reads or writes the store afresh.
+class Settings
+{
+public:
+    QString getPath() const;
+    void setPath(const QString& path);
+    QDir getPathDir() const;
+
+    // Last folders used in file dialogs, so the next dialog opens where the user was.
+    QString getLastFolder(const QString& purpose) const;
+    void setLastFolder(const QString& purpose, const QString& fileOrFolder);
+};
+
+} // namespace App
+} // namespace Sorvik
