@@ -2,6 +2,7 @@
 
 #include "cli/command.h"
 #include "cli/infocommand.h"
+#include "cli/rendercommand.h"
 
 #include <QTextStream>
 
@@ -13,6 +14,7 @@ CommandLine::CommandLine(QTextStream& o, QTextStream& e)
     , err(e)
 {
     commands.push_back(std::make_unique<InfoCommand>(out, err));
+    commands.push_back(std::make_unique<RenderCommand>(out, err));
 }
 
 CommandLine::~CommandLine() = default;

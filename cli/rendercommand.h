@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cli/command.h"
+
+namespace Sorvik {
+namespace Cli {
+
+// sorvik-cli render CHART -o OUT: draws a counted chart as the viewer shows it at its root and
+// writes it as a PNG or SVG image.
+class RenderCommand : public Command
+{
+public:
+    using Command::Command;
+
+    QString getName() const override;
+    QString getSummary() const override;
+
+protected:
+    void setUp(QCommandLineParser& parser) override;
+    int execute(const QCommandLineParser& parser) override;
+};
+
+} // namespace Cli
+} // namespace Sorvik

@@ -1,0 +1,12 @@
+#include "nu/graphics/radiusitem.h"
+
+namespace nu {
+namespace graphics {
+
+double RadiusItem::getRadiusFull() const
+{
+    return getRadius();
+}
+
+} // namespace graphics
+} // namespace nu

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QRectF>
+#include <QString>
+
+#include <exception>
+
+class QGraphicsItem;
+class QPainter;
+
+namespace Sorvik {
+namespace Viewer {
+
+// Draws a chart into an image: the chart's root item with everything below it, fitted to a
+// square of a given number of pixels on a white background, as PNG or SVG. A chart that is
+// shown in a scene is drawn from that scene (with whatever lies on it); otherwise it is lent
+// to a scene of its own for the drawing and given back.
+class ChartImage
+{
+public:
+    enum class Format { Png, Svg };
+
+    class UnknownFormatException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class WriteException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+
+    static constexpr int defaultSize = 1000;
+    static constexpr int maximumSize = 10000;
+
+    explicit ChartImage(QGraphicsItem& chart);
+
+    // Clamped to 1..maximumSize.
+    void setSize(int pixels);
+    int getSize() const { return size; }
+
+    // The format a file name asks for by its extension (.png, .svg, any case); throws
+    // UnknownFormatException for any other.
+    static Format formatOf(const QString& fileName);
+
+    QImage toImage() const;
+    QByteArray toSvg() const;
+    // Writes the file completely or leaves it as it was; throws UnknownFormatException or
+    // WriteException.
+    void save(const QString& fileName) const;
+
+private:
+    void render(QPainter& painter) const;
+    QRectF getSourceRect() const;
+
+    QGraphicsItem& chart;
+    int size = defaultSize;
+};
+
+} // namespace Viewer
+} // namespace Sorvik

@@ -1,0 +1,165 @@
+#include "viewer/piechartbuilder.h"
+
+#include "nu/graphics/painttreecolors.h"
+#include "nu/maxlevels.h"
+#include "viewer/piechartitem.h"
+
+#include <limits>
+
+namespace Sorvik {
+namespace Viewer {
+
+namespace {
+
+const QString accumCountKey = QStringLiteral("accumCount");
+
+qint64 accumCount(const QVariantMap& data)
+{
+    bool ok = false;
+    const qint64 count = data.value(accumCountKey).toString().toLongLong(&ok);
+    return ok && count > 0 ? count : 0;
+}
+
+} // namespace
+
+PieChartBuilder::ColorNode::ColorNode(PieChartItem* i)
+    : item(i)
+{
+}
+
+std::vector<PieChartBuilder::ColorNode> PieChartBuilder::ColorNode::children() const
+{
+    std::vector<ColorNode> result;
+    for (QGraphicsItem* child : item->childItems()) {
+        if (auto* slice = dynamic_cast<PieChartItem*>(child))
+            result.emplace_back(slice);
+    }
+    return result;
+}
+
+int PieChartBuilder::ColorNode::getLevels() const
+{
+    return nu::maxLevels(*this);
+}
+
+void PieChartBuilder::ColorNode::setColor(const QColor& color)
+{
+    item->setColor(color);
+}
+
+PieChartBuilder::PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start)
+    : Reader(ontology, start)
+{
+}
+
+PieChartBuilder::~PieChartBuilder() = default;
+
+void PieChartBuilder::setMaxLevels(int levels)
+{
+    if (levels <= 0)
+        return;
+    maxLevels = std::min(levels, levelLimit);
+}
+
+void PieChartBuilder::setMinPercentage(double percent)
+{
+    minPercentage = percent / 100;
+}
+
+PieChartItem* PieChartBuilder::rootItem() const
+{
+    if (root)
+        return root.get();
+    return items.empty() ? nullptr : items.front().get();
+}
+
+std::unique_ptr<PieChartItem> PieChartBuilder::takeRootItem()
+{
+    return std::move(root);
+}
+
+PieChartItem* PieChartBuilder::getItem() const
+{
+    return items.empty() ? nullptr : items.back().get();
+}
+
+QString PieChartBuilder::getName(const QString& id, const QVariantMap& data)
+{
+    QString name = data.value(QStringLiteral("scientific name")).toString();
+    if (name.isEmpty())
+        name = data.value(QStringLiteral("name")).toString();
+    return name.isEmpty() ? id : name;
+}
+
+int PieChartBuilder::toSliceCount(qint64 count) const
+{
+    return static_cast<int>(std::min<qint64>(count >> countShift, std::numeric_limits<int>::max()));
+}
+
+void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Position& position)
+{
+    ++level;
+    if (level > maxLevels)
+        return;
+    const qint64 count = accumCount(data);
+    if (items.empty()) {
+        rootCount = count;
+        // A slice's count is an int while accumulated counts of huge inputs are 64-bit. All counts
+        // of the chart are divided by the same power of two, just enough for the start node's to
+        // fit: shares keep their proportions and, as the shift rounds down, children never add
+        // up to more than their parent.
+        countShift = 0;
+        while ((rootCount >> countShift) > std::numeric_limits<int>::max())
+            ++countShift;
+    }
+    auto item = std::make_unique<PieChartItem>(toSliceCount(count));
+    // Laid out once when the tree is complete, not again on every attachment.
+    item->setLayoutDeferred(true);
+    item->setPosition(position);
+    items.push_back(std::move(item));
+}
+
+void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
+{
+    --level;
+    if (level >= maxLevels || items.empty())
+        return;
+    std::unique_ptr<PieChartItem> item = std::move(items.back());
+    items.pop_back();
+    const auto label = [&] {
+        nu::graphics::DrawableText text = item->getText();
+        text.text = getName(id, data);
+        item->setText(text);
+    };
+
+    if (items.empty()) {
+        if (rootCount < 1)
+            return;
+        label();
+        root = std::move(item);
+        root->setLayoutDeferred(false);
+        root->updateCountFromParent();
+        applyColor();
+        return;
+    }
+    const qint64 count = accumCount(data);
+    if (count < 1)
+        return;
+    // A share equal to the minimum is kept even when the percentage, a decimal, is not exact
+    // in binary.
+    const double share = static_cast<double>(count) / static_cast<double>(rootCount);
+    if (share < minPercentage * (1 - 1e-12))
+        return;
+    label();
+    item->setLayoutDeferred(false);
+    items.back()->addChild(item.release());
+}
+
+void PieChartBuilder::applyColor()
+{
+    if (PieChartItem* top = rootItem())
+        nu::graphics::operation::paintTreeColors(ColorNode(top));
+}
+
+} // namespace Viewer
+} // namespace Sorvik

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "nu/graphics/piecharttextitem.h"
+#include "ontology/reader.h"
+
+#include <QColor>
+#include <QList>
+
+namespace Sorvik {
+namespace Viewer {
+
+// A slice of the viewer's chart: a labelled slice 30 units wide that knows where its node lies
+// in the ontology, for stepping into it. Its fill colour is also its shape brush, so that a copy
+// through the base class keeps it; selection only changes how it is painted.
+class PieChartItem : public nu::graphics::PieChartTextItem
+{
+public:
+    using Position = Zem::Ontology::Reader::Position;
+
+    explicit PieChartItem(int count, QGraphicsItem* parent = nullptr);
+
+    using nu::graphics::PieChartTextItem::addChild;
+    // Moves the child's total out of this slice's own count and attaches the child, so that this
+    // slice's total stays its node's accumulated count and its own count ends as the part no
+    // kept child accounts for.
+    void addChild(PieChartItem* child);
+
+    Position getPosition() const { return position; }
+    void setPosition(const Position& p) { position = p; }
+    QColor getColor() const { return color; }
+    void setColor(const QColor& color);
+    // The positions of the ancestors that are viewer slices, nearest first.
+    QList<Position> getParentPositions() const;
+
+    // Not selected: black label, black outline, own colour; selected: red, red, yellow.
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+private:
+    Position position;
+    QColor color{Qt::red};
+};
+
+} // namespace Viewer
+} // namespace Sorvik
