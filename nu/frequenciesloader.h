@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QTextStream;
+
+namespace nu {
+
+class Frequencies;
+
+// Fills Frequencies from whitespace-separated words: with one column every word is one
+// occurrence of itself; with two columns words go in pairs, a key and a count to add to it.
+// A pair whose count is not a non-negative integer is skipped, and so is a word longer than any
+// key can be (it is read past in bounded memory), so no input exhausts memory.
+class FrequenciesLoader
+{
+public:
+    static constexpr int maxWordLength = 4096;
+
+    FrequenciesLoader(QTextStream& stream, Frequencies& frequencies);
+
+    // Values above 1 mean two columns, anything else one.
+    void setNumberColumns(int n);
+    // Called with the number of words read so far, after each word; it may throw to stop.
+    void setStepCallback(std::function<void(qint64)> callback);
+    void load();
+
+    // Words or pairs passed over because they could not be read as a key and a count.
+    qint64 getSkipped() const { return skipped; }
+
+private:
+    void word(const QString& text, bool tooLong);
+
+    int numberColumns = 1;
+    QTextStream& stream;
+    Frequencies& frequencies;
+    std::function<void(qint64)> stepCallback;
+    QString pendingKey;
+    bool havePendingKey = false;
+    bool pendingKeyTooLong = false;
+    qint64 words = 0;
+    qint64 skipped = 0;
+};
+
+} // namespace nu

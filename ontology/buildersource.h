@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ontology/builder.h"
+
+#include <memory>
+#include <vector>
+
+namespace Zem {
+namespace Ontology {
+
+class Source;
+
+// A builder that loads its tree from a list of sources, one after the other, and reports how far
+// it has read each of them.
+class BuilderSource : public Builder
+{
+    Q_OBJECT
+public:
+    explicit BuilderSource(const QString& fileName, QObject* parent = nullptr);
+    ~BuilderSource() override;
+
+    void addSource(std::unique_ptr<Source> source);
+    int getSourceNumber() const { return static_cast<int>(sources.size()); }
+    void load();
+
+    // Sources announce the size of what they read (bytes, nodes), then their position in it.
+    void notifySourceTotalSize(qint64 total);
+    void notifySourceCurrentPos(qint64 position);
+
+signals:
+    void signalSourceReadingStart(int index, const QString& description);
+    void signalSourceTotalSize(qint64 total);
+    void signalSourceCurrentPos(qint64 position);
+
+private:
+    std::vector<std::unique_ptr<Source>> sources;
+    // Positions past the range of an int are scaled down by this many bits for the throttle.
+    int positionShift = 0;
+};
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QHash>
+#include <QPair>
+#include <QString>
+
+#include <vector>
+
+namespace Zem {
+namespace Ontology {
+
+class Builder;
+
+// Gives the nodes of path formats (Krona, QIIME) their ids. A node is its path of names from the
+// root: two lines reach the same node only when their names agree from the root down, however
+// often a name recurs elsewhere ("unclassified", empty ranks). The root is "root" and has no name;
+// every other node gets a short id of its own and its name as the value "name", so memory grows
+// with the number of nodes, not with the length of their paths. Counts given for a path add up.
+class PathIds
+{
+public:
+    static constexpr int root = 0;
+
+    // Makes "root" the builder's root.
+    explicit PathIds(Builder& builder);
+
+    // The node called name below parent; created and linked the first time.
+    int child(int parent, const QString& name);
+    QString getId(int node) const;
+    int size() const { return static_cast<int>(counts.size()); }
+
+    void addCount(int node, qint64 count);
+    bool hasCount(int node) const;
+    // Gives every node that received a count its sum as the value "count".
+    void writeCounts();
+
+private:
+    Builder& builder;
+    QHash<QPair<int, QString>, int> children;
+    std::vector<qint64> counts;
+    std::vector<bool> counted;
+};
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,72 @@
+#include "ontology/sourcebcp.h"
+
+#include "nu/parser/bcp.h"
+#include "ontology/buildersource.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <vector>
+
+namespace Zem {
+namespace Ontology {
+
+const QString SourceBcp::parentKey = QStringLiteral("parent-id");
+
+SourceBcp::SourceBcp(const QString& name)
+    : fileName(name)
+{
+}
+
+QString SourceBcp::getDescription() const
+{
+    return fileName;
+}
+
+void SourceBcp::read(BuilderSource& builder)
+{
+    QFile file(fileName);
+    QTextStream stream;
+    if (!openText(file, stream))
+        return;
+    builder.notifySourceTotalSize(file.size());
+
+    nu::parser::BCP rows(stream);
+    rows.setRowTerminator(rowTerminator);
+    rows.setFieldSeparator(fieldSeparator);
+    rows.setFinalTerminator(finalTerminator);
+
+    // The filter that takes every row is not run at all.
+    const bool everyRow = rowFilter.pattern() == QLatin1String(".*");
+    rowFilter.optimize();
+    struct Column
+    {
+        int index;
+        bool parent;
+        QString key;
+    };
+    std::vector<Column> mapped;
+    for (auto it = columns.constBegin(); it != columns.constEnd(); ++it)
+        mapped.push_back({it.key(), it.value() == parentKey, it.value()});
+
+    int row = 0;
+    while (rows.next()) {
+        builder.checkCancelled(++row);
+        builder.notifySourceCurrentPos(file.pos());
+        if (!everyRow && !rowFilter.match(rows.getLineRef()).hasMatch())
+            continue;
+        const QString id = rows.get(idColumn);
+        // A row cut short in a damaged dump can start with an empty id; no taxon has one.
+        if (id.isEmpty())
+            continue;
+        for (const Column& column : mapped) {
+            if (column.parent)
+                builder.addChild(rows.get(column.index), id);
+            else
+                builder.addData(id, column.key, rows.get(column.index));
+        }
+    }
+}
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ontology/source.h"
+
+#include <QHash>
+#include <QRegularExpression>
+
+namespace Zem {
+namespace Ontology {
+
+// A delimited dump file (the NCBI taxonomy's nodes.dmp and names.dmp): each row whose raw text
+// matches the row filter gives a node; the column map says which columns link it under a parent
+// (key "parent-id") and which become values under their key.
+class SourceBcp : public Source
+{
+public:
+    static const QString parentKey;
+
+    explicit SourceBcp(const QString& fileName = QString());
+
+    QString getDescription() const override;
+    void read(BuilderSource& builder) override;
+
+    QString fieldSeparator = QStringLiteral("\t");
+    QString rowTerminator = QStringLiteral("\n");
+    QString finalTerminator = QStringLiteral("\n");
+    QString fileName;
+    int idColumn = 0;
+    QHash<int, QString> columns;
+    QRegularExpression rowFilter{QStringLiteral(".*")};
+};
+
+} // namespace Ontology
+} // namespace Zem

@@ -1,0 +1,49 @@
+#include "ontology/sourcefrequencies.h"
+
+#include "nu/frequenciesloader.h"
+#include "ontology/buildersource.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <climits>
+
+namespace Zem {
+namespace Ontology {
+
+SourceFrequencies::SourceFrequencies(const QString& name, int columns)
+    : fileName(name)
+    , numberColumns(columns)
+{
+}
+
+QString SourceFrequencies::getDescription() const
+{
+    return fileName;
+}
+
+void SourceFrequencies::read(BuilderSource& builder)
+{
+    QFile file(fileName);
+    QTextStream stream;
+    if (!openText(file, stream))
+        return;
+    nu::FrequenciesLoader loader(stream, frequencies);
+    loader.setNumberColumns(numberColumns);
+    loader.setStepCallback([&builder](qint64 words) {
+        builder.checkCancelled(static_cast<int>(words & INT_MAX));
+    });
+    loader.load();
+    skipped = loader.getSkipped();
+
+    const QString countKey = QStringLiteral("count");
+    int step = 0;
+    const auto& tallies = frequencies.getTallies();
+    for (auto it = tallies.constBegin(); it != tallies.constEnd(); ++it) {
+        builder.checkCancelled(++step);
+        builder.addData(it.key(), countKey, QString::number(it.value()));
+    }
+}
+
+} // namespace Ontology
+} // namespace Zem
