@@ -1,6 +1,11 @@
 #include "tests/support/editcharts.h"
 
-#include "nu/edit/graphicsitemmanager.h"
+#include "nu/edit/arcbracketitem.h"
+#include "nu/edit/arctextitem.h"
+#include "nu/edit/lineitem.h"
+#include "nu/edit/piecharttextitem.h"
+#include "nu/edit/recttextitem.h"
+#include "nu/edit/subspaceitem.h"
 
 #include <QJsonObject>
 
@@ -28,6 +33,16 @@ long add(nu::edit::GraphicsItemManager& manager, int type, long parent, Values v
 }
 
 } // namespace
+
+EditorItemManager::EditorItemManager()
+{
+    registerType<nu::edit::ArcBracketItem>();
+    registerType<nu::edit::ArcTextItem>();
+    registerType<nu::edit::PieChartTextItem>();
+    registerType<nu::edit::RectTextItem>();
+    registerType<nu::edit::LineItem>();
+    registerType<nu::edit::SubSpaceItem>();
+}
 
 int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
 {

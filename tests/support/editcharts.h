@@ -1,15 +1,19 @@
 #pragma once
 
-#include <QJsonArray>
+#include "nu/edit/graphicsitemmanager.h"
 
-namespace nu {
-namespace edit {
-class GraphicsItemManager;
-}
-} // namespace nu
+#include <QJsonArray>
 
 namespace Sorvik {
 namespace Test {
+
+// An item manager with the editor's six item types (arc bracket, arc text, labelled slice,
+// straight text, line, subspace).
+class EditorItemManager : public nu::edit::GraphicsItemManager
+{
+public:
+    EditorItemManager();
+};
 
 // Adds an annotated chart to the manager's scene: a centre slice with two outer slices, a bracket
 // on one slice with an arc text on the bracket, a free bracket, a straight text, a bent line of
