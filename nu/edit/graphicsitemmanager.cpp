@@ -3,6 +3,8 @@
 #include "nu/edit/loadjson.h"
 #include "nu/edit/scene.h"
 
+#include "nu/graphics/countitem.h"
+
 #include <QGraphicsItem>
 
 #include <vector>
@@ -68,6 +70,10 @@ std::shared_ptr<PropertyItem> GraphicsItemManager::createItem(long id, int type)
     if (!built)
         return nullptr;
     QGraphicsItem* item = built.get();
+    if (batchDepth > 0) {
+        if (auto counted = dynamic_cast<graphics::CountItem*>(item))
+            counted->setLayoutDeferred(true);
+    }
     scene->addItem(built.release());
     idGenerator.registerId(id);
     ids.insert(IdMap::value_type(id, item));
@@ -189,8 +195,35 @@ QJsonArray GraphicsItemManager::toJson()
     return array;
 }
 
+void GraphicsItemManager::beginBatch()
+{
+    if (batchDepth++ > 0 || !scene)
+        return;
+    for (QGraphicsItem* item : scene->items()) {
+        if (auto counted = dynamic_cast<graphics::CountItem*>(item))
+            counted->setLayoutDeferred(true);
+    }
+}
+
+void GraphicsItemManager::endBatch()
+{
+    if (batchDepth == 0 || --batchDepth > 0 || !scene)
+        return;
+    std::vector<graphics::CountItem*> roots;
+    for (QGraphicsItem* item : scene->items()) {
+        if (auto counted = dynamic_cast<graphics::CountItem*>(item)) {
+            counted->setLayoutDeferred(false);
+            if (!counted->getCountParent())
+                roots.push_back(counted);
+        }
+    }
+    for (graphics::CountItem* root : roots)
+        root->updateCountFromParent();
+}
+
 int GraphicsItemManager::fromJson(const QJsonArray& array)
 {
+    const Batch batch(*this);
     struct Adapter
     {
         GraphicsItemManager& manager;

@@ -108,6 +108,12 @@ public:
     // Adds the items of a chart file under fresh ids; returns how many elements were skipped.
     int fromJson(const QJsonArray& array);
 
+protected:
+    // Chart slices are laid out once at the end of the outermost batch instead of on every count
+    // change: building or restoring a chart slice by slice would lay it out again each time.
+    void beginBatch() override;
+    void endBatch() override;
+
 private:
     using IdMap = boost::bimap<boost::bimaps::unordered_set_of<long>, boost::bimaps::unordered_set_of<QGraphicsItem*>>;
 
@@ -118,6 +124,7 @@ private:
     QMetaObject::Connection sceneDestroyed;
     IdGenerator idGenerator;
     std::map<int, std::shared_ptr<BaseItemType>> types;
+    int batchDepth = 0;
 };
 
 } // namespace edit

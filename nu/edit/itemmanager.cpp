@@ -3,7 +3,22 @@
 namespace nu {
 namespace edit {
 
+ItemManager::Batch::Batch(ItemManager& manager)
+    : manager(manager)
+{
+    manager.beginBatch();
+}
+
+ItemManager::Batch::~Batch()
+{
+    manager.endBatch();
+}
+
 ItemManager::~ItemManager() = default;
+
+void ItemManager::beginBatch() {}
+
+void ItemManager::endBatch() {}
 
 std::shared_ptr<PropertyItem> ItemManager::getItemOrCreate(long id, int type)
 {

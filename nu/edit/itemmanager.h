@@ -12,6 +12,20 @@ namespace edit {
 class ItemManager
 {
 public:
+    // Marks many changes made at once (a load, an undo step): while one lives, the manager may put
+    // off work that every single change would repeat, such as laying a chart out again. Nests.
+    class Batch
+    {
+    public:
+        explicit Batch(ItemManager& manager);
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        ItemManager& manager;
+    };
+
     virtual ~ItemManager();
 
     // Empty when no item has this id.
@@ -22,6 +36,11 @@ public:
     virtual std::shared_ptr<PropertyItem> createItem(long id, int type) = 0;
     virtual void deleteItem(long id) = 0;
     virtual std::shared_ptr<PropertyItem> getItemOrCreate(long id, int type);
+
+protected:
+    // Called by Batch; nothing by default.
+    virtual void beginBatch();
+    virtual void endBatch();
 };
 
 } // namespace edit

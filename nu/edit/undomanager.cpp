@@ -146,6 +146,7 @@ UndoManager::DataSet UndoManager::apply(const DataSet& step)
             inverse.replace(*item);
     }
 
+    const ItemManager::Batch batch(manager);
     // Every item first, so that parents exist whatever the order of the entries.
     std::vector<bool> present;
     for (const Data& recorded : step.getItems())

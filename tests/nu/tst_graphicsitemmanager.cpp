@@ -10,6 +10,7 @@
 #include "nu/edit/recttextitem.h"
 #include "nu/edit/scene.h"
 #include "nu/edit/subspaceitem.h"
+#include "nu/graphics/angularitem.h"
 #include "tests/support/editcharts.h"
 
 #include <QGraphicsRectItem>
@@ -87,6 +88,7 @@ private slots:
     void loadSkipsBadElements();
     void longParentChainsAreCut();
     void sceneGoneFirst();
+    void batchLaysChartsOutOnceAtTheEnd();
 };
 
 void TestGraphicsItemManager::createItemByType_data()
@@ -420,6 +422,38 @@ void TestGraphicsItemManager::sceneGoneFirst()
     QVERIFY(manager.toJson().isEmpty());
     manager.deleteItem(1);
     manager.reset();
+}
+
+void TestGraphicsItemManager::batchLaysChartsOutOnceAtTheEnd()
+{
+    Manager manager;
+    Scene scene(manager);
+    const auto root = manager.createItem(2);
+    const auto first = manager.createItem(2);
+    first->setParent(root.get());
+    manager.getItem(first->getId())->setPropertyValue(QStringLiteral("count"), 1);
+    auto angle = [&](long id) { return dynamic_cast<nu::graphics::AngularItem*>(manager.getGraphicsItem(id))->getAngle(); };
+    QCOMPARE(angle(first->getId()), 360.0);
+
+    {
+        const ItemManager::Batch outer(manager);
+        const auto second = manager.createItem(2);
+        second->setParent(manager.getItem(root->getId()).get());
+        manager.getItem(second->getId())->setPropertyValue(QStringLiteral("count"), 3);
+        {
+            const ItemManager::Batch inner(manager);
+            manager.getItem(first->getId())->setPropertyValue(QStringLiteral("count"), 1);
+        }
+        // Still the layout from before the batch.
+        QCOMPARE(angle(first->getId()), 360.0);
+        QCOMPARE(angle(second->getId()), 0.0);
+    }
+    QCOMPARE(angle(first->getId()), 90.0);
+    QCOMPARE(angle(3), 270.0);
+
+    // After the batch, changes lay the chart out at once again.
+    manager.getItem(3)->setPropertyValue(QStringLiteral("count"), 1);
+    QCOMPARE(angle(first->getId()), 180.0);
 }
 
 QTEST_MAIN(TestGraphicsItemManager)
