@@ -55,7 +55,9 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const int fanout = argc > 1 ? QString::fromLatin1(argv[1]).toInt() : 8;
     const int rings = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 4;
-    const nu::JsonDataFile::Info info(QTemporaryDir().path() + QStringLiteral(".pie"), QStringLiteral("sorvik-piechart"), 1);
+    const QTemporaryDir folder;
+    const nu::JsonDataFile::Info info(folder.filePath(QStringLiteral("chart.pie")),
+                                      QStringLiteral("sorvik-piechart"), 1);
 
     Manager manager;
     nu::edit::Scene scene(manager);
@@ -72,12 +74,14 @@ int main(int argc, char** argv)
                     slice->setParent(manager.getItem(parent).get());
                     const auto placed = manager.getItem(slice->getId());
                     placed->setPropertyValue(QStringLiteral("count"), 1 + i);
-                    placed->setPropertyValue(QStringLiteral("text.text"), QStringLiteral("taxon %1").arg(slice->getId()));
+                    placed->setPropertyValue(QStringLiteral("text.text"),
+                                             QStringLiteral("taxon %1").arg(slice->getId()));
                     next.push_back(slice->getId());
                     if (level == rings - 1) {
                         const auto text = manager.createItem(1);
                         text->setParent(placed.get());
-                        manager.getItem(text->getId())->setPropertyValue(QStringLiteral("text"), QStringLiteral("note"));
+                        manager.getItem(text->getId())
+                            ->setPropertyValue(QStringLiteral("text"), QStringLiteral("note"));
                     }
                 }
             }
@@ -116,6 +120,5 @@ int main(int argc, char** argv)
     });
     timed("undo it", [&] { undo.undo(); });
     timed("redo it", [&] { undo.redo(); });
-    QFile::remove(info.path);
     return 0;
 }

@@ -14,10 +14,11 @@ LineItem::LineItem(graphics::LineItem& item, Id id, Id parentId)
             .endProperties();
     }
     const QString ignore = tr("ignore transformations");
+    const PropertyInfo ignoreTransformations(QStringLiteral("ignoretransformations"), ignore, ignore);
     beginProperties()
         .prop<End>(PropertyInfo(QStringLiteral("end")), item)
         .prop<PropertyCustomTraceItemPen>(PropertyInfo(QStringLiteral("line")), item)
-        .prop<PropertyIgnoreTransformations>(PropertyInfo(QStringLiteral("ignoretransformations"), ignore, ignore), item)
+        .prop<PropertyIgnoreTransformations>(ignoreTransformations, item)
         .endProperties();
 }
 

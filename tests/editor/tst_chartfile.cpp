@@ -51,8 +51,6 @@ private slots:
     void loadedChartSavesByteForByte();
     void keysAndEncodings_data();
     void keysAndEncodings();
-    void otherFilesAreRefused_data();
-    void otherFilesAreRefused();
 };
 
 void TestChartFile::editorTypes()
@@ -124,7 +122,9 @@ void TestChartFile::keysAndEncodings_data()
         << border + QStringList{"count"} + fill + QStringList{"order"} + position
                + QStringList{"radius",         "rotation",       "text.brush.color", "text.brush.style", "text.font",
                              "text.pen.color", "text.pen.style", "text.pen.width",   "text.show",        "text.text"};
-    QTest::newRow("arc bracket") << 5 << QStringList{"angle"} + line + position + QStringList{"radius", "rotation", "tip-length"};
+    QTest::newRow("arc bracket") << 5
+                                 << QStringList{"angle"} + line + position
+                                        + QStringList{"radius", "rotation", "tip-length"};
     QTest::newRow("straight text") << 6
                                    << QStringList{"anchor.horizontal", "anchor.vertical"} + border + fill
                                           + QStringList{"font"} + position + QStringList{"rotation", "text"};
@@ -162,36 +162,6 @@ void TestChartFile::keysAndEncodings()
             QVERIFY2(value->isDouble(), qPrintable(key));
         }
     }
-}
-
-void TestChartFile::otherFilesAreRefused_data()
-{
-    QTest::addColumn<QString>("fixture");
-    QTest::addColumn<QString>("outcome");
-    QTest::newRow("next version") << "chart/version2.pie"
-                                  << "version";
-    QTest::newRow("another kind of file") << "chart/other-descriptor.pie"
-                                          << "descriptor";
-    QTest::newRow("not JSON") << "chart/not-json.pie"
-                              << "descriptor";
-    QTest::newRow("empty chart") << "chart/empty.pie"
-                                 << "read";
-}
-
-void TestChartFile::otherFilesAreRefused()
-{
-    QFETCH(QString, fixture);
-    QFETCH(QString, outcome);
-    QString result = QStringLiteral("read");
-    try {
-        const nu::JsonDataFile file(Scene::getFileInfo(Sorvik::Test::fixturePath(fixture)));
-        QVERIFY(file.data().isEmpty());
-    } catch (const nu::JsonDataFile::WrongDescriptorException&) {
-        result = QStringLiteral("descriptor");
-    } catch (const nu::JsonDataFile::DifferentVersionException&) {
-        result = QStringLiteral("version");
-    }
-    QCOMPARE(result, outcome);
 }
 
 QTEST_MAIN(TestChartFile)

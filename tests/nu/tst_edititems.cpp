@@ -114,7 +114,8 @@ void TestEditItems::propertyTree_data()
     const QString fill = QStringLiteral("<fill fill.color fill.style >");
     const QString line = QStringLiteral("<line line.color line.width line.style >");
     const QString position = QStringLiteral("<position position.x position.y >");
-    const QString label = QStringLiteral("<text text.text text.font <text.pen text.pen.color text.pen.width text.pen.style > "
+    const QString label = QStringLiteral("<text text.text text.font "
+                                         "<text.pen text.pen.color text.pen.width text.pen.style > "
                                          "<text.brush text.brush.color text.brush.style > text.show >");
     const QString slice = "order count radius " + border + " " + fill;
 

@@ -346,25 +346,28 @@ void TestGraphicsItemManager::loadSkipsBadElements_data()
     QTest::newRow("type missing") << R"([{"id": 1, "parent-id": 0, "data": {}}])" << 0 << 0 << 1;
     QTest::newRow("data not an object") << R"([{"id": 1, "parent-id": 0, "type": 7, "data": [1]}])" << 0 << 0 << 1;
     QTest::newRow("data missing") << R"([{"id": 1, "parent-id": 0, "type": 7}])" << 0 << 0 << 1;
-    QTest::newRow("unregistered types") << R"([{"type": 3, "data": {}}, {"type": 99, "data": {}}, {"type": 7.5, "data": {}}])"
-                                        << 0 << 0 << 3;
+    QTest::newRow("unregistered types")
+        << R"([{"type": 3, "data": {}}, {"type": 99, "data": {}}, {"type": 7.5, "data": {}}])" << 0 << 0 << 3;
     QTest::newRow("child of a skipped element") << R"([{"id": 1, "type": 3, "data": {}}, )" + line.arg(2).arg(1) + "]"
                                                 << 1 << 0 << 1;
     QTest::newRow("own parent") << "[" + line.arg(1).arg(1) + "]" << 0 << 0 << 1;
     QTest::newRow("two in a cycle, one hanging on it")
         << "[" + line.arg(1).arg(2) + "," + line.arg(2).arg(1) + "," + line.arg(3).arg(1) + "]" << 1 << 0 << 2;
     QTest::newRow("cycle of three under a good parent")
-        << "[" + line.arg(9).arg(0) + "," + line.arg(1).arg(3) + "," + line.arg(2).arg(1) + "," + line.arg(3).arg(2) + "]"
+        << "[" + line.arg(9).arg(0) + "," + line.arg(1).arg(3) + "," + line.arg(2).arg(1) + ","
+               + line.arg(3).arg(2) + "]"
         << 1 << 0 << 3;
     QTest::newRow("missing parent") << "[" + line.arg(1).arg(42) + "]" << 1 << 0 << 0;
     QTest::newRow("huge ids") << "[" + line.arg("1e300").arg("-1e300") + "," + line.arg("4294967297").arg("1e300") + "]"
                               << 2 << 0 << 0;
     QTest::newRow("fractional ids") << "[" + line.arg(1.5).arg(0) + "," + line.arg(2).arg(1.5) + "]" << 2 << 0 << 0;
-    QTest::newRow("id 0 is nobody's parent") << "[" + line.arg(0).arg(0) + "," + line.arg(2).arg(0) + "]" << 2 << 0 << 0;
+    QTest::newRow("id 0 is nobody's parent")
+        << "[" + line.arg(0).arg(0) + "," + line.arg(2).arg(0) + "]" << 2 << 0 << 0;
     QTest::newRow("duplicate ids: the last one is the parent")
         << "[" + line.arg(1).arg(0) + "," + line.arg(1).arg(0) + "," + line.arg(3).arg(1) + "]" << 3 << 1 << 0;
     QTest::newRow("wrongly typed values")
-        << R"([{"id": 1, "type": 6, "data": {"text": 5, "position.x": "far", "anchor.horizontal": 1e300, "font": [], "fill.color": {}}}])"
+        << R"([{"id": 1, "type": 6, "data": {"text": 5, "position.x": "far", "anchor.horizontal": 1e300,)"
+           R"( "font": [], "fill.color": {}}}])"
         << 1 << 0 << 0;
 }
 
@@ -394,7 +397,8 @@ void TestGraphicsItemManager::longParentChainsAreCut()
     const int length = 2500;
     QJsonArray chain;
     for (int i = 1; i <= length; ++i) {
-        chain.append(QJsonObject{{"id", i}, {"parent-id", i - 1}, {"type", 8}, {"data", QJsonObject{{"position.x", 1.0}}}});
+        chain.append(
+            QJsonObject{{"id", i}, {"parent-id", i - 1}, {"type", 8}, {"data", QJsonObject{{"position.x", 1.0}}}});
     }
     Manager manager;
     Scene scene(manager);
@@ -432,7 +436,9 @@ void TestGraphicsItemManager::batchLaysChartsOutOnceAtTheEnd()
     const auto first = manager.createItem(2);
     first->setParent(root.get());
     manager.getItem(first->getId())->setPropertyValue(QStringLiteral("count"), 1);
-    auto angle = [&](long id) { return dynamic_cast<nu::graphics::AngularItem*>(manager.getGraphicsItem(id))->getAngle(); };
+    auto angle = [&](long id) {
+        return dynamic_cast<nu::graphics::AngularItem*>(manager.getGraphicsItem(id))->getAngle();
+    };
     QCOMPARE(angle(first->getId()), 360.0);
 
     {

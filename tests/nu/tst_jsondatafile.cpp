@@ -90,7 +90,8 @@ void TestJsonDataFile::read_data()
     QTest::newRow("a table, not JSON") << "chart/not-json.pie" << QByteArray() << "descriptor" << 0;
     QTest::newRow("two items") << "" << file("1", R"([{"type": 6}, {"type": 7}])") << "read" << 2;
     QTest::newRow("data not an array") << "" << file("1", "{}") << "read" << 0;
-    QTest::newRow("data missing") << "" << QByteArray(R"({"descriptor": "sorvik-piechart", "version": 1})") << "read" << 0;
+    QTest::newRow("data missing") << "" << QByteArray(R"({"descriptor": "sorvik-piechart", "version": 1})") << "read"
+                                  << 0;
     QTest::newRow("empty file") << "" << QByteArray() << "descriptor" << 0;
     QTest::newRow("binary") << "" << QByteArray("\x00\xff\xfe{\x01", 5) << "descriptor" << 0;
     QTest::newRow("cut short") << "" << file("1", "[{").left(60) << "descriptor" << 0;

@@ -64,7 +64,8 @@ int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
                                {"text.brush.style", 9}});
     add(manager, 2, root, {{"count", 3}, {"radius", 30.0}, {"fill.style", 0}, {"text.text", "Archaea"}});
     const long bracket =
-        add(manager, 5, bacteria, {{"radius", 12.0}, {"tip-length", 6.0}, {"line.width", 2}, {"line.color", "#ff00aa00"}});
+        add(manager, 5, bacteria,
+            {{"radius", 12.0}, {"tip-length", 6.0}, {"line.width", 2}, {"line.color", "#ff00aa00"}});
     add(manager, 1, bracket,
         {{"text", "Firmicutes"}, {"radius", 8.0}, {"orientation", 1}, {"font", "Serif,14,-1,5,75,0,0,0,0,0"}});
     add(manager, 5, 0,
@@ -86,7 +87,8 @@ int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
                            {"line.style", 2}});
     const long elbow = add(manager, 7, line, {{"end.x", 30.0}, {"end.y", 0.0}, {"ignoretransformations", true}});
     add(manager, 6, elbow, {{"text", "note"}, {"position.x", 2.0}});
-    add(manager, 8, 0, {{"position.x", 10.0}, {"position.y", 10.0}, {"rotation", 15.0}, {"ignoretransformations", true}});
+    add(manager, 8, 0,
+        {{"position.x", 10.0}, {"position.y", 10.0}, {"rotation", 15.0}, {"ignoretransformations", true}});
     return 11;
 }
 
