@@ -12,7 +12,6 @@ public:
     long newId() { return ++counter; }
     void reset() { counter = 0; }
     long registerId(long id);
-    long getCounter() const { return counter; }
 
 private:
     long counter = 0;
