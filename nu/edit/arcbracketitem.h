@@ -1,0 +1,31 @@
+#pragma once
+
+#include "nu/edit/propertydouble.h"
+#include "nu/edit/propertygraphicsitem.h"
+#include "nu/graphics/arcbracketitem.h"
+
+namespace nu {
+namespace edit {
+
+// An arc bracket (type 5). A bracket on a slice takes its span and direction from the slice, so
+// only a free bracket offers the group "angles" (rotation, angle).
+class ArcBracketItem : public PropertyGraphicsItem<graphics::ArcBracketItem, 5>
+{
+public:
+    ArcBracketItem(graphics::ArcBracketItem& item, Id id, Id parentId);
+
+    // The editor keeps it positive; the bracket itself takes negative lengths (outward tips).
+    class TipLength : public PropertyDoublePositive
+    {
+    public:
+        TipLength(const PropertyInfo& info, graphics::ArcBracketItem& item);
+        double getValue() const override;
+        void setValue(double value) override;
+
+    private:
+        graphics::ArcBracketItem& item;
+    };
+};
+
+} // namespace edit
+} // namespace nu

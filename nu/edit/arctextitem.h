@@ -1,0 +1,54 @@
+#pragma once
+
+#include "nu/edit/propertyfont.h"
+#include "nu/edit/propertygraphicsitem.h"
+#include "nu/edit/propertyoption.h"
+#include "nu/edit/propertystring.h"
+#include "nu/graphics/arctextitem.h"
+
+namespace nu {
+namespace edit {
+
+// A text bent along an arc (type 1).
+class ArcTextItem : public PropertyGraphicsItem<graphics::ArcTextItem, 1>
+{
+public:
+    ArcTextItem(graphics::ArcTextItem& item, Id id, Id parentId);
+
+    class Text : public PropertyString
+    {
+    public:
+        Text(const PropertyInfo& info, graphics::ArcTextItem& item);
+        QString getValue() const override;
+        void setValue(const QString& value) override;
+
+    private:
+        graphics::ArcTextItem& item;
+    };
+
+    class Font : public PropertyFont
+    {
+    public:
+        Font(const PropertyInfo& info, graphics::ArcTextItem& item);
+        QFont getValue() const override;
+        void setValue(const QFont& value) override;
+
+    private:
+        graphics::ArcTextItem& item;
+    };
+
+    // 0 "Inside", 1 "Outside"; any other value reads and writes as Inside.
+    class Orientation : public PropertyOption
+    {
+    public:
+        Orientation(const PropertyInfo& info, graphics::ArcTextItem& item);
+        int getValue() const override;
+        void setValue(int value) override;
+
+    private:
+        graphics::ArcTextItem& item;
+    };
+};
+
+} // namespace edit
+} // namespace nu

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "nu/edit/propertygraphicsitem.h"
+#include "nu/edit/propertypointf.h"
+#include "nu/graphics/lineitem.h"
+
+namespace nu {
+namespace edit {
+
+// A straight line (type 7). A line that hangs on another line's end has no position of its own.
+class LineItem : public PropertyGraphicsItem<graphics::LineItem, 7>
+{
+public:
+    LineItem(graphics::LineItem& item, Id id, Id parentId);
+
+    // The far end of the line, in the line's own coordinates.
+    class End : public PropertyPointF
+    {
+    public:
+        End(const PropertyInfo& info, graphics::LineItem& item);
+        QPointF getValue() const override;
+        void setValue(const QPointF& value) override;
+
+    private:
+        graphics::LineItem& item;
+    };
+};
+
+} // namespace edit
+} // namespace nu

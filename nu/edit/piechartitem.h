@@ -1,0 +1,18 @@
+#pragma once
+
+#include "nu/edit/propertygraphicsitem.h"
+#include "nu/graphics/piechartitem.h"
+
+namespace nu {
+namespace edit {
+
+// A chart slice without a label (type 3). Complete, but not registered by the editor: such slices
+// live inside labelled slices and are rebuilt by them.
+class PieChartItem : public PropertyGraphicsItem<graphics::PieChartItem, 3>
+{
+public:
+    PieChartItem(graphics::PieChartItem& item, Id id, Id parentId);
+};
+
+} // namespace edit
+} // namespace nu

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "nu/edit/propertygraphicsitem.h"
+#include "nu/graphics/pieitem.h"
+
+namespace nu {
+namespace edit {
+
+// A free-standing ring slice of a given share (type 4). Complete, but not registered by the
+// editor.
+class PieItem : public PropertyGraphicsItem<graphics::PieItem, 4>
+{
+public:
+    PieItem(graphics::PieItem& item, Id id, Id parentId);
+};
+
+} // namespace edit
+} // namespace nu

@@ -1,0 +1,323 @@
+#include "nu/edit/propertydouble.h"
+#include "nu/edit/propertypointf.h"
+#include "nu/edit/propertyset.h"
+
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace nu::edit;
+
+namespace {
+
+class Value : public PropertyDouble
+{
+public:
+    Value(const PropertyInfo& info, bool saveable)
+        : PropertyDouble(info)
+        , saveable(saveable)
+    {
+    }
+    double getValue() const override { return value; }
+    void setValue(double v) override { value = v; }
+    bool isSaveable() const override { return saveable; }
+
+    double value = 0;
+    bool saveable;
+};
+
+class Point : public PropertyPointF
+{
+public:
+    explicit Point(const PropertyInfo& info)
+        : PropertyPointF(info)
+    {
+    }
+    QPointF getValue() const override { return point; }
+    void setValue(const QPointF& p) override { point = p; }
+
+    QPointF point;
+};
+
+// A tree from a literal: "a" a value, "a~" a value that is not saved, "p@" a point compound
+// ("p.x", "p.y"), "g(" opens a group and ")" closes it. Values start at 1, 2, 3... in order.
+void build(PropertySet& set, const QString& literal)
+{
+    auto builder = set.beginProperties();
+    double next = 1;
+    for (const QString& token : literal.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        if (token == QLatin1String(")")) {
+            builder.closeSet();
+        } else if (token.endsWith(QLatin1Char('('))) {
+            builder.openSet(PropertyInfo(token.chopped(1)));
+        } else if (token.endsWith(QLatin1Char('@'))) {
+            builder.prop<Point>(PropertyInfo(token.chopped(1)));
+        } else {
+            const bool saveable = !token.endsWith(QLatin1Char('~'));
+            builder.prop<Value>(PropertyInfo(saveable ? token : token.chopped(1)), saveable);
+        }
+    }
+    builder.endProperties();
+    for (auto it = set.getBasicProperties(); !it.atEnd(); ++it)
+        it->setVariant(next++);
+}
+
+// "<g" where a set starts, ">" where one ends, the name of every other position.
+QString trace(const PropertySet& set)
+{
+    QStringList steps;
+    for (auto it = set.getProperties(); !it.atEnd(); ++it) {
+        if (it.atSetStart())
+            steps << QLatin1Char('<') + it->getName();
+        else if (it.atSetEnd())
+            steps << QStringLiteral(">");
+        else
+            steps << it->getName();
+    }
+    return steps.join(QLatin1Char(' '));
+}
+
+QString traceBasic(const PropertySet& set)
+{
+    QStringList names;
+    for (auto it = set.getBasicProperties(); !it.atEnd(); ++it)
+        names << it->getName();
+    return names.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+class TestPropertySet : public QObject
+{
+    Q_OBJECT
+private slots:
+    void iteratorOrder_data();
+    void iteratorOrder();
+    void iteratorStaysAtTheEnd();
+    void lookup_data();
+    void lookup();
+    void duplicateNamesReachTheFirst();
+    void jsonIsFlat();
+    void missingJsonKeysReadAsZero();
+    void snapshotLeavesOutUnsavedValues();
+    void undoDiff_data();
+    void undoDiff();
+    void undoDiffKeepsWhatItCannotMatch();
+    void setIgnoresUnknownNames();
+    void closeSetNeverClosesTheRoot();
+};
+
+void TestPropertySet::iteratorOrder_data()
+{
+    QTest::addColumn<QString>("literal");
+    QTest::addColumn<QString>("all");
+    QTest::addColumn<QString>("basic");
+
+    QTest::newRow("empty") << "" << "" << "";
+    QTest::newRow("flat") << "a b c" << "a b c" << "a b c";
+    QTest::newRow("group") << "a g( b c ) d" << "a <g b c > d" << "a b c d";
+    QTest::newRow("nested groups") << "g( h( x ) ) y" << "<g <h x > > y" << "x y";
+    QTest::newRow("empty group") << "a e( ) b" << "a <e > b" << "a b";
+    QTest::newRow("empty group last") << "g( e( ) )" << "<g <e > >" << "";
+    QTest::newRow("compound in a group") << "g( p@ ) z" << "<g <p p.x p.y > > z" << "p.x p.y z";
+    QTest::newRow("compounds side by side") << "p@ q@" << "<p p.x p.y > <q q.x q.y >" << "p.x p.y q.x q.y";
+    QTest::newRow("unsaved values too") << "a~ g( b~ )" << "a <g b >" << "a b";
+}
+
+void TestPropertySet::iteratorOrder()
+{
+    QFETCH(QString, literal);
+    QFETCH(QString, all);
+    QFETCH(QString, basic);
+
+    PropertySet set;
+    build(set, literal);
+    QCOMPARE(trace(set), all);
+    QCOMPARE(traceBasic(set), basic);
+}
+
+void TestPropertySet::iteratorStaysAtTheEnd()
+{
+    PropertySet set;
+    build(set, "g( a )");
+    auto it = set.getProperties();
+    for (int i = 0; i < 3; ++i)
+        ++it;
+    QVERIFY(it.atEnd());
+    ++it;
+    ++it;
+    QVERIFY(it.atEnd());
+    QVERIFY(!it.atSetStart());
+
+    auto basic = set.getBasicProperties();
+    ++basic;
+    ++basic;
+    QVERIFY(basic.atEnd());
+}
+
+void TestPropertySet::lookup_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isProperty");
+    QTest::addColumn<bool>("isBasic");
+    QTest::addColumn<QVariant>("value");
+
+    QTest::newRow("group") << "g" << true << false << QVariant();
+    QTest::newRow("compound") << "p" << true << false << QVariant();
+    QTest::newRow("compound member") << "p.y" << true << true << QVariant(3.0);
+    QTest::newRow("in a group") << "b" << true << true << QVariant(4.0);
+    QTest::newRow("unsaved") << "u" << true << true << QVariant(5.0);
+    QTest::newRow("unknown") << "x" << false << false << QVariant();
+    QTest::newRow("empty") << "" << false << false << QVariant();
+}
+
+void TestPropertySet::lookup()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isProperty);
+    QFETCH(bool, isBasic);
+    QFETCH(QVariant, value);
+
+    PropertySet set;
+    build(set, "a g( p@ b ) u~");
+    QCOMPARE(bool(set.findProperty(name)), isProperty);
+    QCOMPARE(bool(set.findBasicProperty(name)), isBasic);
+    QCOMPARE(set.getPropertyValue(name), value);
+
+    set.setPropertyValue(name, 42.0);
+    QCOMPARE(set.getPropertyValue(name), isBasic ? QVariant(42.0) : QVariant());
+}
+
+void TestPropertySet::duplicateNamesReachTheFirst()
+{
+    PropertySet set;
+    build(set, "a g( a )");
+    QCOMPARE(set.getPropertyValue(QStringLiteral("a")), QVariant(1.0));
+
+    PropertySet::Data data;
+    data.insert(QStringLiteral("a"), 7.0);
+    set.set(data);
+    QCOMPARE(traceBasic(set), QStringLiteral("a a"));
+    auto it = set.getBasicProperties();
+    QCOMPARE(it->getVariant(), QVariant(7.0));
+    ++it;
+    QCOMPARE(it->getVariant(), QVariant(2.0));
+
+    // One key, holding what lookup reads.
+    QCOMPARE(set.getJsonValue().toObject(), (QJsonObject{{"a", 7.0}}));
+    QCOMPARE(PropertySet::Data(set).value(QStringLiteral("a")), QVariant(7.0));
+}
+
+void TestPropertySet::jsonIsFlat()
+{
+    PropertySet set;
+    build(set, "a g( p@ h( b ) ) u~");
+    const QJsonObject expected{{"a", 1.0}, {"p.x", 2.0}, {"p.y", 3.0}, {"b", 4.0}};
+    QCOMPARE(set.getJsonValue().toObject(), expected);
+
+    PropertySet copy;
+    build(copy, "a g( p@ h( b ) ) u~");
+    QJsonObject changed = expected;
+    changed.insert(QStringLiteral("p.x"), -8.5);
+    changed.insert(QStringLiteral("u"), 9.0);
+    copy.setJsonValue(changed);
+    QCOMPARE(copy.getPropertyValue(QStringLiteral("p.x")), QVariant(-8.5));
+    // An unsaved value is still read when the file has it.
+    QCOMPARE(copy.getPropertyValue(QStringLiteral("u")), QVariant(9.0));
+}
+
+void TestPropertySet::missingJsonKeysReadAsZero()
+{
+    PropertySet set;
+    build(set, "a g( p@ ) u~");
+    set.setJsonValue(QJsonObject{{"p.y", 6.0}, {"stray", 1.0}});
+    QCOMPARE(set.getJsonValue().toObject(), (QJsonObject{{"a", 0.0}, {"p.x", 0.0}, {"p.y", 6.0}}));
+    QCOMPARE(set.getPropertyValue(QStringLiteral("u")), QVariant(0.0));
+
+    // Not an object at all: everything reads as zero.
+    set.setJsonValue(QJsonValue(QStringLiteral("nonsense")));
+    QCOMPARE(set.getPropertyValue(QStringLiteral("p.y")), QVariant(0.0));
+}
+
+void TestPropertySet::snapshotLeavesOutUnsavedValues()
+{
+    PropertySet set;
+    build(set, "b g( p@ ) u~ a");
+    const PropertySet::Data data(set);
+    QCOMPARE(data.getValues().keys(), (QStringList{"a", "b", "p.x", "p.y"}));
+    QCOMPARE(data.value(QStringLiteral("p.y")), QVariant(3.0));
+}
+
+void TestPropertySet::undoDiff_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QStringList>("remaining");
+
+    QTest::newRow("nothing changed") << "" << QStringList();
+    QTest::newRow("one value") << "b=9" << QStringList{"b"};
+    QTest::newRow("two values") << "b=9 p.x=0.5" << QStringList{"b", "p.x"};
+    QTest::newRow("changed and changed back") << "b=9 b=2" << QStringList();
+    QTest::newRow("unsaved value") << "u=9" << QStringList();
+}
+
+void TestPropertySet::undoDiff()
+{
+    QFETCH(QString, change);
+    QFETCH(QStringList, remaining);
+
+    PropertySet set;
+    build(set, "a b g( p@ ) u~");
+    PropertySet::Data before(set);
+    for (const QString& assignment : change.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QStringList parts = assignment.split(QLatin1Char('='));
+        set.setPropertyValue(parts[0], parts[1].toDouble());
+    }
+    const PropertySet::Data original(before);
+    QCOMPARE(before.undoDiff(set), !remaining.isEmpty());
+    QCOMPARE(before.getValues().keys(), remaining);
+
+    // Applying what is left undoes the change.
+    set.set(before);
+    PropertySet::Data after(set);
+    QCOMPARE(after, original);
+}
+
+void TestPropertySet::undoDiffKeepsWhatItCannotMatch()
+{
+    PropertySet set;
+    build(set, "a b");
+    PropertySet::Data data;
+    // The same number, held as another type: kept, as is a name no property has.
+    data.insert(QStringLiteral("a"), 1);
+    data.insert(QStringLiteral("b"), 2.0);
+    data.insert(QStringLiteral("gone"), 3.0);
+    QVERIFY(data.undoDiff(set));
+    QCOMPARE(data.getValues().keys(), (QStringList{"a", "gone"}));
+}
+
+void TestPropertySet::setIgnoresUnknownNames()
+{
+    PropertySet set;
+    build(set, "a b");
+    PropertySet::Data data;
+    data.insert(QStringLiteral("zz"), 5.0);
+    data.insert(QStringLiteral("b"), 6.0);
+    set.set(data);
+    QCOMPARE(set.getJsonValue().toObject(), (QJsonObject{{"a", 1.0}, {"b", 6.0}}));
+}
+
+void TestPropertySet::closeSetNeverClosesTheRoot()
+{
+    PropertySet set;
+    set.beginProperties()
+        .closeSet()
+        .prop<Value>(PropertyInfo(QStringLiteral("a")), true)
+        .openSet(PropertyInfo(QStringLiteral("g")))
+        .closeSet()
+        .closeSet()
+        .prop<Value>(PropertyInfo(QStringLiteral("b")), true)
+        .endProperties();
+    QCOMPARE(trace(set), QStringLiteral("a <g > b"));
+}
+
+QTEST_MAIN(TestPropertySet)
+#include "tst_propertyset.moc"

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "nu/edit/graphicsitemmanager.h"
+
+#include <QJsonArray>
+
+namespace Sorvik {
+namespace Test {
+
+// An item manager with the editor's six item types (arc bracket, arc text, labelled slice,
+// straight text, line, subspace).
+class EditorItemManager : public nu::edit::GraphicsItemManager
+{
+public:
+    EditorItemManager();
+};
+
+// Adds an annotated chart to the manager's scene: a centre slice with two outer slices, a bracket
+// on one slice with an arc text on the bracket, a free bracket, a straight text, a bent line of
+// two lines ending in a text, and a subspace; every item with some values away from the defaults.
+// The manager must have the editor's six item types registered. Returns the number of items.
+int addAnnotatedChart(nu::edit::GraphicsItemManager& manager);
+
+// A chart file's "data" array with every id replaced by the element's position (1, 2, ...) and
+// every parent id by its parent's position (0 for none), so that charts loaded under other ids
+// compare equal.
+QJsonArray normalizedItems(const QJsonArray& items);
+
+} // namespace Test
+} // namespace Sorvik
