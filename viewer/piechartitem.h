@@ -26,6 +26,8 @@ public:
     void addChild(PieChartItem* child);
 
     Position getPosition() const { return position; }
+    // The slice's identifier in the scene and the browser: its node's row in the file, as text.
+    QString getId() const { return QString::number(position.getRow()); }
     void setPosition(const Position& p) { position = p; }
     QColor getColor() const { return color; }
     void setColor(const QColor& color);
