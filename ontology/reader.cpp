@@ -48,14 +48,20 @@ Reader::~Reader()
     query.reset();
 }
 
-Reader::Node Reader::readNode()
+void Reader::setDataDepth(int levels)
+{
+    dataDepth = levels > 0 ? levels : 0;
+}
+
+Reader::Node Reader::readNode(bool withData)
 {
     if (!query->next())
         throw InvalidEndException();
     Node node;
     node.id = query->value(0).toString();
     node.count = query->value(1).toInt();
-    node.data = nu::fromCompactJson(query->value(2).toString().toUtf8());
+    if (withData)
+        node.data = nu::fromCompactJson(query->value(2).toString().toUtf8());
     node.row = currentRow++;
     return node;
 }
@@ -84,11 +90,13 @@ void Reader::read(const Node& top)
         openNode(node.id, node.data, Position(node.row, currentRow));
         Frame frame;
         const int n = node.count;
+        // the children are one level below the node being opened
+        const bool childData = dataDepth == 0 || static_cast<int>(stack.size()) + 2 <= dataDepth;
         frame.node = std::move(node);
         if (n > 0)
             frame.children.reserve(static_cast<size_t>(std::min(n, 1 << 16)));
         for (int i = 0; i < n; ++i)
-            frame.children.push_back(readNode());
+            frame.children.push_back(readNode(childData));
         stack.push_back(std::move(frame));
     };
 

@@ -50,6 +50,7 @@ void PieChartBuilder::ColorNode::setColor(const QColor& color)
 PieChartBuilder::PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start)
     : Reader(ontology, start)
 {
+    setDataDepth(maxLevels);
 }
 
 PieChartBuilder::~PieChartBuilder() = default;
@@ -59,6 +60,8 @@ void PieChartBuilder::setMaxLevels(int levels)
     if (levels <= 0)
         return;
     maxLevels = std::min(levels, levelLimit);
+    // nodes below the last ring are only walked past
+    setDataDepth(maxLevels);
 }
 
 void PieChartBuilder::setMinPercentage(double percent)
@@ -70,7 +73,7 @@ PieChartItem* PieChartBuilder::rootItem() const
 {
     if (root)
         return root.get();
-    return items.empty() ? nullptr : items.front().get();
+    return items.empty() ? nullptr : items.front().item.get();
 }
 
 std::unique_ptr<PieChartItem> PieChartBuilder::takeRootItem()
@@ -80,7 +83,7 @@ std::unique_ptr<PieChartItem> PieChartBuilder::takeRootItem()
 
 PieChartItem* PieChartBuilder::getItem() const
 {
-    return items.empty() ? nullptr : items.back().get();
+    return items.empty() ? nullptr : items.back().item.get();
 }
 
 QString PieChartBuilder::getName(const QString& id, const QVariantMap& data)
@@ -116,7 +119,9 @@ void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Po
     // Laid out once when the tree is complete, not again on every attachment.
     item->setLayoutDeferred(true);
     item->setPosition(position);
-    items.push_back(std::move(item));
+    // The inner radius the slice gets from its ancestors' rings once attached (see attach()).
+    item->setRadius(item->getRadiusOffset() * (level - 1));
+    items.push_back(Open{std::move(item), 0});
 }
 
 void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
@@ -124,7 +129,7 @@ void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
     --level;
     if (level >= maxLevels || items.empty())
         return;
-    std::unique_ptr<PieChartItem> item = std::move(items.back());
+    std::unique_ptr<PieChartItem> item = std::move(items.back().item);
     items.pop_back();
     const auto label = [&] {
         nu::graphics::DrawableText text = item->getText();
@@ -152,7 +157,23 @@ void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
         return;
     label();
     item->setLayoutDeferred(false);
-    items.back()->addChild(item.release());
+    attach(items.back(), std::move(item));
+}
+
+void PieChartBuilder::attach(Open& parent, std::unique_ptr<PieChartItem> child)
+{
+    // The outcome of parent->addChild(child) for a slice that has just been read, reached
+    // directly: addChild would ask every sibling for its order (quadratic in the number of
+    // siblings) and push the parent's radius through the child's whole subtree on every
+    // attachment. Here the radius was set when the slice was made, the k-th child kept gets
+    // order k as addChild would give it, and the counts move exactly as addChild moves them.
+    PieChartItem* p = parent.item.get();
+    const qint64 own = p->getCount() - child->getTotal();
+    p->setCount(own > 0 ? static_cast<int>(own) : 0);
+    child->changeOrder(++parent.kept);
+    const qint64 total = child->getTotal();
+    child.release()->setParentItem(p);
+    p->updateCount(0, total);
 }
 
 void PieChartBuilder::applyColor()

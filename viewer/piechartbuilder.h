@@ -69,12 +69,20 @@ public:
     void applyColor();
 
 private:
+    // A slice being read, with the number of its children kept so far.
+    struct Open
+    {
+        std::unique_ptr<PieChartItem> item;
+        int kept = 0;
+    };
+
     int toSliceCount(qint64 count) const;
+    void attach(Open& parent, std::unique_ptr<PieChartItem> child);
 
     int maxLevels = 10;
     int level = 0;
     double minPercentage = 0.0;
-    std::vector<std::unique_ptr<PieChartItem>> items;
+    std::vector<Open> items;
     std::unique_ptr<PieChartItem> root;
     qint64 rootCount = 0;
     // Counts are shifted right by this many bits to fit a slice's int count (see toSliceCount).

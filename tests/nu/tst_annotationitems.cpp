@@ -67,8 +67,6 @@ class TestAnnotationItems : public QObject
 {
     Q_OBJECT
 private slots:
-    void anchorPoint_data();
-    void anchorPoint();
     void straightTextSitsOnItsAnchor_data();
     void straightTextSitsOnItsAnchor();
     void bracketOutline_data();
@@ -88,24 +86,7 @@ private slots:
     void itemsPaintWithoutAView();
 };
 
-void TestAnnotationItems::anchorPoint_data()
-{
-    QTest::addColumn<H>("h");
-    QTest::addColumn<V>("v");
-    QTest::addColumn<QPointF>("point");
-    QTest::newRow("top left") << H::Left << V::Top << QPointF(10, 20);
-    QTest::newRow("centre") << H::Center << V::Center << QPointF(60, 40);
-    QTest::newRow("bottom right") << H::Right << V::Bottom << QPointF(110, 60);
-    QTest::newRow("unknown anchors stay at 0") << static_cast<H>(7) << static_cast<V>(-1) << QPointF(0, 0);
-}
 
-void TestAnnotationItems::anchorPoint()
-{
-    QFETCH(H, h);
-    QFETCH(V, v);
-    QFETCH(QPointF, point);
-    QCOMPARE(AnchorItem::getAnchorPoint(QRectF(10, 20, 100, 40), h, v), point);
-}
 
 void TestAnnotationItems::straightTextSitsOnItsAnchor_data()
 {
@@ -362,11 +343,6 @@ void TestAnnotationItems::sliceDefaultTextAndToolTip()
     t.text = QStringLiteral("odd %2 name");
     chart.slice->setText(t);
     QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("odd %2 name [12.50%]"));
-    QVERIFY(DrawableText(QStringLiteral("a")) != DrawableText(QStringLiteral("b")));
-    DrawableText red(QStringLiteral("a"));
-    red.brush = QBrush(Qt::red);
-    QVERIFY(red != DrawableText(QStringLiteral("a")));
-    QVERIFY(DrawableText(QStringLiteral("a")) == DrawableText(QStringLiteral("a")));
 }
 
 void TestAnnotationItems::itemsPaintWithoutAView()

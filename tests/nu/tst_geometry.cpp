@@ -66,7 +66,6 @@ private slots:
     void pathToShapeCoversTheStroke();
     void polarTransformBendsOntoTheCircle_data();
     void polarTransformBendsOntoTheCircle();
-    void polarTransformOfAPathMovesEveryElement();
     void colorArithmeticInterpolates();
     void cyclicRangeNormalisesOnePeriod_data();
     void cyclicRangeNormalisesOnePeriod();
@@ -163,22 +162,6 @@ void TestGeometry::polarTransformBendsOntoTheCircle()
     QVERIFY2(near(point, bent), qPrintable(QStringLiteral("(%1, %2)").arg(point.x()).arg(point.y())));
 }
 
-void TestGeometry::polarTransformOfAPathMovesEveryElement()
-{
-    QPainterPath path;
-    path.moveTo(0, 0);
-    path.lineTo(50 * M_PI, 0);
-    path.cubicTo(0, 10, 10, 10, 50 * M_PI, 10);
-    QPainterPath bentPath = path;
-    polarTransform(bentPath, 100, 1);
-    QCOMPARE(bentPath.elementCount(), path.elementCount());
-    for (int i = 0; i < path.elementCount(); ++i) {
-        QPointF expected = path.elementAt(i);
-        polarTransform(expected, 100, 1);
-        QVERIFY(near(bentPath.elementAt(i), expected));
-        QCOMPARE(bentPath.elementAt(i).type, path.elementAt(i).type);
-    }
-}
 
 void TestGeometry::colorArithmeticInterpolates()
 {

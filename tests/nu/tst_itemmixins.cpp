@@ -1,5 +1,4 @@
 #include "nu/graphics/angularchilditem.h"
-#include "nu/graphics/angularitem.h"
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/countitem.h"
 #include "nu/graphics/customshapeitem.h"
@@ -153,8 +152,6 @@ private slots:
     void addChildRefusesLoops();
     void insertionOrder_data();
     void insertionOrder();
-    void setOrderSwapsWithTheSibling();
-    void sortedChildrenOfOneKind();
     void countsFlowToTheRoot();
     void setCountClampsAndSkipsEqualValues_data();
     void setCountClampsAndSkipsEqualValues();
@@ -162,8 +159,6 @@ private slots:
     void removedCountStaysInTheParentsTotal();
     void ignoringTransformationsRoundTrip_data();
     void ignoringTransformationsRoundTrip();
-    void rotationOffsetWhileIgnoringTransformations();
-    void angularItemDerivedValues();
     void defaultTextAndAreaFollowTheTree();
     void traceBoundsFollowThePen();
 };
@@ -282,42 +277,7 @@ void TestItemMixins::insertionOrder()
     QCOMPARE(c->getOrder(), expected);
 }
 
-void TestItemMixins::setOrderSwapsWithTheSibling()
-{
-    Parent parent;
-    std::vector<Child*> children;
-    for (int i = 0; i < 3; ++i) {
-        auto child = std::make_unique<Child>();
-        children.push_back(child.get());
-        parent.addChild(child.release());
-    }
-    QCOMPARE(children[2]->getOrder(), 3);
-    children[2]->setOrder(1);
-    QCOMPARE(children[0]->getOrder(), 3);
-    QCOMPARE(children[1]->getOrder(), 2);
-    QCOMPARE(children[2]->getOrder(), 1);
-    // To a free order: nobody else moves.
-    children[1]->setOrder(9);
-    QCOMPARE(children[0]->getOrder(), 3);
-    QCOMPARE(children[1]->getOrder(), 9);
-}
 
-void TestItemMixins::sortedChildrenOfOneKind()
-{
-    Parent parent;
-    for (int o : {5, 2, 9, 1}) {
-        auto child = std::make_unique<Child>(&parent);
-        child->changeOrder(o);
-        child.release();
-    }
-    auto other = std::make_unique<Parent>(&parent);
-    other.release();
-    const std::vector<Child*> sorted = parent.sortedChildren<Child>();
-    QList<int> orders;
-    for (const Child* c : sorted)
-        orders << c->getOrder();
-    QCOMPARE(orders, (QList<int>{1, 2, 5, 9}));
-}
 
 void TestItemMixins::countsFlowToTheRoot()
 {
@@ -442,41 +402,7 @@ void TestItemMixins::ignoringTransformationsRoundTrip()
     QCOMPARE(child->rotation(), -(parentRotation + offset));
 }
 
-void TestItemMixins::rotationOffsetWhileIgnoringTransformations()
-{
-    Parent parent;
-    parent.rot = 40;
-    auto owned = std::make_unique<Child>();
-    Child* child = owned.get();
-    parent.addChild(owned.release());
-    child->setIgnoreTransformations(true);
-    child->setRotationOffsetFromParent(12);
-    QCOMPARE(child->getRot(), 12.0);
-    QCOMPARE(child->getRotationOffsetFromParent(), 12.0);
-    QCOMPARE(child->getRotationParent(), 0.0);
-}
 
-void TestItemMixins::angularItemDerivedValues()
-{
-    class Arc : public AngularItem
-    {
-    public:
-        QRectF boundingRect() const override { return QRectF(); }
-        void paint(QPainter*, const QStyleOptionGraphicsItem*, QWidget*) override {}
-        double getAngle() const override { return angle; }
-        void setAngle(double a) override { angle = a; }
-        double angle = 0;
-    } arc;
-    arc.setPercentage(25);
-    QCOMPARE(arc.getAngle(), 90.0);
-    QCOMPARE(arc.getAngleRad(), M_PI / 2);
-    arc.setAngleRad(M_PI);
-    QCOMPARE(arc.getPercentage(), 50.0);
-    arc.setRot(10);
-    QCOMPARE(arc.getMiddleRotation(), 100.0);
-    arc.setMiddleRotation(20);
-    QCOMPARE(arc.rotation(), 110.0);
-}
 
 void TestItemMixins::defaultTextAndAreaFollowTheTree()
 {

@@ -27,23 +27,17 @@ struct Chart
     std::unique_ptr<PieChartItem> root;
     std::vector<PieChartItem*> items;
 
-    explicit Chart(const QList<QPair<int, int>>& nodes, bool deferred = false)
+    explicit Chart(const QList<QPair<int, int>>& nodes)
     {
         for (const auto& node : nodes) {
             auto item = std::make_unique<PieChartItem>();
             item->setRadiusOffset(30);
-            item->setLayoutDeferred(deferred);
             item->setCount(node.second);
             items.push_back(item.get());
             if (node.first < 0)
                 root = std::move(item);
             else
                 items[static_cast<size_t>(node.first)]->addChild(item.release());
-        }
-        if (deferred) {
-            for (PieChartItem* item : items)
-                item->setLayoutDeferred(false);
-            root->updateCountFromParent();
         }
     }
 
@@ -70,7 +64,6 @@ private slots:
     void outerRingsFollowTheInnerRadius();
     void childrenFillTheirParentsSpan_data();
     void childrenFillTheirParentsSpan();
-    void deferredLayoutEqualsStepwiseLayout();
     void setOrderSwapsAndRelaysSiblings();
     void countChangeRelaysTheWholeChart();
     void emptyChartHasNoAngles();
@@ -195,22 +188,6 @@ void TestRingItems::childrenFillTheirParentsSpan()
     }
 }
 
-void TestRingItems::deferredLayoutEqualsStepwiseLayout()
-{
-    // Uneven counts so that every angle is a fraction with rounding.
-    QList<QPair<int, int>> nodes{{-1, 3}};
-    for (int i = 1; i < 60; ++i)
-        nodes.append({(i - 1) / 3, (i * 7) % 11});
-    const Chart stepwise(nodes);
-    const Chart deferred(nodes, true);
-    for (size_t i = 0; i < stepwise.items.size(); ++i) {
-        QCOMPARE(deferred.items[i]->getAngle(), stepwise.items[i]->getAngle());
-        QCOMPARE(deferred.items[i]->rotation(), stepwise.items[i]->rotation());
-        QCOMPARE(deferred.items[i]->getRadius(), stepwise.items[i]->getRadius());
-        QCOMPARE(deferred.items[i]->getOrder(), stepwise.items[i]->getOrder());
-        QCOMPARE(deferred.items[i]->getTotal(), stepwise.items[i]->getTotal());
-    }
-}
 
 void TestRingItems::setOrderSwapsAndRelaysSiblings()
 {

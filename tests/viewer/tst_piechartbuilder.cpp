@@ -36,7 +36,10 @@ std::vector<PieChartItem*> slicesOf(const PieChartItem* item)
 // the root's start), children in brackets.
 QString describe(const PieChartItem* item, double start = 0)
 {
-    QString text = QStringLiteral("%1 %2@%3").arg(item->getText().text).arg(item->getAngle(), 0, 'g', 4).arg(start, 0, 'g', 4);
+    QString text = QStringLiteral("%1 %2@%3")
+                       .arg(item->getText().text)
+                       .arg(item->getAngle(), 0, 'g', 4)
+                       .arg(start, 0, 'g', 4);
     const auto children = slicesOf(item);
     if (!children.empty()) {
         QStringList parts;

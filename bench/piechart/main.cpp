@@ -1,0 +1,144 @@
+// Times the chart of a generated counted ontology of 50 000 nodes: building and laying it out
+// at 10 levels with no cutoff and at the viewer's 5 levels and 0.5 %, and drawing it to PNG.
+// Usage: bench_piechart [NODES] [RUNS]
+
+#include "ontology/builder.h"
+#include "ontology/ontology.h"
+#include "viewer/chartimage.h"
+#include "viewer/piechartbuilder.h"
+#include "viewer/piechartitem.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <random>
+#include <vector>
+
+namespace {
+
+// A taxonomy-like tree: mostly small families, now and then a genus with very many species,
+// 14 levels deep at most; counts on the leaves and on some inner nodes, spread over orders of
+// magnitude.
+void generate(const QString& fileName, int nodes)
+{
+    std::mt19937 random(20240617);
+    std::geometric_distribution<int> smallFamily(0.45);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    Zem::Ontology::Builder builder(fileName);
+    builder.addRoot(QStringLiteral("1"));
+    std::deque<std::pair<int, int>> open{{1, 1}};
+    int next = 2;
+    const auto countOf = [&] { return QString::number(static_cast<qint64>(std::pow(10.0, unit(random) * 4))); };
+    while (next <= nodes && !open.empty()) {
+        const auto [id, depth] = open.front();
+        open.pop_front();
+        int children = 1 + smallFamily(random);
+        if (unit(random) < 0.01)
+            children += 100 + static_cast<int>(unit(random) * 400);
+        if (depth >= 14)
+            children = 0;
+        for (int i = 0; i < children && next <= nodes; ++i, ++next) {
+            builder.addChild(QString::number(id), QString::number(next));
+            builder.addData(QString::number(next), QStringLiteral("scientific name"),
+                            QStringLiteral("Taxon %1").arg(next));
+            open.emplace_back(next, depth + 1);
+        }
+        if (children == 0 || unit(random) < 0.1)
+            builder.addData(QString::number(id), QStringLiteral("count"), countOf());
+    }
+    for (const auto& leaf : open)
+        builder.addData(QString::number(leaf.first), QStringLiteral("count"), countOf());
+    builder.count(false);
+    builder.build();
+}
+
+int countSlices(const QGraphicsItem* item)
+{
+    int n = 1;
+    for (const QGraphicsItem* child : item->childItems())
+        n += dynamic_cast<const Sorvik::Viewer::PieChartItem*>(child) ? countSlices(child) : 0;
+    return n;
+}
+
+struct Timing
+{
+    double best = 1e300;
+    double median = 0;
+    int slices = 0;
+};
+
+template <typename Run>
+Timing time(int runs, Run run)
+{
+    std::vector<double> times;
+    Timing timing;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        timing.slices = run();
+        times.push_back(clock.nsecsElapsed() / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    timing.best = times.front();
+    timing.median = times[times.size() / 2];
+    return timing;
+}
+
+std::unique_ptr<Sorvik::Viewer::PieChartItem> buildChart(const QString& file, int levels, double percent)
+{
+    const Zem::Ontology::Ontology ontology(file);
+    Sorvik::Viewer::PieChartBuilder builder(ontology);
+    builder.setMaxLevels(levels);
+    builder.setMinPercentage(percent);
+    builder.read();
+    return builder.takeRootItem();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const QStringList arguments = app.arguments();
+    const int nodes = arguments.size() > 1 ? arguments.at(1).toInt() : 50000;
+    const int runs = arguments.size() > 2 ? std::max(1, arguments.at(2).toInt()) : 5;
+    QTextStream out(stdout);
+
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("bench.ontology"));
+    QElapsedTimer clock;
+    clock.start();
+    generate(file, nodes);
+    out << "generated a counted ontology of " << nodes << " nodes in " << clock.elapsed() << " ms\n";
+
+    const auto report = [&](const char* what, const Timing& t, const char* target) {
+        out << QString::asprintf("%-44s %7d slices  best %8.1f ms  median %8.1f ms  (target %s)\n", what,
+                                 t.slices, t.best, t.median, target);
+        out.flush();
+    };
+    report("build and lay out, 10 levels, 0 %", time(runs, [&] { return countSlices(buildChart(file, 10, 0).get()); }),
+           "1000 ms");
+    report("build and lay out, 5 levels, 0.5 %",
+           time(runs, [&] { return countSlices(buildChart(file, 5, 0.5).get()); }), "100 ms");
+
+    const QString png = dir.filePath(QStringLiteral("chart.png"));
+    for (const auto& limits : {std::make_pair(10, 0.0), std::make_pair(5, 0.5)}) {
+        const auto root = buildChart(file, limits.first, limits.second);
+        const int slices = countSlices(root.get());
+        const Timing t = time(std::max(1, runs / 2), [&] {
+            Sorvik::Viewer::ChartImage image(*root);
+            image.save(png);
+            return slices;
+        });
+        report(limits.first == 10 ? "render to PNG 1000 px, 10 levels, 0 %" : "render to PNG 1000 px, 5 levels, 0.5 %",
+               t, "2000 ms");
+    }
+    return 0;
+}
