@@ -123,7 +123,7 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
             return item->getText().text;
         if (column == CountColumn)
             return QLocale().toString(item->getTotal());
-        return QStringLiteral("%1 %").arg(item->getPercentage(), 0, 'f', 2);
+        return QString::number(item->getPercentage(), 'f', 2);
     }
     if (role == Qt::TextAlignmentRole && column != NameColumn)
         return int(Qt::AlignRight | Qt::AlignVCenter);
@@ -136,7 +136,11 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
 
 QVariant BrowserModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+    if (orientation != Qt::Horizontal)
+        return QVariant();
+    if (role == Qt::ToolTipRole && section == PercentageColumn)
+        return tr("Percentage of the chart's centre");
+    if (role != Qt::DisplayRole)
         return QVariant();
     switch (section) {
     case NameColumn:
@@ -144,7 +148,7 @@ QVariant BrowserModel::headerData(int section, Qt::Orientation orientation, int 
     case CountColumn:
         return tr("Count");
     case PercentageColumn:
-        return tr("Percentage");
+        return tr("%");
     default:
         return QVariant();
     }

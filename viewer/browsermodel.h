@@ -9,7 +9,7 @@ namespace Viewer {
 
 class PieChartItem;
 
-// The drawn slices as a tree model for the browser: name, count and share of the chart's
+// The drawn slices as a tree model for the browser: name, count and percentage of the chart's
 // centre, children in the order they are drawn. The slices belong to the scene; the model
 // must be given a new chart (or none) before the scene drops the old one.
 class BrowserModel : public QAbstractItemModel

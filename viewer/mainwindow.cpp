@@ -165,6 +165,8 @@ MainWindow::MainWindow(QWidget* parent)
     browser = new Browser(dock);
     dock->setWidget(browser);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
+    // Room for a taxon's name beside its count and share.
+    resizeDocks({dock}, {360}, Qt::Horizontal);
 
     createMenusAndToolBars();
     statusBar()->addPermanentWidget(new QLabel(tr("Taxonomy classification."), statusBar()));

@@ -34,7 +34,14 @@ public:
     // The positions of the ancestors that are viewer slices, nearest first.
     QList<Position> getParentPositions() const;
 
-    // Not selected: black label, black outline, own colour; selected: red, red, yellow.
+    // The label colour on a fill: black unless the fill is too dark for it.
+    static QColor getLabelColor(const QColor& fill);
+
+    // A slice that is a whole disc around the chart's centre: the start node of the chart.
+    bool isCentreDisc() const;
+
+    // Not selected: black outline, own colour and a label that reads on it (black, or white on
+    // the darkest fills); selected: red outline, yellow, red label.
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:

@@ -6,6 +6,8 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace Sorvik {
 namespace Viewer {
 
@@ -70,6 +72,15 @@ QRectF Scene::getChartRect() const
     if (!root)
         return QRectF();
     return root->mapRectToScene(root->getAreaRect());
+}
+
+QRectF Scene::getCentredChartRect() const
+{
+    if (!root)
+        return QRectF();
+    const QRectF area = root->getAreaRect();
+    const double reach = std::max({-area.left(), area.right(), -area.top(), area.bottom(), 1.0});
+    return root->mapRectToScene(QRectF(-reach, -reach, 2 * reach, 2 * reach));
 }
 
 PieChartItem* Scene::getSelectedItem() const

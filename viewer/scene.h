@@ -27,6 +27,9 @@ public:
     PieChartItem* getPieChart() const { return root; }
     // The chart with its labels, in scene coordinates; empty without a chart.
     QRectF getChartRect() const;
+    // The smallest square about the chart's centre that holds the whole chart: fitting it keeps
+    // the centre disc in the middle of the window however lopsided the outer rings are.
+    QRectF getCentredChartRect() const;
 
     PieChartItem* getSelectedItem() const;
     // The slice with this id, or null.

@@ -52,7 +52,7 @@ void View::setPieChart(std::unique_ptr<PieChartItem> root)
 void View::updateSceneRect()
 {
     // Room to pan the chart well past the window's edges at any zoom.
-    QRectF chart = chartScene->getChartRect();
+    QRectF chart = chartScene->getCentredChartRect();
     if (chart.isEmpty())
         chart = QRectF(-100, -100, 200, 200);
     const double side = std::max(chart.width(), chart.height());
@@ -61,7 +61,7 @@ void View::updateSceneRect()
 
 void View::fitChart()
 {
-    const QRectF chart = chartScene->getChartRect();
+    const QRectF chart = chartScene->getCentredChartRect();
     resetTransform();
     zoom = 1.0;
     if (chart.isEmpty()) {

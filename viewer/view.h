@@ -29,7 +29,8 @@ public:
     // Shows the chart (the scene takes it; null clears) and fits it to the window.
     void setPieChart(std::unique_ptr<PieChartItem> root);
 
-    // Centres the chart and scales it to fill the viewport with a small margin.
+    // Puts the chart's centre in the middle of the viewport and scales the chart to fit it with
+    // a small margin.
     void fitChart();
     // The scale relative to the fitted chart: 1 right after fitting.
     double getZoom() const { return zoom; }

@@ -72,6 +72,8 @@ private slots:
     void wheelZoomKeepsThePointUnderTheCursor();
     void toolTipIsLabelWithShare();
     void newChartDropsTheSelection();
+    void labelColourReadsOnTheFill_data();
+    void labelColourReadsOnTheFill();
 };
 
 void TestScene::clickSelectsAndEmptyCanvasClears_data()
@@ -196,13 +198,17 @@ void TestScene::chartIsCentredAndFitted()
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     view.setPieChart(chartOf(dir, literal));
-    const QRectF chart = view.mapFromScene(view.getScene()->getChartRect()).boundingRect();
+    // The centre disc in the middle, however lopsided the rings around it.
+    const QPointF middle = view.mapFromScene(view.getScene()->getPieChart()->scenePos());
     const QRectF room = view.viewport()->rect();
-    QVERIFY2(std::abs(chart.center().x() - room.center().x()) <= 2 && std::abs(chart.center().y() - room.center().y()) <= 2,
+    QVERIFY2(std::abs(middle.x() - room.center().x()) <= 1 && std::abs(middle.y() - room.center().y()) <= 1,
              "the chart is not centred");
+    const QRectF chart = view.mapFromScene(view.getScene()->getChartRect()).boundingRect();
     QVERIFY2(room.contains(chart), "the chart does not fit");
-    // Fitted: it fills the narrower side up to the margin.
-    const double fill = std::max(chart.width() / room.width(), chart.height() / room.height());
+    // Fitted: the chart's reach from its centre fills the narrower side up to the margin.
+    const double reach = std::max({middle.x() - chart.left(), chart.right() - middle.x(), middle.y() - chart.top(),
+                                   chart.bottom() - middle.y()});
+    const double fill = 2 * reach / std::min(room.width(), room.height());
     QVERIFY2(fill > 0.9, qPrintable(QStringLiteral("fills %1").arg(fill)));
 
     // Resizing fits again, also after zooming.
@@ -261,6 +267,31 @@ void TestScene::newChartDropsTheSelection()
     scene.setPieChart(nullptr);
     QVERIFY(scene.items().isEmpty());
     QCOMPARE(selected.count(), 0);
+}
+
+void TestScene::labelColourReadsOnTheFill_data()
+{
+    QTest::addColumn<double>("hue");
+    QTest::addColumn<double>("lightness");
+    QTest::addColumn<QColor>("label");
+    // The first ring's fully saturated hues, and lighter rings further out.
+    QTest::newRow("red") << 0.0 << 0.5 << QColor(Qt::black);
+    QTest::newRow("yellow") << 1.0 / 6 << 0.5 << QColor(Qt::black);
+    QTest::newRow("green") << 1.0 / 3 << 0.5 << QColor(Qt::black);
+    QTest::newRow("azure") << 7.0 / 12 << 0.5 << QColor(Qt::black);
+    QTest::newRow("blue") << 2.0 / 3 << 0.5 << QColor(Qt::white);
+    QTest::newRow("violet") << 0.75 << 0.5 << QColor(Qt::white);
+    QTest::newRow("magenta") << 5.0 / 6 << 0.5 << QColor(Qt::black);
+    QTest::newRow("blue, two rings out") << 2.0 / 3 << 0.7 << QColor(Qt::black);
+    QTest::newRow("centre") << 0.0 << 1.0 << QColor(Qt::black);
+}
+
+void TestScene::labelColourReadsOnTheFill()
+{
+    QFETCH(double, hue);
+    QFETCH(double, lightness);
+    QFETCH(QColor, label);
+    QCOMPARE(PieChartItem::getLabelColor(QColor::fromHslF(hue, 1.0, lightness)), label);
 }
 
 QTEST_MAIN(TestScene)
