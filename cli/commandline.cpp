@@ -1,6 +1,8 @@
 #include "cli/commandline.h"
 
+#include "cli/buildcommand.h"
 #include "cli/command.h"
+#include "cli/importtaxonomycommand.h"
 #include "cli/infocommand.h"
 #include "cli/rendercommand.h"
 
@@ -14,6 +16,8 @@ CommandLine::CommandLine(QTextStream& o, QTextStream& e)
     , err(e)
 {
     commands.push_back(std::make_unique<InfoCommand>(out, err));
+    commands.push_back(std::make_unique<ImportTaxonomyCommand>(out, err));
+    commands.push_back(std::make_unique<BuildCommand>(out, err));
     commands.push_back(std::make_unique<RenderCommand>(out, err));
 }
 

@@ -76,6 +76,7 @@ void FileDownloader::writeAvailable()
     if (stallTimer.interval() > 0)
         stallTimer.start();
     const QByteArray data = reply->readAll();
+    written += data.size();
     if (!data.isEmpty() && (file.write(data) != data.size() || !file.flush()))
         failWith(QNetworkReply::UnknownContentError,
                  tr("The download could not be written to %1.").arg(file.fileName()));
@@ -116,6 +117,21 @@ void FileDownloader::slotDownloadFinished()
     if (file.isOpen() && !file.flush() && error == QNetworkReply::NoError) {
         error = QNetworkReply::UnknownContentError;
         errorString = tr("The download could not be written to %1.").arg(file.fileName());
+    }
+    // A connection that ends early is not always reported as an error; the announced length
+    // tells (unless the body came compressed, when it counts other bytes).
+    if (error == QNetworkReply::NoError && reply) {
+        bool known = false;
+        const qint64 expected = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong(&known);
+        const QByteArray encoding = reply->rawHeader("Content-Encoding");
+        if (known && (encoding.isEmpty() || encoding == "identity") && expected != written) {
+            error = QNetworkReply::RemoteHostClosedError;
+            errorString = tr("The connection closed after %1 of %2 bytes.").arg(written).arg(expected);
+            // Qt did not see it as an error, so it sent no error signal: a failed download
+            // always announces its error before it finishes.
+            file.close();
+            emit signalError(error);
+        }
     }
     file.close();
     finished = true;

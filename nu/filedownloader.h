@@ -63,6 +63,7 @@ private:
     QTimer stallTimer;
     QNetworkReply::NetworkError error = QNetworkReply::NoError;
     QString errorString;
+    qint64 written = 0;
     bool finished = false;
 };
 

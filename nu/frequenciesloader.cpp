@@ -41,8 +41,11 @@ void FrequenciesLoader::load()
     // word in memory however long it is.
     QString current;
     bool tooLong = false;
-    while (!stream.atEnd()) {
+    // The end is an empty read: a pipe may have nothing to give yet and still not be at its end.
+    for (;;) {
         const QString chunk = stream.read(chunkSize);
+        if (chunk.isEmpty())
+            break;
         const QChar* data = chunk.constData();
         const int size = chunk.size();
         int i = 0;

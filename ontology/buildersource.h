@@ -1,14 +1,13 @@
 #pragma once
 
 #include "ontology/builder.h"
+#include "ontology/source.h"
 
 #include <memory>
 #include <vector>
 
 namespace Zem {
 namespace Ontology {
-
-class Source;
 
 // A builder that loads its tree from a list of sources, one after the other, and reports how far
 // it has read each of them.

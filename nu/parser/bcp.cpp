@@ -1,5 +1,6 @@
 #include "nu/parser/bcp.h"
 
+#include <QIODevice>
 #include <QTextStream>
 
 #include <algorithm>
@@ -42,6 +43,16 @@ void BCP::setMaxRowLength(int length)
     maxRowLength = std::max(1, length);
 }
 
+bool BCP::isAtEnd() const
+{
+    // A pipe has no end until a read comes back empty; a file or a string knows it at once.
+    if (endReached)
+        return true;
+    if (stream.device() && stream.device()->isSequential())
+        return false;
+    return stream.atEnd();
+}
+
 bool BCP::next()
 {
     // The rows already handed out are dropped only now, so that the current row's references
@@ -53,25 +64,31 @@ bool BCP::next()
     rowStart = 0;
     rowLength = 0;
     fields.clear();
-    if (buffer.isEmpty() && stream.atEnd())
+    if (buffer.isEmpty() && isAtEnd())
         return false;
 
     // Only the text appended since the last search is searched again (plus the few characters a
     // terminator split over two reads can start in), so a long row costs linear time.
     const int terminatorLength = rowTerminator.size();
-    int searchFrom = 0;
     int end = terminatorLength > 0 ? buffer.indexOf(rowTerminator) : -1;
     const int chunk = readSize > 0 ? readSize : defaultReadSize;
-    while (end < 0 && !stream.atEnd()) {
-        searchFrom = std::max(0, buffer.size() - terminatorLength + 1);
-        buffer.append(stream.read(chunk));
+    while (end < 0 && !isAtEnd()) {
+        const QString text = stream.read(chunk);
+        if (text.isEmpty()) {
+            endReached = true;
+            break;
+        }
+        const int searchFrom = std::max(0, buffer.size() - terminatorLength + 1);
+        buffer.append(text);
         if (buffer.size() > maxRowLength + terminatorLength)
             throw RowTooLongException();
         if (terminatorLength > 0)
             end = buffer.indexOf(rowTerminator, searchFrom);
     }
+    if (buffer.isEmpty())
+        return false;
 
-    if (!finalRemoved && stream.atEnd() && !finalTerminator.isEmpty() && buffer.endsWith(finalTerminator)) {
+    if (!finalRemoved && !finalTerminator.isEmpty() && isAtEnd() && buffer.endsWith(finalTerminator)) {
         buffer.chop(finalTerminator.size());
         finalRemoved = true;
         // The terminator closed the row before it: nothing follows, whatever the read size.

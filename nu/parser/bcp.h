@@ -51,6 +51,7 @@ public:
     QStringRef getLineRef() const;
 
 private:
+    bool isAtEnd() const;
     void splitRow();
 
     QString rowTerminator = QStringLiteral("\n");
@@ -67,6 +68,7 @@ private:
     int readSize = defaultReadSize;
     int maxRowLength = defaultMaxRowLength;
     bool finalRemoved = false;
+    bool endReached = false;
 };
 
 } // namespace parser

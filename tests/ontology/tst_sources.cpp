@@ -1,5 +1,6 @@
 #include "ontology/buildersource.h"
 #include "ontology/ontology.h"
+#include "ontology/sourcebcp.h"
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
@@ -396,6 +397,7 @@ void TestSources::cancelStopsEverySource_data()
     QTest::newRow("mgtaxa") << "mgtaxa";
     QTest::newRow("taxids") << "taxids";
     QTest::newRow("ontology") << "ontology";
+    QTest::newRow("dump") << "dump";
 }
 
 void TestSources::cancelStopsEverySource()
@@ -419,7 +421,11 @@ void TestSources::cancelStopsEverySource()
         source = std::make_unique<SourceMgtaxaText>(write(lines));
     else if (kind == QLatin1String("taxids"))
         source = std::make_unique<SourceFrequencies>(write(lines));
-    else {
+    else if (kind == QLatin1String("dump")) {
+        auto dump = std::make_unique<SourceBcp>(write(lines));
+        dump->columns.insert(2, SourceBcp::parentKey);
+        source = std::move(dump);
+    } else {
         const QString file = dir->filePath(QStringLiteral("big.ontology"));
         BuilderSource big(file);
         QByteArray paths;

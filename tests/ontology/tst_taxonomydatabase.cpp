@@ -1,15 +1,12 @@
 #include "ontology/buildersource.h"
 #include "ontology/sourcebcp.h"
 #include "ontology/taxonomydatabase.h"
+#include "tests/support/taxdump.h"
 #include "tests/support/treetext.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <quazip/JlCompress.h>
-#include <quazip/quazip.h>
-#include <quazip/quazipfile.h>
-#include <quazip/quazipnewinfo.h>
 
 using namespace Zem::Ontology;
 using Zem::Ncbi::TaxonomyDatabase;
@@ -17,52 +14,10 @@ using namespace Sorvik::Test;
 
 namespace {
 
-// One dump row from its fields.
-QByteArray dmp(const QList<QByteArray>& fields)
-{
-    QByteArray row;
-    for (const QByteArray& field : fields)
-        row.append(field).append("\t|\t");
-    row.chop(1);
-    row.append('\n');
-    return row;
-}
-
-const QByteArray nodes = dmp({"1", "1", "no rank", "", "8"}) + dmp({"131567", "1", "no rank", "", "8"})
-    + dmp({"2", "131567", "superkingdom", "", "0"}) + dmp({"562", "561", "species", "EC", "0"})
-    + dmp({"561", "2", "genus", "", "0"}) + dmp({"9606", "131567", "species", "HS", "5"});
-const QByteArray names = dmp({"1", "root", "", "scientific name"}) + dmp({"131567", "cellular organisms", "", "scientific name"})
-    + dmp({"2", "Bacteria", "Bacteria <bacteria>", "scientific name"}) + dmp({"2", "eubacteria", "", "genbank common name"})
-    + dmp({"561", "Escherichia", "", "scientific name"}) + dmp({"562", "Escherichia coli", "", "scientific name"})
-    + dmp({"562", "Bacterium coli", "", "synonym"}) + dmp({"9606", "Homo sapiens", "", "scientific name"})
-    + dmp({"9606", "human", "", "genbank common name"});
+const QByteArray nodes = smallNodes();
+const QByteArray names = smallNames();
 const QString expectedTree = QStringLiteral(
     "root(\"cellular organisms\"(Bacteria(Escherichia(\"Escherichia coli\")) \"Homo sapiens\"))");
-
-struct Entry
-{
-    QString name;
-    QByteArray content;
-    bool symbolicLink = false;
-};
-
-bool writeZip(const QString& file, const QList<Entry>& entries)
-{
-    QuaZip zip(file);
-    if (!zip.open(QuaZip::mdCreate))
-        return false;
-    for (const Entry& entry : entries) {
-        QuaZipFile out(&zip);
-        QuaZipNewInfo info(entry.name);
-        if (entry.symbolicLink)
-            info.externalAttr = 0120777u << 16;
-        if (!out.open(QIODevice::WriteOnly, info) || out.write(entry.content) != entry.content.size())
-            return false;
-        out.close();
-    }
-    zip.close();
-    return zip.getZipError() == 0;
-}
 
 } // namespace
 
@@ -125,31 +80,31 @@ void TestTaxonomyDatabase::dumpRows_data()
     QTest::addColumn<QByteArray>("namesText");
     QTest::addColumn<QString>("tree");
 
-    const QByteArray rootNodes = dmp({"1", "1", "no rank"}) + dmp({"2", "1", "superkingdom"});
-    QTest::newRow("child under parent") << dmp({"1", "1", "no rank"}) + dmp({"2", "131567", "superkingdom", "", "0"})
-                                               + dmp({"131567", "1", "no rank"})
+    const QByteArray rootNodes = dumpRow({"1", "1", "no rank"}) + dumpRow({"2", "1", "superkingdom"});
+    QTest::newRow("child under parent") << dumpRow({"1", "1", "no rank"}) + dumpRow({"2", "131567", "superkingdom", "", "0"})
+                                               + dumpRow({"131567", "1", "no rank"})
                                         << QByteArray() << "1(131567(2))";
     QTest::newRow("synonym never replaces the scientific name")
-        << rootNodes << dmp({"2", "Bacteria", "", "scientific name"}) + dmp({"2", "Monera", "", "synonym"})
+        << rootNodes << dumpRow({"2", "Bacteria", "", "scientific name"}) + dumpRow({"2", "Monera", "", "synonym"})
         << "1(Bacteria)";
     QTest::newRow("class must be the fourth field")
-        << rootNodes << dmp({"2", "scientific name", "", "synonym"}) + dmp({"2", "x", "scientific name", "authority"})
+        << rootNodes << dumpRow({"2", "scientific name", "", "synonym"}) + dumpRow({"2", "x", "scientific name", "authority"})
         << "1(2)";
     QTest::newRow("last rows without line feed")
         << QByteArray("1\t|\t1\t|\tno rank\t|\n2\t|\t1\t|\tsuperkingdom\t|")
         << QByteArray("2\t|\tBacteria\t|\t\t|\tscientific name\t|") << "1(Bacteria)";
     QTest::newRow("four-field rows") << QByteArray("1\t|\t1\t|\tno rank\t|\t\t|\n2\t|\t1\t|\tPhylum\t|\t\t|\n")
                                      << QByteArray("2\t|\tall\t|\t\t|\tscientific name\t|\n") << "1(all)";
-    QTest::newRow("duplicate rows") << rootNodes + rootNodes << dmp({"2", "B", "", "scientific name"}) + dmp({"2", "B", "", "scientific name"})
+    QTest::newRow("duplicate rows") << rootNodes + rootNodes << dumpRow({"2", "B", "", "scientific name"}) + dumpRow({"2", "B", "", "scientific name"})
                                     << "1(B)";
     QTest::newRow("missing parent leaves the taxon out")
-        << rootNodes + dmp({"7", "99", "species"}) << dmp({"7", "Lost", "", "scientific name"}) << "1(2)";
-    QTest::newRow("name of an unknown taxon") << rootNodes << dmp({"5", "Nowhere", "", "scientific name"}) << "1(2)";
+        << rootNodes + dumpRow({"7", "99", "species"}) << dumpRow({"7", "Lost", "", "scientific name"}) << "1(2)";
+    QTest::newRow("name of an unknown taxon") << rootNodes << dumpRow({"5", "Nowhere", "", "scientific name"}) << "1(2)";
     QTest::newRow("cut rows") << rootNodes + QByteArray("\t|\t1\t|\t1\t|\n9606\t|\tpliant; specified\t|\n") << QByteArray()
                               << "1(2)";
     QTest::newRow("crlf rows") << QByteArray("1\t|\t1\t|\tno rank\t|\r\n2\t|\t1\t|\tx\t|\r\n")
                                << QByteArray("2\t|\tB\t|\t\t|\tscientific name\t|\r\n") << "1(B)";
-    QTest::newRow("no root") << dmp({"2", "3", "x"}) + dmp({"3", "2", "x"}) << QByteArray() << "";
+    QTest::newRow("no root") << dumpRow({"2", "3", "x"}) + dumpRow({"3", "2", "x"}) << QByteArray() << "";
 }
 
 void TestTaxonomyDatabase::dumpRows()

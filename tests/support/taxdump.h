@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+namespace Sorvik {
+namespace Test {
+
+// One row of an NCBI dump file from its fields: fields joined by TAB, bar, TAB and the row
+// ended by TAB, bar, line feed.
+QByteArray dumpRow(const QList<QByteArray>& fields);
+
+struct ZipEntry
+{
+    QString name;
+    QByteArray content;
+    bool symbolicLink = false;
+};
+
+// Writes a ZIP archive holding the entries as given (names are not checked).
+bool writeZip(const QString& fileName, const QList<ZipEntry>& entries);
+
+// A small taxonomy: root 1, "cellular organisms", Bacteria, Escherichia, Escherichia coli (562)
+// and Homo sapiens (9606), with a synonym and a common name that must not be used.
+QByteArray smallNodes();
+QByteArray smallNames();
+// The same as a taxdmp.zip.
+bool writeSmallTaxdump(const QString& fileName);
+
+} // namespace Test
+} // namespace Sorvik
