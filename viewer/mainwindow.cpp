@@ -1,14 +1,18 @@
 #include "viewer/mainwindow.h"
 
 #include "editor/mainwindow.h"
+#include "nu/multiprogresswidget.h"
 #include "nu/prompter.h"
 #include "ontology/buildersource.h"
 #include "ontology/ontology.h"
+#include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
+#include "ontology/sourcemgtaxatext.h"
 #include "ontology/sourceqiimetext.h"
 #include "viewer/aboutdialog.h"
 #include "viewer/apppreferencesdialog.h"
 #include "viewer/browser.h"
+#include "viewer/buildncbipiechartasynctask.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
@@ -22,6 +26,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
@@ -30,6 +35,7 @@
 #include <QSaveFile>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -37,6 +43,9 @@ namespace Sorvik {
 namespace Viewer {
 
 namespace {
+
+// Milliseconds without data after which the taxonomy download fails.
+constexpr int downloadStallTimeout = 120000;
 
 // File dialogs for charts open where the last chart was opened or saved.
 const QString chartFolder = QStringLiteral("chart");
@@ -199,6 +208,11 @@ MainWindow::~MainWindow()
 {
     // The browser lists the scene's slices: it lets go of them first.
     clearPieChart();
+    if (task) {
+        disconnect(task, nullptr, this, nullptr);
+        task->slotSetCancelled();
+        task = nullptr;
+    }
     finishLingeringTasks();
 }
 
@@ -263,15 +277,68 @@ void MainWindow::slotFileNew()
         buildOnThisThread(wizard);
 }
 
-void MainWindow::startNcbiBuild(const NewPiechartWizard&)
+void MainWindow::startNcbiBuild(const NewPiechartWizard& wizard)
 {
-    // Taxon-id and MG-Taxa inputs need the NCBI build task, which is not part of this build yet.
-    message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
-    setClosed();
+    const App::Settings settings;
+    task = new BuildNcbiPiechartAsyncTask();
+    task->setNcbiOntologyFile(settings.getPathDir().absoluteFilePath(ncbiFileName));
+    task->setTargetFile(fileHandler.getFileName());
+    // A connection that goes silent fails the download instead of waiting for ever.
+    task->setDownloadStallTimeout(downloadStallTimeout);
+    if (wizard.field(QStringLiteral("input-type-taxids")).toBool()) {
+        const int columns = wizard.field(QStringLiteral("taxids-source-format-id")).toBool() ? 1 : 2;
+        task->setSource(std::make_unique<Zem::Ontology::SourceFrequencies>(field(wizard, "taxids-source-filename"), columns));
+    } else {
+        task->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(field(wizard, "mgtaxa-source-filename")));
+    }
+
+    QDialog dialog(this);
+    dialog.setWindowTitle(tr("Generating piechart"));
+    dialog.setModal(true);
+    dialog.setMinimumWidth(460);
+    auto* progress = new nu::MultiProgressWidget(&dialog);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(progress);
+    layout->addStretch();
+    layout->addWidget(buttons);
+
+    connect(&dialog, &QDialog::rejected, task, &BuildNcbiPiechartAsyncTask::slotSetCancelled);
+    connect(&dialog, &QDialog::rejected, this, &MainWindow::slotBuildNcbiPiechartFinished);
+    connect(task, &nu::AsyncTask::progressChanged, progress, &nu::MultiProgressWidget::slotProgressChanged);
+    connect(task, &QThread::finished, this, &MainWindow::slotBuildNcbiPiechartFinished);
+    connect(task, &QThread::finished, &dialog, &QDialog::accept);
+    connect(task, &QThread::finished, task, &QObject::deleteLater);
+    // Kept so that it can be waited for if it outlives the dialog.
+    lingering.emplace_back(task);
+    task->start(QThread::InheritPriority);
+    prompter->exec(dialog);
 }
 
 void MainWindow::slotBuildNcbiPiechartFinished()
 {
+    if (!task)
+        return;
+    BuildNcbiPiechartAsyncTask* finished = task;
+    task = nullptr;
+    disconnect(finished, nullptr, this, nullptr);
+    switch (finished->getState()) {
+    case nu::AsyncTask::Running:
+        // Ended without failing: the working chart is complete.
+        if (!firstTimeGenerate()) {
+            message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
+            setClosed();
+        }
+        break;
+    case nu::AsyncTask::Failed:
+        message(QMessageBox::Critical, tr("Problem creating new pie chart"), finished->getErrorMessage());
+        setClosed();
+        break;
+    default:
+        setClosed();
+        break;
+    }
 }
 
 void MainWindow::buildOnThisThread(const NewPiechartWizard& wizard)
@@ -532,6 +599,14 @@ void MainWindow::closeEvent(QCloseEvent* event)
 
 void MainWindow::finishLingeringTasks()
 {
+    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
+        // Its destructor waits for its thread and deletes what a failed run left.
+        if (lingeringTask && lingeringTask != task)
+            delete lingeringTask.data();
+    }
+    lingering.erase(std::remove_if(lingering.begin(), lingering.end(),
+                                   [this](const QPointer<BuildNcbiPiechartAsyncTask>& t) { return !t || t != task; }),
+                    lingering.end());
 }
 
 } // namespace Viewer

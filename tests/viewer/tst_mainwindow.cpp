@@ -3,6 +3,9 @@
 #include "resources/resources.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/treeliteral.h"
+#include "nu/multiprogresswidget.h"
+#include "tests/support/httpserver.h"
+#include "tests/support/taxdump.h"
 #include "viewer/browser.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
@@ -17,6 +20,8 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QDir>
+#include <QEventLoop>
+#include <QTimer>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
@@ -97,6 +102,58 @@ std::function<int(QDialog&)> qiime(const QString& file, int column)
         wizard.setField(QStringLiteral("qiime-source-column"), column);
         return int(QDialog::Accepted);
     };
+}
+
+std::function<int(QDialog&)> taxids(const QString& file, bool counts)
+{
+    return [file, counts](QDialog& dialog) {
+        auto& wizard = dynamic_cast<NewPiechartWizard&>(dialog);
+        wizard.setField(QStringLiteral("input-type-taxids"), true);
+        wizard.setField(QStringLiteral("taxids-source-filename"), file);
+        wizard.setField(counts ? QStringLiteral("taxids-source-format-idcount") : QStringLiteral("taxids-source-format-id"),
+                        true);
+        return int(QDialog::Accepted);
+    };
+}
+
+std::function<int(QDialog&)> mgtaxa(const QString& file)
+{
+    return [file](QDialog& dialog) {
+        auto& wizard = dynamic_cast<NewPiechartWizard&>(dialog);
+        wizard.setField(QStringLiteral("input-type-mgtaxa"), true);
+        wizard.setField(QStringLiteral("mgtaxa-source-filename"), file);
+        return int(QDialog::Accepted);
+    };
+}
+
+// The progress dialog of a build: waits until the build closes it, or, with a cancelAt message,
+// cancels it once the step under way shows that message ("*": at once).
+std::function<int(QDialog&)> progress(const QString& cancelAt = QString())
+{
+    return [cancelAt](QDialog& dialog) {
+        if (cancelAt == QLatin1String("*")) {
+            dialog.reject();
+            return dialog.result();
+        }
+        const auto* bars = dialog.findChild<nu::MultiProgressWidget*>();
+        QEventLoop loop;
+        QObject::connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &dialog, [&] {
+            if (!cancelAt.isEmpty() && bars->getLevelCount() > 1 && bars->getBlock(1)->getMessage() == cancelAt)
+                dialog.reject();
+        });
+        poll.start(5);
+        QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+        loop.exec();
+        return dialog.result();
+    };
+}
+
+// Answers the wizard with one script and the next dialog with another.
+std::function<int(QDialog&)> inTurn(std::function<int(QDialog&)> first, std::function<int(QDialog&)> then)
+{
+    return [first, then, calls = 0](QDialog& dialog) mutable { return (calls++ == 0 ? first : then)(dialog); };
 }
 
 // Which of the window's actions are enabled, as a word of 0 and 1: Save as, Close, Step into,
@@ -217,6 +274,12 @@ private slots:
     void enteringTheCentreChangesNothing();
     void viewSettingsRegenerate();
     void editorOpensWithOrWithoutChart();
+    void ncbiChartFromCachedTaxonomy_data();
+    void ncbiChartFromCachedTaxonomy();
+    void ncbiChartDownloadsTheTaxonomyOnce();
+    void ncbiDownloadFailureIsShown();
+    void cancellingTheBuildLeavesNothing_data();
+    void cancellingTheBuildLeavesNothing();
     void realKronaAndQiimeFiles_data();
     void realKronaAndQiimeFiles();
 
@@ -227,6 +290,9 @@ private:
 
     QString path(const QString& name) const { return dir->filePath(name); }
     QString working() const { return path(MainWindow::workingFileName); }
+    QString ncbi() const { return path(MainWindow::ncbiFileName); }
+    // A cached taxonomy of five named taxa.
+    void writeTaxonomy() const;
     // A new chart from the small Krona fixture, unsaved.
     void newKronaChart();
 };
@@ -260,6 +326,14 @@ void TestMainWindow::newKronaChart()
     window->slotFileNew();
     QVERIFY(chart(*window));
     prompter->onDialog = nullptr;
+}
+
+void TestMainWindow::writeTaxonomy() const
+{
+    Sorvik::Test::writeTree(ncbi(),
+                            QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia("
+                                           "562=\"Escherichia coli\")) 2759=Eukaryota(9606=\"Homo sapiens\")))"),
+                            false);
 }
 
 void TestMainWindow::startsClosed()
@@ -629,6 +703,141 @@ void TestMainWindow::editorOpensWithOrWithoutChart()
     QCOMPARE(editors.size(), 2);
     for (const auto* editor : editors)
         QVERIFY(editor->isVisible() && editor->isWindow());
+}
+
+void TestMainWindow::ncbiChartFromCachedTaxonomy_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<qint64>("total");
+    QTest::addColumn<double>("coli");
+    QTest::newRow("one id per line") << "ids" << "viewer/taxids.txt" << qint64(3) << 100.0 / 3;
+    QTest::newRow("ids with counts") << "counts" << "viewer/taxid-counts.txt" << qint64(7) << 200.0 / 7;
+    QTest::newRow("mg-taxa") << "mgtaxa" << "viewer/mgtaxa.txt" << qint64(4) << 75.0;
+    // Nothing counted: refused with the build's box, and closed.
+    QTest::newRow("no known id") << "ids" << "viewer/unknown-taxids.txt" << qint64(0) << 0.0;
+}
+
+void TestMainWindow::ncbiChartFromCachedTaxonomy()
+{
+    QFETCH(QString, format);
+    QFETCH(QString, file);
+    QFETCH(qint64, total);
+    QFETCH(double, coli);
+    writeTaxonomy();
+    const QString input = Sorvik::Test::fixturePath(file);
+    const auto wizard = format == QLatin1String("mgtaxa") ? mgtaxa(input) : taxids(input, format == QLatin1String("counts"));
+    prompter->onDialog = inTurn(wizard, progress());
+    window->slotFileNew();
+
+    QCOMPARE(prompter->dialogs, (QStringList{QStringLiteral("Sorvik::Viewer::NewPiechartWizard"), QStringLiteral("QDialog")}));
+    QVERIFY(!window->isBuilding());
+    if (total == 0) {
+        QCOMPARE(prompter->shown.size(), 1);
+        QCOMPARE(prompter->shown.first().title, QStringLiteral("Problem creating new pie chart"));
+        QCOMPARE(prompter->shown.first().text, QStringLiteral("Pie chart couldn't be generated"));
+        QVERIFY(!window->getFileHandler().isOpened());
+        QCOMPARE(enabled(*window), QStringLiteral("000000"));
+        return;
+    }
+    QVERIFY(prompter->shown.isEmpty());
+    QVERIFY(window->getFileHandler().shouldSave());
+    QCOMPARE(window->getFileHandler().getFileName(), working());
+    QCOMPARE(chart(*window)->getTotal(), total);
+    QCOMPARE(centre(*window), QStringLiteral("root"));
+    const PieChartItem* found = byName(chart(*window), QStringLiteral("Escherichia coli"));
+    QVERIFY(found);
+    QVERIFY(std::abs(found->getPercentage() - coli) < 1e-9);
+    // The cache is the taxonomy still, uncounted.
+    QVERIFY(!Zem::Ontology::Ontology(ncbi()).isCounted());
+}
+
+void TestMainWindow::ncbiChartDownloadsTheTaxonomyOnce()
+{
+    QTemporaryDir dumpDir;
+    const QString dump = dumpDir.filePath(QStringLiteral("taxdmp.zip"));
+    QVERIFY(Sorvik::Test::writeSmallTaxdump(dump));
+    QFile zip(dump);
+    QVERIFY(zip.open(QIODevice::ReadOnly));
+    Sorvik::Test::HttpServer server;
+    server.serve(QStringLiteral("/taxdmp.zip"), zip.readAll());
+    qputenv("SORVIK_TAXDUMP_URL", server.url(QStringLiteral("/taxdmp.zip")).toEncoded());
+
+    const QString input = Sorvik::Test::fixturePath(QStringLiteral("viewer/taxids.txt"));
+    for (int run = 0; run < 2; ++run) {
+        prompter->onDialog = inTurn(taxids(input, false), progress());
+        prompter->answers = {QMessageBox::No};
+        window->slotFileNew();
+        QVERIFY(chart(*window));
+        QCOMPARE(chart(*window)->getTotal(), qint64(3));
+        QVERIFY(byName(chart(*window), QStringLiteral("Homo sapiens")));
+    }
+    qunsetenv("SORVIK_TAXDUMP_URL");
+    QCOMPARE(server.getRequestCount(QStringLiteral("/taxdmp.zip")), 1);
+    QVERIFY(QFile::exists(ncbi()));
+}
+
+void TestMainWindow::ncbiDownloadFailureIsShown()
+{
+    qputenv("SORVIK_TAXDUMP_URL", Sorvik::Test::HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip")).toEncoded());
+    prompter->onDialog = inTurn(taxids(Sorvik::Test::fixturePath(QStringLiteral("viewer/taxids.txt")), false), progress());
+    window->slotFileNew();
+    qunsetenv("SORVIK_TAXDUMP_URL");
+    QCOMPARE(prompter->shown.size(), 1);
+    QCOMPARE(prompter->shown.first().title, QStringLiteral("Problem creating new pie chart"));
+    QCOMPARE(prompter->shown.first().text, QStringLiteral("NCBI data couldn't be downloaded"));
+    QCOMPARE(int(prompter->shown.first().icon), int(QMessageBox::Critical));
+    QVERIFY(!window->getFileHandler().isOpened());
+    QCOMPARE(enabled(*window), QStringLiteral("000000"));
+    QTRY_VERIFY(!QFile::exists(ncbi()) && !QFile::exists(working()));
+}
+
+void TestMainWindow::cancellingTheBuildLeavesNothing_data()
+{
+    QTest::addColumn<bool>("cached");
+    QTest::addColumn<QString>("cancelAt");
+    QTest::newRow("while downloading") << false << "Downloading database...";
+    QTest::newRow("at once, with the taxonomy cached") << true << "*";
+}
+
+void TestMainWindow::cancellingTheBuildLeavesNothing()
+{
+    QFETCH(bool, cached);
+    QFETCH(QString, cancelAt);
+    Sorvik::Test::HttpServer server;
+    Sorvik::Test::HttpServer::Route stall;
+    stall.body = QByteArray(100000, 'x');
+    stall.behaviour = Sorvik::Test::HttpServer::Behaviour::Stall;
+    stall.stallAfter = 10;
+    server.setRoute(QStringLiteral("/taxdmp.zip"), stall);
+    qputenv("SORVIK_TAXDUMP_URL", server.url(QStringLiteral("/taxdmp.zip")).toEncoded());
+    if (cached)
+        writeTaxonomy();
+    // A long input, so that counting lasts long enough to be cancelled.
+    const QString input = path(QStringLiteral("many.txt"));
+    QFile ids(input);
+    QVERIFY(ids.open(QIODevice::WriteOnly));
+    for (int i = 0; i < 200000; ++i)
+        ids.write(i % 2 ? "562\n" : "9606\n");
+    ids.close();
+
+    prompter->onDialog = inTurn(taxids(input, false), progress(cancelAt));
+    window->slotFileNew();
+    qunsetenv("SORVIK_TAXDUMP_URL");
+
+    QVERIFY(prompter->shown.isEmpty());
+    QVERIFY(!window->getFileHandler().isOpened());
+    QCOMPARE(enabled(*window), QStringLiteral("000000"));
+    QCOMPARE(chart(*window), nullptr);
+    // The task ends on its own and takes its partial files with it; a cache it did not make stays.
+    QTRY_VERIFY(!QFile::exists(working()));
+    QTRY_COMPARE(QFile::exists(ncbi()), cached);
+    // A new chart right after is not disturbed by the ending task.
+    prompter->onDialog = krona(Sorvik::Test::fixturePath(QStringLiteral("viewer/small.krona.txt")));
+    window->slotFileNew();
+    QVERIFY(chart(*window));
+    QTest::qWait(50);
+    QVERIFY(QFile::exists(working()));
 }
 
 void TestMainWindow::realKronaAndQiimeFiles_data()
