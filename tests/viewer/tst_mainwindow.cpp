@@ -24,6 +24,7 @@
 #include <QTimer>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTreeView>
 #include <QtTest>
@@ -299,6 +300,8 @@ private:
 
 void TestMainWindow::initTestCase()
 {
+    // The data folder setting goes to a test store, never to the user's own.
+    QStandardPaths::setTestModeEnabled(true);
     Sorvik::initResources();
 }
 
