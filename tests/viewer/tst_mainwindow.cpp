@@ -5,7 +5,6 @@
 #include "tests/support/treeliteral.h"
 #include "nu/multiprogresswidget.h"
 #include "tests/support/httpserver.h"
-#include "tests/support/taxdump.h"
 #include "viewer/browser.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
@@ -14,8 +13,6 @@
 #include "viewer/settings.h"
 #include "viewer/view.h"
 #include "viewer/viewpreferencesdialog.h"
-
-#include "editor/mainwindow.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -274,10 +271,8 @@ private slots:
     void navigationRegeneratesFromThePosition();
     void enteringTheCentreChangesNothing();
     void viewSettingsRegenerate();
-    void editorOpensWithOrWithoutChart();
     void ncbiChartFromCachedTaxonomy_data();
     void ncbiChartFromCachedTaxonomy();
-    void ncbiChartDownloadsTheTaxonomyOnce();
     void ncbiDownloadFailureIsShown();
     void cancellingTheBuildLeavesNothing_data();
     void cancellingTheBuildLeavesNothing();
@@ -697,17 +692,6 @@ void TestMainWindow::viewSettingsRegenerate()
     QCOMPARE(window->getMaxLevels(), 3);
 }
 
-void TestMainWindow::editorOpensWithOrWithoutChart()
-{
-    window->slotToolsEditor();
-    newKronaChart();
-    window->slotToolsEditor();
-    const auto editors = window->findChildren<Sorvik::Edit::MainWindow*>();
-    QCOMPARE(editors.size(), 2);
-    for (const auto* editor : editors)
-        QVERIFY(editor->isVisible() && editor->isWindow());
-}
-
 void TestMainWindow::ncbiChartFromCachedTaxonomy_data()
 {
     QTest::addColumn<QString>("format");
@@ -753,31 +737,6 @@ void TestMainWindow::ncbiChartFromCachedTaxonomy()
     QVERIFY(std::abs(found->getPercentage() - coli) < 1e-9);
     // The cache is the taxonomy still, uncounted.
     QVERIFY(!Zem::Ontology::Ontology(ncbi()).isCounted());
-}
-
-void TestMainWindow::ncbiChartDownloadsTheTaxonomyOnce()
-{
-    QTemporaryDir dumpDir;
-    const QString dump = dumpDir.filePath(QStringLiteral("taxdmp.zip"));
-    QVERIFY(Sorvik::Test::writeSmallTaxdump(dump));
-    QFile zip(dump);
-    QVERIFY(zip.open(QIODevice::ReadOnly));
-    Sorvik::Test::HttpServer server;
-    server.serve(QStringLiteral("/taxdmp.zip"), zip.readAll());
-    qputenv("SORVIK_TAXDUMP_URL", server.url(QStringLiteral("/taxdmp.zip")).toEncoded());
-
-    const QString input = Sorvik::Test::fixturePath(QStringLiteral("viewer/taxids.txt"));
-    for (int run = 0; run < 2; ++run) {
-        prompter->onDialog = inTurn(taxids(input, false), progress());
-        prompter->answers = {QMessageBox::No};
-        window->slotFileNew();
-        QVERIFY(chart(*window));
-        QCOMPARE(chart(*window)->getTotal(), qint64(3));
-        QVERIFY(byName(chart(*window), QStringLiteral("Homo sapiens")));
-    }
-    qunsetenv("SORVIK_TAXDUMP_URL");
-    QCOMPARE(server.getRequestCount(QStringLiteral("/taxdmp.zip")), 1);
-    QVERIFY(QFile::exists(ncbi()));
 }
 
 void TestMainWindow::ncbiDownloadFailureIsShown()
