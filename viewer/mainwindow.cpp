@@ -280,17 +280,21 @@ void MainWindow::slotFileNew()
 void MainWindow::startNcbiBuild(const NewPiechartWizard& wizard)
 {
     const App::Settings settings;
-    task = new BuildNcbiPiechartAsyncTask();
-    task->setNcbiOntologyFile(settings.getPathDir().absoluteFilePath(ncbiFileName));
-    task->setTargetFile(fileHandler.getFileName());
+    auto newTask = std::make_unique<BuildNcbiPiechartAsyncTask>();
+    newTask->setNcbiOntologyFile(settings.getPathDir().absoluteFilePath(ncbiFileName));
+    newTask->setTargetFile(fileHandler.getFileName());
     // A connection that goes silent fails the download instead of waiting for ever.
-    task->setDownloadStallTimeout(downloadStallTimeout);
+    newTask->setDownloadStallTimeout(downloadStallTimeout);
     if (wizard.field(QStringLiteral("input-type-taxids")).toBool()) {
         const int columns = wizard.field(QStringLiteral("taxids-source-format-id")).toBool() ? 1 : 2;
-        task->setSource(std::make_unique<Zem::Ontology::SourceFrequencies>(field(wizard, "taxids-source-filename"), columns));
+        newTask->setSource(
+            std::make_unique<Zem::Ontology::SourceFrequencies>(field(wizard, "taxids-source-filename"), columns));
     } else {
-        task->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(field(wizard, "mgtaxa-source-filename")));
+        newTask->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(field(wizard, "mgtaxa-source-filename")));
     }
+    // From here on the task owns itself: it deletes itself once its thread has finished (the
+    // last connection below, so that the window has read its state before).
+    task = newTask.release();
 
     QDialog dialog(this);
     dialog.setWindowTitle(tr("Generating piechart"));
