@@ -9,5 +9,10 @@ MainWindow::MainWindow(QWidget* parent)
     setWindowTitle(tr("Sorvik Piechart Editor"));
 }
 
+void MainWindow::createPieChart(nu::graphics::PieChartTextItem*)
+{
+    // The editable copy of a chart comes with the editor's scene.
+}
+
 } // namespace Edit
 } // namespace Sorvik

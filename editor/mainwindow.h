@@ -2,6 +2,12 @@
 
 #include <QMainWindow>
 
+namespace nu {
+namespace graphics {
+class PieChartTextItem;
+}
+} // namespace nu
+
 namespace Sorvik {
 namespace Edit {
 
@@ -11,6 +17,10 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 public:
     explicit MainWindow(QWidget* parent = nullptr);
+
+    // Copies a chart (the root slice and everything below it) into the editor; the chart stays
+    // its owner's.
+    void createPieChart(nu::graphics::PieChartTextItem* root);
 };
 
 } // namespace Edit

@@ -1,5 +1,6 @@
 #include "nu/prompter.h"
 
+#include <QDialog>
 #include <QFileDialog>
 
 namespace nu {
@@ -21,6 +22,11 @@ QString Prompter::getOpenFileName(QWidget* parent, const QString& folder, const 
 QString Prompter::getSaveFileName(QWidget* parent, const QString& folder, const QString& filter)
 {
     return QFileDialog::getSaveFileName(parent, QString(), folder, filter);
+}
+
+int Prompter::exec(QDialog& dialog)
+{
+    return dialog.exec();
 }
 
 } // namespace nu

@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <QString>
 
+class QDialog;
 class QWidget;
 
 namespace nu {
@@ -19,6 +20,8 @@ public:
     // Empty when the user cancelled.
     virtual QString getOpenFileName(QWidget* parent, const QString& folder, const QString& filter = QString());
     virtual QString getSaveFileName(QWidget* parent, const QString& folder, const QString& filter = QString());
+    // Runs a modal dialog (a wizard, a preferences or progress dialog) and returns its result.
+    virtual int exec(QDialog& dialog);
 };
 
 } // namespace nu

@@ -70,7 +70,7 @@ void Reader::read()
 {
     const Node node = readNode();
     while (currentRow < childrenStart)
-        readNode();
+        readNode(false);
     read(node);
 }
 
@@ -91,7 +91,8 @@ void Reader::read(const Node& top)
         Frame frame;
         const int n = node.count;
         // the children are one level below the node being opened
-        const bool childData = dataDepth == 0 || static_cast<int>(stack.size()) + 2 <= dataDepth;
+        const bool childData =
+            (dataDepth == 0 || static_cast<int>(stack.size()) + 2 <= dataDepth) && shouldReadChildData();
         frame.node = std::move(node);
         if (n > 0)
             frame.children.reserve(static_cast<size_t>(std::min(n, 1 << 16)));

@@ -92,6 +92,10 @@ public:
 
 protected:
     ~Reader();
+    // Asked right after openNode(): whether the node's children are delivered with their data.
+    // A consumer that has no use for a node's subtree answers false, and its children come with
+    // empty data (their own children are asked about in turn).
+    virtual bool shouldReadChildData() const { return true; }
     Node readNode(bool withData = true);
     void read(const Node& node);
 

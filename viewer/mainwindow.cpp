@@ -1,15 +1,616 @@
 #include "viewer/mainwindow.h"
 
-#include <QIcon>
+#include "editor/mainwindow.h"
+#include "nu/multiprogresswidget.h"
+#include "nu/prompter.h"
+#include "ontology/buildersource.h"
+#include "ontology/ontology.h"
+#include "ontology/sourcefrequencies.h"
+#include "ontology/sourcekronatext.h"
+#include "ontology/sourcemgtaxatext.h"
+#include "ontology/sourceqiimetext.h"
+#include "viewer/aboutdialog.h"
+#include "viewer/apppreferencesdialog.h"
+#include "viewer/browser.h"
+#include "viewer/buildncbipiechartasynctask.h"
+#include "viewer/newpiechartwizard.h"
+#include "viewer/piechartbuilder.h"
+#include "viewer/piechartitem.h"
+#include "viewer/scene.h"
+#include "viewer/settings.h"
+#include "viewer/view.h"
+#include "viewer/viewpreferencesdialog.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDockWidget>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSaveFile>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace Sorvik {
 namespace Viewer {
 
+namespace {
+
+// Milliseconds without data after which the taxonomy download fails.
+constexpr int downloadStallTimeout = 120000;
+
+// File dialogs for charts open where the last chart was opened or saved.
+const QString chartFolder = QStringLiteral("chart");
+
+QString field(const QWizard& wizard, const char* name)
+{
+    return wizard.field(QLatin1String(name)).toString();
+}
+
+// Shows the wait cursor while the interface thread is busy.
+class BusyCursor
+{
+public:
+    BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+};
+
+} // namespace
+
+const QString MainWindow::workingFileName = QStringLiteral("target.piechart");
+const QString MainWindow::ncbiFileName = QStringLiteral("ncbi.ontology");
+
+const char* MainWindow::OntologyEmptyException::what() const noexcept
+{
+    return "the chart holds no counted taxa";
+}
+
+const char* MainWindow::OntologyNotCounterException::what() const noexcept
+{
+    return "the file is not counted";
+}
+
+MainWindow::Actions::Actions(MainWindow* window)
+{
+    const auto make = [window](QActionGroup* group, const QString& text, const QString& tip, const QString& icon,
+                               const QKeySequence& key = QKeySequence()) {
+        auto* action = new QAction(text, group ? static_cast<QObject*>(group) : window);
+        action->setStatusTip(tip);
+        action->setToolTip(tip);
+        if (!icon.isEmpty())
+            action->setIcon(QIcon(icon));
+        if (!key.isEmpty())
+            action->setShortcut(key);
+        if (group)
+            group->addAction(action);
+        return action;
+    };
+    // Groups only gather actions to enable them together; several may be checked or none.
+    const auto group = [window] {
+        auto* g = new QActionGroup(window);
+        g->setExclusive(false);
+        return g;
+    };
+
+    file = group();
+    fileNew = make(file, tr("New"), tr("Creates a new chart from source files"), QStringLiteral(":/icons/document-new.svg"),
+                   QKeySequence::New);
+    fileOpen = make(file, tr("Open"), tr("Open previously saved charts"), QStringLiteral(":/icons/document-open.svg"),
+                    QKeySequence::Open);
+    fileSaveAs = make(file, tr("Save as"), tr("Save current piechart in file"),
+                      QStringLiteral(":/icons/document-save-as.svg"), QKeySequence::SaveAs);
+    fileClose = make(nullptr, tr("Close"), tr("Close current piechart"), QString(), QKeySequence::Close);
+    appPreferences = make(nullptr, tr("Preferences"), tr("Application preferences"),
+                          QStringLiteral(":/icons/preferences-desktop.svg"));
+    exit = make(nullptr, tr("Exit"), tr("Exit Sorvik"), QStringLiteral(":/icons/app-exit.svg"), QKeySequence::Quit);
+    exit->setMenuRole(QAction::QuitRole);
+
+    navigation = group();
+    stepInto = make(navigation, tr("Step into"),
+                    tr("Re-generate the taxonomy pie charts with selected taxon as root."),
+                    QStringLiteral(":/icons/go-down.svg"), QKeySequence(Qt::ALT | Qt::Key_Down));
+    goRoot = make(navigation, tr("Go to root taxon"), tr("Re-generate the root taxonomy pie charts."),
+                  QStringLiteral(":/icons/go-top.svg"), QKeySequence(Qt::Key_Home));
+    stepOut = make(navigation, tr("Step out"), tr("Go to the parent of the current taxon."),
+                   QStringLiteral(":/icons/go-up.svg"));
+    stepOut->setShortcuts({QKeySequence(Qt::Key_Backspace), QKeySequence(Qt::ALT | Qt::Key_Up)});
+
+    view = group();
+    viewPreferences = make(view, tr("Preferences"), tr("Fit the current chart in the window."),
+                           QStringLiteral(":/icons/preferences-desktop.svg"));
+    tools = group();
+    toolsEditor = make(tools, tr("Editor"), tr("Open pie chart editor for the current chart."),
+                       QStringLiteral(":/icons/launch-editor.svg"));
+    help = group();
+    helpAbout = make(help, tr("About Sorvik"), tr("About Sorvik"), QStringLiteral(":/icons/sorvik-piechart.svg"));
+    helpAbout->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::Actions::setFileOpened()
+{
+    fileSaveAs->setEnabled(true);
+    fileClose->setEnabled(true);
+    navigation->setEnabled(true);
+    view->setEnabled(true);
+}
+
+void MainWindow::Actions::setFileClosed()
+{
+    fileSaveAs->setEnabled(false);
+    fileClose->setEnabled(false);
+    navigation->setEnabled(false);
+    view->setEnabled(false);
+}
+
+void MainWindow::Actions::updateNavigation(bool atRoot)
+{
+    goRoot->setEnabled(!atRoot);
+    stepOut->setEnabled(!atRoot);
+    stepInto->setEnabled(false);
+}
+
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
+    , prompter(std::make_shared<nu::Prompter>())
+    , actions(std::make_unique<Actions>(this))
+    , view(new View(this))
 {
     setWindowTitle(tr("Sorvik Piechart Viewer"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/sorvik-piechart.svg")));
+    setCentralWidget(view);
+
+    dock = new QDockWidget(tr("Navigation"), this);
+    dock->setObjectName(QStringLiteral("navigationDock"));
+    browser = new Browser(dock);
+    dock->setWidget(browser);
+    addDockWidget(Qt::LeftDockWidgetArea, dock);
+    // Room for a taxon's name beside its count and share.
+    resizeDocks({dock}, {360}, Qt::Horizontal);
+
+    createMenusAndToolBars();
+    statusBar()->addPermanentWidget(new QLabel(tr("Taxonomy classification."), statusBar()));
+    resize(1100, 760);
+
+    connect(actions->fileNew, &QAction::triggered, this, &MainWindow::slotFileNew);
+    connect(actions->fileOpen, &QAction::triggered, this, &MainWindow::slotFileOpen);
+    connect(actions->fileSaveAs, &QAction::triggered, this, &MainWindow::slotFileSaveAs);
+    connect(actions->fileClose, &QAction::triggered, this, &MainWindow::slotFileClose);
+    connect(actions->appPreferences, &QAction::triggered, this, &MainWindow::slotAppPreferences);
+    connect(actions->exit, &QAction::triggered, this, &MainWindow::close);
+    connect(actions->stepInto, &QAction::triggered, this, &MainWindow::slotNavigationStepInto);
+    connect(actions->goRoot, &QAction::triggered, this, &MainWindow::slotNavigationGoRoot);
+    connect(actions->stepOut, &QAction::triggered, this, &MainWindow::slotNavigationStepOut);
+    connect(actions->viewPreferences, &QAction::triggered, this, &MainWindow::slotViewPreferences);
+    connect(actions->toolsEditor, &QAction::triggered, this, &MainWindow::slotToolsEditor);
+    connect(actions->helpAbout, &QAction::triggered, this, &MainWindow::slotHelpAbout);
+
+    Scene* scene = view->getScene();
+    connect(browser, &Browser::signalSelectedItem, scene, &Scene::slotSelectItem);
+    connect(browser, &Browser::signalSelectedItem, this, &MainWindow::slotSelectItem);
+    connect(scene, &Scene::signalSelectedItem, browser, &Browser::slotSelectItem);
+    connect(scene, &Scene::signalSelectedItem, this, &MainWindow::slotSelectItem);
+    connect(scene, &Scene::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
+
+    slotFileClose();
+}
+
+MainWindow::~MainWindow()
+{
+    // The browser lists the scene's slices: it lets go of them first.
+    clearPieChart();
+    if (task) {
+        disconnect(task, nullptr, this, nullptr);
+        task->slotSetCancelled();
+        task = nullptr;
+    }
+    finishLingeringTasks();
+}
+
+void MainWindow::createMenusAndToolBars()
+{
+    QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
+    fileMenu->addActions(actions->file->actions());
+    fileMenu->addAction(actions->fileClose);
+    fileMenu->addSeparator();
+    fileMenu->addAction(actions->appPreferences);
+    fileMenu->addSeparator();
+    fileMenu->addAction(actions->exit);
+    menuBar()->addMenu(tr("&Navigation"))->addActions(actions->navigation->actions());
+    menuBar()->addMenu(tr("&View"))->addActions(actions->view->actions());
+    QMenu* toolsMenu = menuBar()->addMenu(tr("&Tools"));
+    toolsMenu->addActions(actions->tools->actions());
+    // The dock can be closed; this brings it back.
+    toolsMenu->addSeparator();
+    toolsMenu->addAction(dock->toggleViewAction());
+    menuBar()->addMenu(tr("&Help"))->addActions(actions->help->actions());
+
+    const auto bar = [this](const QString& title, const char* name, QActionGroup* group) {
+        QToolBar* toolBar = addToolBar(title);
+        toolBar->setObjectName(QLatin1String(name));
+        toolBar->addActions(group->actions());
+    };
+    bar(tr("File"), "fileToolBar", actions->file);
+    bar(tr("Navigation"), "navigationToolBar", actions->navigation);
+    bar(tr("View"), "viewToolBar", actions->view);
+    bar(tr("Tools"), "toolsToolBar", actions->tools);
+}
+
+void MainWindow::setPrompter(std::shared_ptr<nu::Prompter> p)
+{
+    if (p)
+        prompter = std::move(p);
+}
+
+QMessageBox::StandardButton MainWindow::message(QMessageBox::Icon icon, const QString& title, const QString& text)
+{
+    return prompter->message(this, icon, title, text, QMessageBox::Ok);
+}
+
+void MainWindow::slotFileNew()
+{
+    if (task || !slotFileClose())
+        return;
+    NewPiechartWizard wizard(this);
+    if (prompter->exec(wizard) != QDialog::Accepted)
+        return;
+    // A cancelled build still ending would delete the working file under the new chart.
+    finishLingeringTasks();
+    const App::Settings settings;
+    // The data folder may have gone since it was chosen; a failure to make it shows when the
+    // chart is written.
+    QDir().mkpath(settings.getPathDir().absolutePath());
+    fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
+    navigator.goToRoot();
+    if (wizard.requiresNcbiTaxonomy())
+        startNcbiBuild(wizard);
+    else
+        buildOnThisThread(wizard);
+}
+
+void MainWindow::startNcbiBuild(const NewPiechartWizard& wizard)
+{
+    const App::Settings settings;
+    auto newTask = std::make_unique<BuildNcbiPiechartAsyncTask>();
+    newTask->setNcbiOntologyFile(settings.getPathDir().absoluteFilePath(ncbiFileName));
+    newTask->setTargetFile(fileHandler.getFileName());
+    // A connection that goes silent fails the download instead of waiting for ever.
+    newTask->setDownloadStallTimeout(downloadStallTimeout);
+    if (wizard.field(QStringLiteral("input-type-taxids")).toBool()) {
+        const int columns = wizard.field(QStringLiteral("taxids-source-format-id")).toBool() ? 1 : 2;
+        newTask->setSource(
+            std::make_unique<Zem::Ontology::SourceFrequencies>(field(wizard, "taxids-source-filename"), columns));
+    } else {
+        newTask->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(field(wizard, "mgtaxa-source-filename")));
+    }
+    // From here on the task owns itself: it deletes itself once its thread has finished (the
+    // last connection below, so that the window has read its state before).
+    task = newTask.release();
+
+    QDialog dialog(this);
+    dialog.setWindowTitle(tr("Generating piechart"));
+    dialog.setModal(true);
+    dialog.setMinimumWidth(460);
+    auto* progress = new nu::MultiProgressWidget(&dialog);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(progress);
+    layout->addStretch();
+    layout->addWidget(buttons);
+
+    connect(&dialog, &QDialog::rejected, task, &BuildNcbiPiechartAsyncTask::slotSetCancelled);
+    connect(&dialog, &QDialog::rejected, this, &MainWindow::slotBuildNcbiPiechartFinished);
+    connect(task, &nu::AsyncTask::progressChanged, progress, &nu::MultiProgressWidget::slotProgressChanged);
+    connect(task, &QThread::finished, this, &MainWindow::slotBuildNcbiPiechartFinished);
+    connect(task, &QThread::finished, &dialog, &QDialog::accept);
+    connect(task, &QThread::finished, task, &QObject::deleteLater);
+    // Kept so that it can be waited for if it outlives the dialog.
+    lingering.emplace_back(task);
+    task->start(QThread::InheritPriority);
+    prompter->exec(dialog);
+}
+
+void MainWindow::slotBuildNcbiPiechartFinished()
+{
+    if (!task)
+        return;
+    BuildNcbiPiechartAsyncTask* finished = task;
+    task = nullptr;
+    disconnect(finished, nullptr, this, nullptr);
+    switch (finished->getState()) {
+    case nu::AsyncTask::Running:
+        // Ended without failing: the working chart is complete.
+        if (!firstTimeGenerate()) {
+            message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
+            setClosed();
+        }
+        break;
+    case nu::AsyncTask::Failed:
+        message(QMessageBox::Critical, tr("Problem creating new pie chart"), finished->getErrorMessage());
+        setClosed();
+        break;
+    default:
+        setClosed();
+        break;
+    }
+}
+
+void MainWindow::buildOnThisThread(const NewPiechartWizard& wizard)
+{
+    try {
+        const BusyCursor busy;
+        Zem::Ontology::BuilderSource builder(fileHandler.getFileName());
+        if (wizard.field(QStringLiteral("input-type-krona")).toBool()) {
+            builder.addSource(std::make_unique<Zem::Ontology::SourceKronaText>(field(wizard, "krona-source-filename")));
+        } else {
+            const int column = wizard.field(QStringLiteral("qiime-source-column")).toInt();
+            builder.addSource(std::make_unique<Zem::Ontology::SourceQiimeText>(field(wizard, "qiime-source-filename"),
+                                                                               column, qiimeMultiplier));
+        }
+        builder.load();
+        builder.count(false);
+        builder.build();
+    } catch (...) {
+        message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
+        return;
+    }
+    if (!firstTimeGenerate()) {
+        // Nothing counted: there is no chart to draw.
+        message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
+        setClosed();
+    }
+}
+
+bool MainWindow::firstTimeGenerate()
+{
+    fileHandler.setModified();
+    try {
+        generate();
+        return true;
+    } catch (...) {
+        clearPieChart();
+        return false;
+    }
+}
+
+void MainWindow::generate()
+{
+    clearPieChart();
+    std::unique_ptr<PieChartItem> root;
+    {
+        const Zem::Ontology::Ontology ontology(fileHandler.getFileName());
+        PieChartBuilder builder(ontology, navigator.getCurrentPosition());
+        builder.setMaxLevels(maxLevels);
+        builder.setMinPercentage(minPercentage);
+        builder.read();
+        root = builder.takeRootItem();
+    }
+    if (!root)
+        throw OntologyEmptyException();
+    PieChartItem* chart = root.get();
+    view->setPieChart(std::move(root));
+    browser->setPieChart(chart);
+    actions->setFileOpened();
+    actions->updateNavigation(navigator.isAtRoot());
+}
+
+void MainWindow::slotGenerate()
+{
+    try {
+        generate();
+    } catch (...) {
+        // The working file changed or went away under the window.
+        message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
+        setClosed();
+    }
+}
+
+void MainWindow::clearPieChart()
+{
+    browser->setPieChart(nullptr);
+    view->setPieChart(nullptr);
+}
+
+void MainWindow::setClosed()
+{
+    actions->setFileClosed();
+    fileHandler.setClosed();
+    navigator.goToRoot();
+    clearPieChart();
+}
+
+void MainWindow::slotFileOpen()
+{
+    if (!slotFileClose())
+        return;
+    App::Settings settings;
+    const QString fileName = prompter->getOpenFileName(this, settings.getLastFolder(chartFolder));
+    if (fileName.isEmpty())
+        return;
+    settings.setLastFolder(chartFolder, fileName);
+    openFile(fileName);
+}
+
+void MainWindow::openFile(const QString& fileName)
+{
+    const auto refuse = [this] {
+        setClosed();
+        message(QMessageBox::Warning, tr("Problem opening file"),
+                tr("The selected file is not a valid Sorvik pie chart. You must choose a file previously saved by "
+                   "Sorvik."));
+    };
+    try {
+        const Zem::Ontology::Ontology ontology(fileName);
+        if (ontology.getNodeNumber() < 1)
+            throw OntologyEmptyException();
+        if (!ontology.isCounted())
+            throw OntologyNotCounterException();
+        fileHandler.setOpened(fileName);
+        navigator.goToRoot();
+        generate();
+    } catch (const Zem::Ontology::Ontology::OpenDatabaseException&) {
+        refuse();
+    } catch (const Zem::Ontology::Ontology::InvalidFormatException&) {
+        refuse();
+    } catch (const OntologyEmptyException&) {
+        refuse();
+    } catch (const OntologyNotCounterException&) {
+        refuse();
+    } catch (...) {
+        setClosed();
+        message(QMessageBox::Critical, tr("Problem opening file"), tr("Error while creating new pie chart"));
+    }
+}
+
+void MainWindow::slotFileSaveAs()
+{
+    App::Settings settings;
+    const QString target = prompter->getSaveFileName(this, settings.getLastFolder(chartFolder));
+    if (target.isEmpty())
+        return;
+    settings.setLastFolder(chartFolder, target);
+    if (!saveCopy(target)) {
+        message(QMessageBox::Critical, tr("Problem saving file"),
+                tr("The pie chart couldn't be saved as %1.").arg(QDir::toNativeSeparators(target)));
+        return;
+    }
+    fileHandler.setSaved();
+}
+
+bool MainWindow::saveCopy(const QString& target)
+{
+    const QFileInfo from(fileHandler.getFileName());
+    const QFileInfo to(target);
+    // Saving the open file over itself: it is already there.
+    if (to.exists() && from.canonicalFilePath() == to.canonicalFilePath())
+        return true;
+    QFile in(from.filePath());
+    if (!in.open(QIODevice::ReadOnly))
+        return false;
+    QSaveFile out(target);
+    if (!out.open(QIODevice::WriteOnly))
+        return false;
+    // The previous file of that name is replaced only once the copy is complete.
+    QByteArray block;
+    while (!(block = in.read(1 << 20)).isEmpty()) {
+        if (out.write(block) != block.size()) {
+            out.cancelWriting();
+            return false;
+        }
+    }
+    if (in.error() != QFileDevice::NoError) {
+        out.cancelWriting();
+        return false;
+    }
+    return out.commit();
+}
+
+bool MainWindow::slotFileClose()
+{
+    if (fileHandler.shouldSave()) {
+        const QMessageBox::StandardButton answer =
+            prompter->message(this, QMessageBox::Question, tr("Save piechart"),
+                              tr("Do you want to save the current pie chart?"),
+                              QMessageBox::Save | QMessageBox::No | QMessageBox::Cancel);
+        if (answer == QMessageBox::Cancel)
+            return false;
+        if (answer == QMessageBox::Save)
+            slotFileSaveAs();
+    }
+    setClosed();
+    return true;
+}
+
+void MainWindow::slotSelectItem(const QString& id)
+{
+    actions->stepInto->setEnabled(!id.isEmpty() && fileHandler.isOpened());
+}
+
+void MainWindow::slotNavigationGoRoot()
+{
+    navigator.goToRoot();
+    slotGenerate();
+}
+
+void MainWindow::slotNavigationStepOut()
+{
+    navigator.goToUpperLevel(1);
+    slotGenerate();
+}
+
+void MainWindow::slotNavigationStepInto()
+{
+    PieChartItem* selected = view->getScene()->getSelectedItem();
+    // Entering the centre changes nothing; the chart stays as it is drawn and zoomed.
+    if (!selected || selected->getPosition() == navigator.getCurrentPosition())
+        return;
+    navigator.goToLevel(selected);
+    slotGenerate();
+}
+
+void MainWindow::slotAppPreferences()
+{
+    App::Settings settings;
+    AppPreferencesDialog dialog(settings.getPath(), this);
+    if (prompter->exec(dialog) == QDialog::Accepted)
+        settings.setPath(dialog.getPath());
+}
+
+void MainWindow::slotViewPreferences()
+{
+    ViewPreferencesDialog dialog(maxLevels, minPercentage, this);
+    if (prompter->exec(dialog) != QDialog::Accepted)
+        return;
+    maxLevels = dialog.getMaxLevels();
+    minPercentage = dialog.getMinPercentage();
+    slotGenerate();
+}
+
+void MainWindow::slotToolsEditor()
+{
+    auto* editor = new Edit::MainWindow(this);
+    editor->setAttribute(Qt::WA_DeleteOnClose);
+    if (fileHandler.isOpened()) {
+        if (PieChartItem* chart = view->getScene()->getPieChart())
+            editor->createPieChart(chart);
+    }
+    editor->show();
+}
+
+void MainWindow::slotHelpAbout()
+{
+    App::AboutDialog dialog(this);
+    prompter->exec(dialog);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (slotFileClose())
+        event->accept();
+    else
+        event->ignore();
+}
+
+void MainWindow::finishLingeringTasks()
+{
+    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
+        // Its destructor waits for its thread and deletes what a failed run left.
+        if (lingeringTask && lingeringTask != task)
+            delete lingeringTask.data();
+    }
+    lingering.erase(std::remove_if(lingering.begin(), lingering.end(),
+                                   [this](const QPointer<BuildNcbiPiechartAsyncTask>& t) { return !t || t != task; }),
+                    lingering.end());
 }
 
 } // namespace Viewer

@@ -1,16 +1,154 @@
 #pragma once
 
+#include "nu/appfilehandler.h"
+#include "viewer/navigator.h"
+
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
+
+#include <exception>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QActionGroup;
+class QDockWidget;
+
+namespace nu {
+class Prompter;
+}
 
 namespace Sorvik {
 namespace Viewer {
 
-// The viewer's main window.
+class Browser;
+class BuildNcbiPiechartAsyncTask;
+class NewPiechartWizard;
+class View;
+
+// The viewer's main window: makes new charts from the wizard's input (Krona and QIIME files
+// here, NCBI-based inputs on the build task's thread), opens saved charts, draws the chart from
+// the navigator's position with the view settings, and saves a copy of the working chart.
+// Every message box, file dialog and modal dialog goes through its prompter.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
+    class OntologyEmptyException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    class OntologyNotCounterException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+
+    // The window's actions and their groups; the window owns them.
+    class Actions
+    {
+    public:
+        explicit Actions(MainWindow* window);
+
+        // Save as, Close, the navigation and the view actions follow whether a chart is open.
+        void setFileOpened();
+        void setFileClosed();
+        // Going up is possible below the root; entering needs a selected slice.
+        void updateNavigation(bool atRoot);
+
+        QActionGroup* file = nullptr;
+        QActionGroup* navigation = nullptr;
+        QActionGroup* view = nullptr;
+        QActionGroup* tools = nullptr;
+        QActionGroup* help = nullptr;
+        QAction* fileNew = nullptr;
+        QAction* fileOpen = nullptr;
+        QAction* fileSaveAs = nullptr;
+        QAction* fileClose = nullptr;
+        QAction* appPreferences = nullptr;
+        QAction* exit = nullptr;
+        QAction* stepInto = nullptr;
+        QAction* goRoot = nullptr;
+        QAction* stepOut = nullptr;
+        QAction* viewPreferences = nullptr;
+        QAction* toolsEditor = nullptr;
+        QAction* helpAbout = nullptr;
+    };
+
+    // The working chart and the NCBI taxonomy cache in the data folder.
+    static const QString workingFileName;
+    static const QString ncbiFileName;
+    // Counts per unit of a QIIME value.
+    static constexpr double qiimeMultiplier = 10000.0;
+
     explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    void setPrompter(std::shared_ptr<nu::Prompter> prompter);
+    // Opens a saved chart as File > Open does once the file is chosen; the window must be
+    // closed. Refusals are shown, and leave it closed.
+    void openFile(const QString& fileName);
+
+    const nu::AppFileHandler& getFileHandler() const { return fileHandler; }
+    const Actions& getActions() const { return *actions; }
+    const Navigator& getNavigator() const { return navigator; }
+    View* getView() const { return view; }
+    Browser* getBrowser() const { return browser; }
+    int getMaxLevels() const { return maxLevels; }
+    double getMinPercentage() const { return minPercentage; }
+    bool isBuilding() const { return task != nullptr; }
+
+public slots:
+    void slotFileNew();
+    void slotFileOpen();
+    void slotFileSaveAs();
+    // False when the user cancelled.
+    bool slotFileClose();
+    void slotBuildNcbiPiechartFinished();
+    void slotGenerate();
+    void slotSelectItem(const QString& id);
+    void slotNavigationGoRoot();
+    void slotNavigationStepOut();
+    void slotNavigationStepInto();
+    void slotAppPreferences();
+    void slotViewPreferences();
+    void slotToolsEditor();
+    void slotHelpAbout();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createMenusAndToolBars();
+    void startNcbiBuild(const NewPiechartWizard& wizard);
+    void buildOnThisThread(const NewPiechartWizard& wizard);
+    // Marks the new chart unsaved and draws it; false when it could not be drawn.
+    bool firstTimeGenerate();
+    // Draws the chart from the navigator's position; throws what reading the file throws, and
+    // OntologyEmptyException when the chart's centre holds no count.
+    void generate();
+    void clearPieChart();
+    void setClosed();
+    // Copies the working chart to a file the user keeps, completely or not at all.
+    bool saveCopy(const QString& target);
+    // Waits for build tasks still ending after a cancellation, which delete the working file
+    // when they go.
+    void finishLingeringTasks();
+    QMessageBox::StandardButton message(QMessageBox::Icon icon, const QString& title, const QString& text);
+
+    std::shared_ptr<nu::Prompter> prompter;
+    nu::AppFileHandler fileHandler;
+    Navigator navigator;
+    std::unique_ptr<Actions> actions;
+    View* view = nullptr;
+    Browser* browser = nullptr;
+    QDockWidget* dock = nullptr;
+    BuildNcbiPiechartAsyncTask* task = nullptr;
+    std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
+    int maxLevels = 5;
+    double minPercentage = 0.5;
 };
 
 } // namespace Viewer

@@ -1,5 +1,7 @@
 #include "viewer/navigator.h"
 
+#include "viewer/piechartitem.h"
+
 namespace Sorvik {
 namespace Viewer {
 
@@ -17,6 +19,12 @@ void Navigator::goToUpperLevel(int levels)
 {
     for (int i = 0; i < levels && stack.size() > 1; ++i)
         stack.removeLast();
+}
+
+void Navigator::goToLevel(PieChartItem* item)
+{
+    if (item)
+        goToLevel(item->getPosition(), item->getParentPositions());
 }
 
 void Navigator::goToLevel(const Position& position, const QList<Position>& parentPositions)

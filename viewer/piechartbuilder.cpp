@@ -99,6 +99,16 @@ int PieChartBuilder::toSliceCount(qint64 count) const
     return static_cast<int>(std::min<qint64>(count >> countShift, std::numeric_limits<int>::max()));
 }
 
+bool PieChartBuilder::isKept(qint64 count) const
+{
+    if (count < 1)
+        return false;
+    // A share equal to the minimum is kept even when the percentage, a decimal, is not exact
+    // in binary.
+    const double share = static_cast<double>(count) / static_cast<double>(rootCount);
+    return share >= minPercentage * (1 - 1e-12);
+}
+
 void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Position& position)
 {
     ++level;
@@ -114,6 +124,11 @@ void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Po
         countShift = 0;
         while ((rootCount >> countShift) > std::numeric_limits<int>::max())
             ++countShift;
+    } else if (!items.back().item || !isKept(count)) {
+        // Dropped with its whole subtree: known now from its count, so no slice is made for it
+        // or below it (most nodes of a large chart end here).
+        items.push_back(Open{nullptr, 0});
+        return;
     }
     auto item = std::make_unique<PieChartItem>(toSliceCount(count));
     // Laid out once when the tree is complete, not again on every attachment.
@@ -124,6 +139,11 @@ void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Po
     items.push_back(Open{std::move(item), 0});
 }
 
+bool PieChartBuilder::shouldReadChildData() const
+{
+    return level < maxLevels && !items.empty() && items.back().item;
+}
+
 void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
 {
     --level;
@@ -131,6 +151,8 @@ void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
         return;
     std::unique_ptr<PieChartItem> item = std::move(items.back().item);
     items.pop_back();
+    if (!item)
+        return;
     const auto label = [&] {
         nu::graphics::DrawableText text = item->getText();
         text.text = getName(id, data);
@@ -147,14 +169,6 @@ void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
         applyColor();
         return;
     }
-    const qint64 count = accumCount(data);
-    if (count < 1)
-        return;
-    // A share equal to the minimum is kept even when the percentage, a decimal, is not exact
-    // in binary.
-    const double share = static_cast<double>(count) / static_cast<double>(rootCount);
-    if (share < minPercentage * (1 - 1e-12))
-        return;
     label();
     item->setLayoutDeferred(false);
     attach(items.back(), std::move(item));

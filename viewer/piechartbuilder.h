@@ -58,7 +58,7 @@ public:
     PieChartItem* rootItem() const;
     // Hands the finished chart over; the builder keeps none.
     std::unique_ptr<PieChartItem> takeRootItem();
-    // The open slice of the node being read.
+    // The open slice of the node being read; null when that node is dropped.
     PieChartItem* getItem() const;
 
     // The node's "scientific name", else its "name", else its id.
@@ -68,8 +68,12 @@ public:
     void closeNode(const QString& id, const QVariantMap& data) override;
     void applyColor();
 
+protected:
+    // The children of a dropped node, or of one on the last ring, are only walked past.
+    bool shouldReadChildData() const override;
+
 private:
-    // A slice being read, with the number of its children kept so far.
+    // A slice being read (none for a dropped node), with the number of its children kept so far.
     struct Open
     {
         std::unique_ptr<PieChartItem> item;
@@ -77,6 +81,9 @@ private:
     };
 
     int toSliceCount(qint64 count) const;
+    // Whether a node below the start node gets a slice: it holds a count and at least the
+    // minimum share.
+    bool isKept(qint64 count) const;
     void attach(Open& parent, std::unique_ptr<PieChartItem> child);
 
     int maxLevels = 10;

@@ -26,13 +26,22 @@ public:
     void addChild(PieChartItem* child);
 
     Position getPosition() const { return position; }
+    // The slice's identifier in the scene and the browser: its node's row in the file, as text.
+    QString getId() const { return QString::number(position.getRow()); }
     void setPosition(const Position& p) { position = p; }
     QColor getColor() const { return color; }
     void setColor(const QColor& color);
     // The positions of the ancestors that are viewer slices, nearest first.
     QList<Position> getParentPositions() const;
 
-    // Not selected: black label, black outline, own colour; selected: red, red, yellow.
+    // The label colour on a fill: black unless the fill is too dark for it.
+    static QColor getLabelColor(const QColor& fill);
+
+    // A slice that is a whole disc around the chart's centre: the start node of the chart.
+    bool isCentreDisc() const;
+
+    // Not selected: black outline, own colour and a label that reads on it (black, or white on
+    // the darkest fills); selected: red outline, yellow, red label.
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:

@@ -64,6 +64,8 @@ private slots:
     void damagedRows();
     void dataDepthEmptiesOnlyDeeperNodes_data();
     void dataDepthEmptiesOnlyDeeperNodes();
+    void consumerCanDeclineChildData_data();
+    void consumerCanDeclineChildData();
     void severalReadersAtOnce();
     void notADatabaseFailsToQuery();
 
@@ -206,6 +208,57 @@ void TestReader::dataDepthEmptiesOnlyDeeperNodes()
             decoded << event.section(QLatin1Char(' '), 1, 1);
     }
     QCOMPARE(decoded, withData);
+}
+
+namespace {
+// Declines the data of the children of the nodes it is told, as a chart builder does for the
+// subtrees it drops.
+class DecliningRecorder : public EventRecorder
+{
+public:
+    using EventRecorder::EventRecorder;
+    void openNode(const QString& id, const QVariantMap& data, const Position& position) override
+    {
+        EventRecorder::openNode(id, data, position);
+        lastOpened = id;
+    }
+    bool shouldReadChildData() const override { return !declined.contains(lastOpened); }
+
+    QStringList declined;
+    QString lastOpened;
+};
+} // namespace
+
+void TestReader::consumerCanDeclineChildData_data()
+{
+    QTest::addColumn<QStringList>("declined");
+    QTest::addColumn<QStringList>("withData");
+    // r(a(c(d)) b): a declined empties c only; c's own answer decides for d
+    QTest::newRow("none") << QStringList{} << QStringList{"r", "a", "c", "d", "b"};
+    QTest::newRow("inner node") << QStringList{"a"} << QStringList{"r", "a", "d", "b"};
+    QTest::newRow("root") << QStringList{"r"} << QStringList{"r", "c", "d"};
+    QTest::newRow("a leaf") << QStringList{"d", "b"} << QStringList{"r", "a", "c", "d", "b"};
+}
+
+void TestReader::consumerCanDeclineChildData()
+{
+    QFETCH(QStringList, declined);
+    QFETCH(QStringList, withData);
+    writeTree(file, QStringLiteral("r:1(a:1(c:1(d:1)) b:1)"));
+    DecliningRecorder reader{Ontology(file)};
+    reader.declined = declined;
+    reader.read();
+    QStringList decoded;
+    int opened = 0;
+    for (const QString& event : reader.events) {
+        if (!event.startsWith(QLatin1String("open ")))
+            continue;
+        if (!reader.openedData.at(opened++).isEmpty())
+            decoded << event.section(QLatin1Char(' '), 1, 1);
+    }
+    QCOMPARE(decoded, withData);
+    // The walk itself is the same.
+    QCOMPARE(reader.events.size(), 10);
 }
 
 void TestReader::severalReadersAtOnce()
