@@ -48,11 +48,6 @@ Reader::~Reader()
     query.reset();
 }
 
-void Reader::setDataDepth(int levels)
-{
-    dataDepth = levels > 0 ? levels : 0;
-}
-
 Reader::Node Reader::readNode(bool withData)
 {
     if (!query->next())
@@ -90,9 +85,7 @@ void Reader::read(const Node& top)
         openNode(node.id, node.data, Position(node.row, currentRow));
         Frame frame;
         const int n = node.count;
-        // the children are one level below the node being opened
-        const bool childData =
-            (dataDepth == 0 || static_cast<int>(stack.size()) + 2 <= dataDepth) && shouldReadChildData();
+        const bool childData = shouldReadChildData();
         frame.node = std::move(node);
         if (n > 0)
             frame.children.reserve(static_cast<size_t>(std::min(n, 1 << 16)));

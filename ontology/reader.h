@@ -82,11 +82,6 @@ public:
 
     void read();
 
-    // Nodes deeper than this many levels below the start node (the start node is level 1) are
-    // delivered with empty data, which spares decoding rows a consumer only walks past; 0, the
-    // default, decodes every row.
-    void setDataDepth(int levels);
-
     virtual void openNode(const QString& id, const QVariantMap& data, const Position& position) = 0;
     virtual void closeNode(const QString& id, const QVariantMap& data) = 0;
 
@@ -104,7 +99,6 @@ private:
     std::unique_ptr<QSqlQuery> query;
     int currentRow = 0;
     int childrenStart = 1;
-    int dataDepth = 0;
 };
 
 } // namespace Ontology

@@ -50,7 +50,6 @@ void PieChartBuilder::ColorNode::setColor(const QColor& color)
 PieChartBuilder::PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start)
     : Reader(ontology, start)
 {
-    setDataDepth(maxLevels);
 }
 
 PieChartBuilder::~PieChartBuilder() = default;
@@ -60,8 +59,6 @@ void PieChartBuilder::setMaxLevels(int levels)
     if (levels <= 0)
         return;
     maxLevels = std::min(levels, levelLimit);
-    // nodes below the last ring are only walked past
-    setDataDepth(maxLevels);
 }
 
 void PieChartBuilder::setMinPercentage(double percent)

@@ -62,8 +62,6 @@ private slots:
     void dataIsDecoded();
     void damagedRows_data();
     void damagedRows();
-    void dataDepthEmptiesOnlyDeeperNodes_data();
-    void dataDepthEmptiesOnlyDeeperNodes();
     void consumerCanDeclineChildData_data();
     void consumerCanDeclineChildData();
     void severalReadersAtOnce();
@@ -174,40 +172,6 @@ void TestReader::damagedRows()
     }
     QCOMPARE(threw, fails);
     QCOMPARE(reader.events, eventsBeforeFailure);
-}
-
-void TestReader::dataDepthEmptiesOnlyDeeperNodes_data()
-{
-    QTest::addColumn<int>("startRow");
-    QTest::addColumn<int>("startChildren");
-    QTest::addColumn<int>("depth");
-    QTest::addColumn<QStringList>("withData");
-    // r(a(c(d)) b): rows r a b c d
-    QTest::newRow("unlimited") << 0 << 1 << 0 << QStringList{"r", "a", "c", "d", "b"};
-    QTest::newRow("two levels from the root") << 0 << 1 << 2 << QStringList{"r", "a", "b"};
-    QTest::newRow("one level") << 0 << 1 << 1 << QStringList{"r"};
-    QTest::newRow("two levels from an inner node") << 1 << 3 << 2 << QStringList{"a", "c"};
-}
-
-void TestReader::dataDepthEmptiesOnlyDeeperNodes()
-{
-    QFETCH(int, startRow);
-    QFETCH(int, startChildren);
-    QFETCH(int, depth);
-    QFETCH(QStringList, withData);
-    writeTree(file, QStringLiteral("r:1(a:1(c:1(d:1)) b:1)"));
-    EventRecorder reader(Ontology(file), Reader::Position(startRow, startChildren));
-    reader.setDataDepth(depth);
-    reader.read();
-    QStringList decoded;
-    int opened = 0;
-    for (const QString& event : reader.events) {
-        if (!event.startsWith(QLatin1String("open ")))
-            continue;
-        if (!reader.openedData.at(opened++).isEmpty())
-            decoded << event.section(QLatin1Char(' '), 1, 1);
-    }
-    QCOMPARE(decoded, withData);
 }
 
 namespace {
