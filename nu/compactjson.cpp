@@ -147,6 +147,67 @@ QByteArray toCompactJson(const QVariantMap& map)
     return out;
 }
 
+QString toCompactJsonText(const std::pair<QString, QString>* entries, int count)
+{
+    // Plain ASCII (nearly every node) is written straight into the string.
+    int length = 2;
+    for (int i = 0; i < count; ++i)
+        length += entries[i].first.size() + entries[i].second.size() + 6;
+    QString out(length, Qt::Uninitialized);
+    QChar* data = out.data();
+    int pos = 0;
+    auto put = [&](char c) { data[pos++] = QLatin1Char(c); };
+    auto append = [&](const QString& text) {
+        put('"');
+        for (const QChar c : text) {
+            const ushort u = c.unicode();
+            if (u >= 0x80)
+                return false;
+            if (u < 0x20 || u == '"' || u == '\\') {
+                // Escapes are rare: make room for the longest, \u00XX.
+                out.resize(out.size() + 6);
+                data = out.data();
+                put('\\');
+                switch (u) {
+                case '"': put('"'); break;
+                case '\\': put('\\'); break;
+                case 0x08: put('b'); break;
+                case 0x0c: put('f'); break;
+                case 0x0a: put('n'); break;
+                case 0x0d: put('r'); break;
+                case 0x09: put('t'); break;
+                default:
+                    put('u');
+                    put('0');
+                    put('0');
+                    put(hexDigit(u >> 4));
+                    put(hexDigit(u & 0xf));
+                }
+            } else {
+                data[pos++] = c;
+            }
+        }
+        put('"');
+        return true;
+    };
+    put('{');
+    bool ascii = true;
+    for (int i = 0; i < count && ascii; ++i) {
+        if (i > 0)
+            put(',');
+        ascii = append(entries[i].first) && (put(':'), append(entries[i].second));
+    }
+    if (!ascii) {
+        QVariantMap map;
+        for (int i = 0; i < count; ++i)
+            map.insert(entries[i].first, entries[i].second);
+        return QString::fromUtf8(toCompactJson(map));
+    }
+    put('}');
+    out.truncate(pos);
+    return out;
+}
+
 QVariantMap fromCompactJson(const QByteArray& json)
 {
     const char* p = json.constData();

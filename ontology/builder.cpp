@@ -41,6 +41,7 @@ QString numberText(qint64 value)
 }
 
 constexpr int cancelCheckInterval = 4096;
+constexpr int nodeBlockSize = 4096;
 
 } // namespace
 
@@ -80,33 +81,75 @@ Builder::Node::Node(const QString& nodeId)
 
 QString Builder::Node::getDataString() const
 {
-    return QString::fromUtf8(nu::toCompactJson(data));
+    return data.toJson();
 }
 
 Builder::Builder(const QString& file, QObject* parent)
     : QObject(parent)
     , fileName(file)
+    , hashSeed(uint(qGlobalQHashSeed()))
 {
 }
 
-Builder::~Builder()
+Builder::~Builder() = default;
+
+template <typename Visit>
+void Builder::forEachNode(Visit visit)
 {
-    qDeleteAll(nodes);
+    int left = nodeNumber;
+    for (auto& block : blocks) {
+        const int n = std::min(left, nodeBlockSize);
+        for (int i = 0; i < n; ++i)
+            visit(block[i]);
+        left -= n;
+    }
 }
 
-Builder::Node* Builder::getNode(const QString& id)
+void Builder::growTable()
 {
-    auto it = nodes.find(id);
-    if (it != nodes.end())
-        return it.value();
-    auto* node = new Node(id); // owned by the node table, deleted in the destructor
-    nodes.insert(id, node);
-    return node;
+    std::vector<Node*> grown(table.empty() ? 1024 : table.size() * 2, nullptr);
+    const uint mask = uint(grown.size() - 1);
+    forEachNode([&](Node& node) {
+        Node*& bucket = grown[node.hash & mask];
+        node.nextInTable = bucket;
+        bucket = &node;
+    });
+    table.swap(grown);
 }
 
 Builder::Node* Builder::findNode(const QString& id) const
 {
-    return nodes.value(id, nullptr);
+    if (table.empty())
+        return nullptr;
+    const uint h = qHash(id, hashSeed);
+    for (Node* node = table[h & uint(table.size() - 1)]; node; node = node->nextInTable) {
+        if (node->hash == h && node->id == id)
+            return node;
+    }
+    return nullptr;
+}
+
+Builder::Node* Builder::getNode(const QString& id)
+{
+    const uint h = qHash(id, hashSeed);
+    if (!table.empty()) {
+        for (Node* node = table[h & uint(table.size() - 1)]; node; node = node->nextInTable) {
+            if (node->hash == h && node->id == id)
+                return node;
+        }
+    }
+    if (size_t(nodeNumber) + 1 > table.size())
+        growTable();
+    if (nodeNumber % nodeBlockSize == 0)
+        blocks.push_back(std::make_unique<Node[]>(nodeBlockSize));
+    Node* node = &blocks.back()[nodeNumber % nodeBlockSize];
+    ++nodeNumber;
+    node->id = id;
+    node->hash = h;
+    Node*& bucket = table[h & uint(table.size() - 1)];
+    node->nextInTable = bucket;
+    bucket = node;
+    return node;
 }
 
 void Builder::addRoot(const QString& id)
@@ -150,6 +193,14 @@ void Builder::addChild(const QString& parentId, const QString& childId)
     link(parent, child);
 }
 
+void Builder::addChild(Node* parent, Node* child)
+{
+    if (parent == child)
+        root = parent;
+    else
+        link(parent, child);
+}
+
 void Builder::addData(const QString& id, const QString& key, const QString& value)
 {
     getNode(id)->data.insert(key, value);
@@ -174,8 +225,7 @@ void Builder::checkCancelled(int step)
 
 void Builder::resetMarks()
 {
-    for (Node* node : qAsConst(nodes))
-        node->state = Unvisited;
+    forEachNode([](Node& node) { node.state = Unvisited; });
 }
 
 void Builder::count(bool trim)
@@ -205,9 +255,10 @@ void Builder::build()
 
 void Builder::notifyBuildingStart()
 {
-    int total = nodes.size();
+    int total = nodeNumber;
     if (counted) {
-        const qint64 accum = root->data.value(accumCountKey).toString().toLongLong();
+        const QString* text = root->data.find(accumCountKey);
+        const qint64 accum = text ? text->toLongLong() : 0;
         total = static_cast<int>(std::clamp<qint64>(accum, INT_MIN, INT_MAX));
     }
     timer.restart(total / 200);
@@ -216,7 +267,7 @@ void Builder::notifyBuildingStart()
 
 void Builder::notifyCountingStart()
 {
-    const int total = nodes.size();
+    const int total = nodeNumber;
     timer.restart(total / 200);
     emit signalCountingStart(total);
 }
@@ -293,7 +344,8 @@ qint64 Builder::Counter::count(Node* top)
         if (frame.next < node->children.size()) {
             Node* child = node->children[frame.next];
             if (child->state == Done) {
-                childDone(frame, child->data.value(accumCountKey).toString().toLongLong());
+                const QString* accum = child->data.find(accumCountKey);
+                childDone(frame, accum ? accum->toLongLong() : 0);
             } else if (child->state == InProgress) {
                 throw CycleException();
             } else {
@@ -304,9 +356,9 @@ qint64 Builder::Counter::count(Node* top)
 
         node->children.resize(frame.kept);
         qint64 sum = frame.sum;
-        auto own = node->data.find(countKey);
-        if (own != node->data.end())
-            sum += own.value().toString().toLongLong();
+        const QString* own = node->data.find(countKey);
+        if (own)
+            sum += own->toLongLong();
         else
             node->data.insert(countKey, numberText(0));
         node->data.insert(accumCountKey, numberText(sum));

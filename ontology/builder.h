@@ -1,8 +1,8 @@
 #pragma once
 
 #include "nu/manualtimer.h"
+#include "ontology/nodedata.h"
 
-#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -71,18 +71,21 @@ public:
     class Node
     {
     public:
+        Node() = default;
         explicit Node(const QString& id);
 
         QString getDataString() const;
 
         QString id;
-        QVariantMap data;
+        NodeData data;
         std::vector<Node*> children;
 
     private:
         friend class Builder;
         // Bookkeeping that keeps linking O(1) and traversals free of recursion.
         Node* parent = nullptr;        // the first parent, while the node has only one
+        Node* nextInTable = nullptr;   // the next node of the same hash bucket
+        uint hash = 0;
         bool manyParents = false;      // linked under more than one parent at some time
         unsigned char state = 0;       // traversal mark of count() and build()
     };
@@ -137,13 +140,15 @@ public:
     Node* getNode(const QString& id);
     Node* findNode(const QString& id) const;
     Node* getRoot() const { return root; }
-    int getNodeNumber() const { return nodes.size(); }
+    int getNodeNumber() const { return nodeNumber; }
     QString getFileName() const { return fileName; }
     bool isCounted() const { return counted; }
 
     void addRoot(const QString& id);
     void addChild(const QString& parentId, const QString& childId);
     void addData(const QString& id, const QString& key, const QString& value);
+    // The same for sources that hold their nodes already, saving the look-ups by id.
+    void addChild(Node* parent, Node* child);
 
     void count(bool trim);
     void build();
@@ -172,10 +177,18 @@ private:
     void link(Node* parent, Node* child);
     void unlink(Node* parent, Node* child);
     void resetMarks();
+    void growTable();
+    template <typename Visit>
+    void forEachNode(Visit visit);
 
     QString fileName;
     Node* root = nullptr;
-    QHash<QString, Node*> nodes;
+    // The nodes live in blocks owned by the builder; the table finds them by id (chained through
+    // the nodes themselves), so a node costs no allocation of its own.
+    std::vector<std::unique_ptr<Node[]>> blocks;
+    int nodeNumber = 0;
+    std::vector<Node*> table;
+    uint hashSeed = 0;
     int writerCommitSize = 10000;
     bool counted = false;
     std::function<bool()> cancelCheck;

@@ -21,6 +21,7 @@ PathIds::PathIds(Builder& target)
     , counted(1, false)
 {
     builder.addRoot(rootId);
+    nodes.push_back(builder.getRoot());
 }
 
 int PathIds::child(int parent, const QString& name)
@@ -33,9 +34,10 @@ int PathIds::child(int parent, const QString& name)
     children.insert(key, node);
     counts.push_back(0);
     counted.push_back(false);
-    const QString id = getId(node);
-    builder.addChild(getId(parent), id);
-    builder.addData(id, nameKey, name);
+    Builder::Node* made = builder.getNode(getId(node));
+    builder.addChild(nodes[static_cast<size_t>(parent)], made);
+    made->data.insert(nameKey, name);
+    nodes.push_back(made);
     return node;
 }
 
@@ -61,7 +63,7 @@ void PathIds::writeCounts()
 {
     for (size_t node = 0; node < counts.size(); ++node) {
         if (counted[node])
-            builder.addData(getId(static_cast<int>(node)), countKey, QString::number(counts[node]));
+            nodes[node]->data.insert(countKey, QString::number(counts[node]));
     }
 }
 

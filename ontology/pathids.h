@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ontology/builder.h"
+
 #include <QHash>
 #include <QPair>
 #include <QString>
@@ -8,8 +10,6 @@
 
 namespace Zem {
 namespace Ontology {
-
-class Builder;
 
 // Gives the nodes of path formats (Krona, QIIME) their ids. A node is its path of names from the
 // root: two lines reach the same node only when their names agree from the root down, however
@@ -37,6 +37,7 @@ public:
 private:
     Builder& builder;
     QHash<QPair<int, QString>, int> children;
+    std::vector<Builder::Node*> nodes;
     std::vector<qint64> counts;
     std::vector<bool> counted;
 };

@@ -10,6 +10,8 @@ class TestCompactJson : public QObject
 private slots:
     void writesWhatQtWrites_data();
     void writesWhatQtWrites();
+    void pairsWriteWhatQtWrites_data();
+    void pairsWriteWhatQtWrites();
     void readsWhatQtReads_data();
     void readsWhatQtReads();
 };
@@ -32,6 +34,24 @@ void TestCompactJson::writesWhatQtWrites()
     QFETCH(QVariantMap, map);
     const QByteArray expected = QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact);
     QCOMPARE(nu::toCompactJson(map), expected);
+}
+
+void TestCompactJson::pairsWriteWhatQtWrites_data()
+{
+    writesWhatQtWrites_data();
+}
+
+void TestCompactJson::pairsWriteWhatQtWrites()
+{
+    QFETCH(QVariantMap, map);
+    std::vector<std::pair<QString, QString>> pairs;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        pairs.emplace_back(it.key(), it.value().toString());
+    QVariantMap texts;
+    for (const auto& pair : pairs)
+        texts.insert(pair.first, pair.second);
+    const QByteArray expected = QJsonDocument(QJsonObject::fromVariantMap(texts)).toJson(QJsonDocument::Compact);
+    QCOMPARE(nu::toCompactJsonText(pairs.data(), int(pairs.size())), QString::fromUtf8(expected));
 }
 
 void TestCompactJson::readsWhatQtReads_data()
