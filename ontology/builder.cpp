@@ -42,6 +42,7 @@ QString numberText(qint64 value)
 
 constexpr int cancelCheckInterval = 4096;
 constexpr int nodeBlockSize = 4096;
+constexpr int rowsPerStatement = 64;
 
 } // namespace
 
@@ -107,38 +108,39 @@ void Builder::forEachNode(Visit visit)
 
 void Builder::growTable()
 {
-    std::vector<Node*> grown(table.empty() ? 1024 : table.size() * 2, nullptr);
-    const uint mask = uint(grown.size() - 1);
+    std::vector<Slot> grown(table.empty() ? 2048 : table.size() * 2, Slot{0, 0});
+    const size_t mask = grown.size() - 1;
+    quint32 number = 0;
     forEachNode([&](Node& node) {
-        Node*& bucket = grown[node.hash & mask];
-        node.nextInTable = bucket;
-        bucket = &node;
+        size_t at = node.hash & mask;
+        while (grown[at].node != 0)
+            at = (at + 1) & mask;
+        grown[at] = {node.hash, ++number};
     });
     table.swap(grown);
 }
 
-Builder::Node* Builder::findNode(const QString& id) const
+Builder::Node* Builder::lookUp(QStringView id, uint h) const
 {
     if (table.empty())
         return nullptr;
-    const uint h = qHash(id, hashSeed);
-    for (Node* node = table[h & uint(table.size() - 1)]; node; node = node->nextInTable) {
-        if (node->hash == h && node->id == id)
-            return node;
-    }
-    return nullptr;
-}
-
-Builder::Node* Builder::getNode(const QString& id)
-{
-    const uint h = qHash(id, hashSeed);
-    if (!table.empty()) {
-        for (Node* node = table[h & uint(table.size() - 1)]; node; node = node->nextInTable) {
-            if (node->hash == h && node->id == id)
+    const size_t mask = table.size() - 1;
+    for (size_t at = h & mask;; at = (at + 1) & mask) {
+        const Slot& slot = table[at];
+        if (slot.node == 0)
+            return nullptr;
+        if (slot.hash == h) {
+            const quint32 index = slot.node - 1;
+            Node* node = &blocks[index / nodeBlockSize][index % nodeBlockSize];
+            if (QStringView(node->id) == id)
                 return node;
         }
     }
-    if (size_t(nodeNumber) + 1 > table.size())
+}
+
+Builder::Node* Builder::create(const QString& id, uint h)
+{
+    if ((size_t(nodeNumber) + 1) * 2 > table.size())
         growTable();
     if (nodeNumber % nodeBlockSize == 0)
         blocks.push_back(std::make_unique<Node[]>(nodeBlockSize));
@@ -146,10 +148,36 @@ Builder::Node* Builder::getNode(const QString& id)
     ++nodeNumber;
     node->id = id;
     node->hash = h;
-    Node*& bucket = table[h & uint(table.size() - 1)];
-    node->nextInTable = bucket;
-    bucket = node;
+    const size_t mask = table.size() - 1;
+    size_t at = h & mask;
+    while (table[at].node != 0)
+        at = (at + 1) & mask;
+    table[at] = {h, quint32(nodeNumber)};
     return node;
+}
+
+Builder::Node* Builder::findNode(const QString& id) const
+{
+    return findNode(QStringView(id));
+}
+
+Builder::Node* Builder::findNode(QStringView id) const
+{
+    return lookUp(id, qHash(id, hashSeed));
+}
+
+Builder::Node* Builder::getNode(const QString& id)
+{
+    const uint h = qHash(QStringView(id), hashSeed);
+    Node* node = lookUp(QStringView(id), h);
+    return node ? node : create(id, h);
+}
+
+Builder::Node* Builder::getNode(QStringView id)
+{
+    const uint h = qHash(id, hashSeed);
+    Node* node = lookUp(id, h);
+    return node ? node : create(id.toString(), h);
 }
 
 void Builder::addRoot(const QString& id)
@@ -417,6 +445,7 @@ Builder::Writer::Writer(const QString& file, Builder* owner)
 Builder::Writer::~Writer()
 {
     insert.reset();
+    insertMany.reset();
     connection.reset();
     if (!finished && !temporaryName.isEmpty())
         QFile::remove(temporaryName);
@@ -442,6 +471,13 @@ void Builder::Writer::prepareInsert()
     insert = std::make_unique<QSqlQuery>(connection->getDatabase());
     if (!insert->prepare(QStringLiteral("INSERT INTO nodes (id, count, data) VALUES ( :id, :count, :data)")))
         throw StatementPrepareException();
+    QString many = QStringLiteral("INSERT INTO nodes (id, count, data) VALUES (?, ?, ?)");
+    for (int i = 1; i < rowsPerStatement; ++i)
+        many += QStringLiteral(", (?, ?, ?)");
+    insertMany = std::make_unique<QSqlQuery>(connection->getDatabase());
+    if (!insertMany->prepare(many))
+        throw StatementPrepareException();
+    rows.reserve(rowsPerStatement);
 }
 
 void Builder::Writer::commitAndBegin()
@@ -451,21 +487,44 @@ void Builder::Writer::commitAndBegin()
         throw StatementExecException();
 }
 
+void Builder::Writer::flushRows()
+{
+    // A full batch goes in as one statement, a remainder row by row; the rows keep their order.
+    if (rows.size() == size_t(rowsPerStatement)) {
+        int at = 0;
+        for (const Row& row : rows) {
+            insertMany->bindValue(at++, row.id);
+            insertMany->bindValue(at++, row.count);
+            insertMany->bindValue(at++, row.data);
+        }
+        if (!insertMany->exec())
+            throw StatementExecException();
+    } else {
+        for (const Row& row : rows) {
+            insert->bindValue(0, row.id);
+            insert->bindValue(1, row.count);
+            insert->bindValue(2, row.data);
+            if (!insert->exec())
+                throw StatementExecException();
+        }
+    }
+    rows.clear();
+}
+
 void Builder::Writer::insertNode(Node* node)
 {
-    // One prepared statement, re-bound for every row.
+    // Prepared once, re-bound for every batch of rows.
     if (!insert)
         prepareInsert();
-    insert->bindValue(0, node->id);
-    insert->bindValue(1, static_cast<int>(node->children.size()));
-    insert->bindValue(2, node->getDataString());
-    if (!insert->exec())
-        throw StatementExecException();
+    rows.push_back({node->id, static_cast<int>(node->children.size()), node->getDataString()});
+    if (rows.size() == size_t(rowsPerStatement))
+        flushRows();
 
     ++pending;
     ++inserted;
     if (pending > commitSize) {
         pending = 0;
+        flushRows();
         commitAndBegin();
     }
     builder->notifyNodesInserted(inserted);
@@ -507,6 +566,8 @@ void Builder::Writer::insertChildren(Node* top)
 
 void Builder::Writer::end(bool counted)
 {
+    if (insert)
+        flushRows();
     QSqlQuery info(connection->getDatabase());
     const QString sql = QStringLiteral("INSERT INTO info (key, value) VALUES ( :key, :value)");
     if (!info.prepare(sql))
@@ -523,6 +584,7 @@ void Builder::Writer::end(bool counted)
         throw StatementExecException();
     info.finish();
     insert.reset();
+    insertMany.reset();
     if (!connection->getDatabase().commit())
         throw StatementExecException();
     info = QSqlQuery();

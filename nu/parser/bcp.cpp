@@ -13,19 +13,55 @@ const char* BCP::RowTooLongException::what() const noexcept
     return "a line is too long (the file is probably not a text file of the expected kind)";
 }
 
+void BCP::Needle::set(const QString& value)
+{
+    text = value;
+    anchor = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        if (!text.at(i).isSpace()) {
+            anchor = i;
+            break;
+        }
+    }
+}
+
+int BCP::Needle::findIn(const QString& haystack, int from, int to) const
+{
+    // Rows are short: a plain loop beats a library search's set-up on every call.
+    const int length = text.size();
+    if (length == 0)
+        return -1;
+    const QChar* data = haystack.constData();
+    const QChar* needle = text.constData();
+    const ushort first = needle[anchor].unicode();
+    for (int at = from + anchor; at - anchor + length <= to; ++at) {
+        if (data[at].unicode() != first)
+            continue;
+        const int start = at - anchor;
+        int i = 0;
+        while (i < length && data[start + i] == needle[i])
+            ++i;
+        if (i == length)
+            return start;
+    }
+    return -1;
+}
+
 BCP::BCP(QTextStream& textStream)
     : stream(textStream)
 {
+    rowTerminator.set(QStringLiteral("\n"));
+    fieldSeparator.set(QStringLiteral("\t"));
 }
 
 void BCP::setRowTerminator(const QString& terminator)
 {
-    rowTerminator = terminator;
+    rowTerminator.set(terminator);
 }
 
 void BCP::setFieldSeparator(const QString& separator)
 {
-    fieldSeparator = separator;
+    fieldSeparator.set(separator);
 }
 
 void BCP::setFinalTerminator(const QString& terminator)
@@ -69,8 +105,8 @@ bool BCP::next()
 
     // Only the text appended since the last search is searched again (plus the few characters a
     // terminator split over two reads can start in), so a long row costs linear time.
-    const int terminatorLength = rowTerminator.size();
-    int end = terminatorLength > 0 ? buffer.indexOf(rowTerminator) : -1;
+    const int terminatorLength = rowTerminator.text.size();
+    int end = rowTerminator.findIn(buffer, 0, buffer.size());
     const int chunk = readSize > 0 ? readSize : defaultReadSize;
     while (end < 0 && !isAtEnd()) {
         const QString text = stream.read(chunk);
@@ -82,8 +118,7 @@ bool BCP::next()
         buffer.append(text);
         if (buffer.size() > maxRowLength + terminatorLength)
             throw RowTooLongException();
-        if (terminatorLength > 0)
-            end = buffer.indexOf(rowTerminator, searchFrom);
+        end = rowTerminator.findIn(buffer, searchFrom, buffer.size());
     }
     if (buffer.isEmpty())
         return false;
@@ -95,7 +130,7 @@ bool BCP::next()
         if (buffer.isEmpty())
             return false;
         if (end > buffer.size() - terminatorLength)
-            end = terminatorLength > 0 ? buffer.indexOf(rowTerminator, std::max(0, end - terminatorLength)) : -1;
+            end = rowTerminator.findIn(buffer, std::max(0, end - terminatorLength), buffer.size());
     }
 
     if (end < 0) {
@@ -113,7 +148,7 @@ bool BCP::next()
 
 void BCP::splitRow()
 {
-    const int separatorLength = fieldSeparator.size();
+    const int separatorLength = fieldSeparator.text.size();
     if (separatorLength == 0) {
         fields.emplace_back(rowStart, rowLength);
         return;
@@ -121,8 +156,8 @@ void BCP::splitRow()
     const int rowEnd = rowStart + rowLength;
     int from = rowStart;
     for (;;) {
-        int at = buffer.indexOf(fieldSeparator, from);
-        if (at < 0 || at + separatorLength > rowEnd) {
+        const int at = fieldSeparator.findIn(buffer, from, rowEnd);
+        if (at < 0) {
             fields.emplace_back(from, rowEnd - from);
             return;
         }

@@ -51,11 +51,21 @@ public:
     QStringRef getLineRef() const;
 
 private:
+    // A text to search for, with the position of a character in it that is rare in the data
+    // (the bar of "\t|\t"), which is looked for first.
+    struct Needle
+    {
+        QString text;
+        int anchor = 0;
+        void set(const QString& value);
+        int findIn(const QString& haystack, int from, int to) const;
+    };
+
     bool isAtEnd() const;
     void splitRow();
 
-    QString rowTerminator = QStringLiteral("\n");
-    QString fieldSeparator = QStringLiteral("\t");
+    Needle rowTerminator;
+    Needle fieldSeparator;
     QString finalTerminator = QStringLiteral("\n");
     QTextStream& stream;
     // Offsets of the current row's fields in the buffer.
