@@ -242,4 +242,48 @@ QVariantMap fromCompactJson(const QByteArray& json)
     return QJsonDocument::fromJson(json).object().toVariantMap();
 }
 
+QVariantMap fromCompactJson(const QString& json)
+{
+    // Flat objects of strings without escapes (every ontology node's values) are cut out of the
+    // text directly; anything else takes the general way.
+    const QChar* p = json.constData();
+    const QChar* const end = p + json.size();
+    auto readString = [&](QString& out) {
+        if (p == end || *p != QLatin1Char('"'))
+            return false;
+        const QChar* start = ++p;
+        while (p != end && *p != QLatin1Char('"')) {
+            if (*p == QLatin1Char('\\') || p->unicode() < 0x20)
+                return false;
+            ++p;
+        }
+        if (p == end)
+            return false;
+        out = QString(start, int(p - start));
+        ++p;
+        return true;
+    };
+    QVariantMap map;
+    if (p != end && *p == QLatin1Char('{')) {
+        ++p;
+        if (p != end && *p == QLatin1Char('}') && p + 1 == end)
+            return map;
+        for (;;) {
+            QString key, value;
+            if (!readString(key) || p == end || *p++ != QLatin1Char(':') || !readString(value) || p == end)
+                break;
+            map.insert(key, value);
+            const QChar c = *p++;
+            if (c == QLatin1Char('}')) {
+                if (p == end)
+                    return map;
+                break;
+            }
+            if (c != QLatin1Char(','))
+                break;
+        }
+    }
+    return fromCompactJson(json.toUtf8());
+}
+
 } // namespace nu

@@ -19,5 +19,7 @@ QString toCompactJsonText(const std::pair<QString, QString>* entries, int count)
 // The value map of a JSON object text; text that is not a JSON object gives an empty map. Flat
 // objects of plain strings take a fast path; anything else goes through Qt.
 QVariantMap fromCompactJson(const QByteArray& json);
+// The same from text, as it comes out of a database, without converting it to UTF-8 first.
+QVariantMap fromCompactJson(const QString& json);
 
 } // namespace nu

@@ -100,6 +100,7 @@ bool BCP::next()
     rowStart = 0;
     rowLength = 0;
     fields.clear();
+    splitFrom = -1;
     if (buffer.isEmpty() && isAtEnd())
         return false;
 
@@ -142,28 +143,30 @@ bool BCP::next()
     }
     if (rowLength > maxRowLength)
         throw RowTooLongException();
-    splitRow();
+    splitFrom = rowStart;
     return true;
 }
 
-void BCP::splitRow()
+void BCP::splitRow(int index) const
 {
     const int separatorLength = fieldSeparator.text.size();
-    if (separatorLength == 0) {
-        fields.emplace_back(rowStart, rowLength);
-        return;
-    }
     const int rowEnd = rowStart + rowLength;
-    int from = rowStart;
-    for (;;) {
-        const int at = fieldSeparator.findIn(buffer, from, rowEnd);
+    while (splitFrom >= 0 && (index < 0 || int(fields.size()) <= index)) {
+        const int at = separatorLength > 0 ? fieldSeparator.findIn(buffer, splitFrom, rowEnd) : -1;
         if (at < 0) {
-            fields.emplace_back(from, rowEnd - from);
-            return;
+            fields.emplace_back(splitFrom, rowEnd - splitFrom);
+            splitFrom = -1;
+        } else {
+            fields.emplace_back(splitFrom, at - splitFrom);
+            splitFrom = at + separatorLength;
         }
-        fields.emplace_back(from, at - from);
-        from = at + separatorLength;
     }
+}
+
+int BCP::getFieldCount() const
+{
+    splitRow(-1);
+    return static_cast<int>(fields.size());
 }
 
 QString BCP::get(int index) const
@@ -173,7 +176,10 @@ QString BCP::get(int index) const
 
 QStringRef BCP::getRef(int index) const
 {
-    if (index < 0 || index >= static_cast<int>(fields.size()))
+    if (index < 0)
+        return QStringRef();
+    splitRow(index);
+    if (index >= static_cast<int>(fields.size()))
         return QStringRef();
     const auto& field = fields[static_cast<size_t>(index)];
     return QStringRef(&buffer, field.first, field.second);

@@ -68,12 +68,17 @@ void TestCompactJson::readsWhatQtReads_data()
     QTest::newRow("trailing") << QByteArray(R"({"a":"1"}x)");
     QTest::newRow("empty text") << QByteArray();
     QTest::newRow("binary") << QByteArray("\x00\xff{\"", 4);
+    QTest::newRow("repeated key") << QByteArray(R"({"a":"1","a":"2"})");
+    QTest::newRow("control character") << QByteArray("{\"a\":\"x\ty\"}");
+    QTest::newRow("trailing comma") << QByteArray(R"({"a":"1",})");
+    QTest::newRow("empty key and value") << QByteArray(R"({"":""})");
 }
 
 void TestCompactJson::readsWhatQtReads()
 {
     QFETCH(QByteArray, json);
     QCOMPARE(nu::fromCompactJson(json), QJsonDocument::fromJson(json).object().toVariantMap());
+    QCOMPARE(nu::fromCompactJson(QString::fromUtf8(json)), QJsonDocument::fromJson(json).object().toVariantMap());
 }
 
 QTEST_APPLESS_MAIN(TestCompactJson)
