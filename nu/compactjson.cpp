@@ -178,6 +178,67 @@ QString toCompactJsonString(const QVariantMap& map)
     return QString::fromUtf8(viaQt(map));
 }
 
+QString toCompactJsonText(const std::pair<QString, QString>* entries, int count)
+{
+    // Plain ASCII (nearly every node) is written straight into the string.
+    int length = 2;
+    for (int i = 0; i < count; ++i)
+        length += entries[i].first.size() + entries[i].second.size() + 6;
+    QString out(length, Qt::Uninitialized);
+    QChar* data = out.data();
+    int pos = 0;
+    auto put = [&](char c) { data[pos++] = QLatin1Char(c); };
+    auto append = [&](const QString& text) {
+        put('"');
+        for (const QChar c : text) {
+            const ushort u = c.unicode();
+            if (u >= 0x80)
+                return false;
+            if (u < 0x20 || u == '"' || u == '\\') {
+                // Escapes are rare: make room for the longest, \u00XX.
+                out.resize(out.size() + 6);
+                data = out.data();
+                put('\\');
+                switch (u) {
+                case '"': put('"'); break;
+                case '\\': put('\\'); break;
+                case 0x08: put('b'); break;
+                case 0x0c: put('f'); break;
+                case 0x0a: put('n'); break;
+                case 0x0d: put('r'); break;
+                case 0x09: put('t'); break;
+                default:
+                    put('u');
+                    put('0');
+                    put('0');
+                    put(hexDigit(u >> 4));
+                    put(hexDigit(u & 0xf));
+                }
+            } else {
+                data[pos++] = c;
+            }
+        }
+        put('"');
+        return true;
+    };
+    put('{');
+    bool ascii = true;
+    for (int i = 0; i < count && ascii; ++i) {
+        if (i > 0)
+            put(',');
+        ascii = append(entries[i].first) && (put(':'), append(entries[i].second));
+    }
+    if (!ascii) {
+        QVariantMap map;
+        for (int i = 0; i < count; ++i)
+            map.insert(entries[i].first, entries[i].second);
+        return QString::fromUtf8(toCompactJson(map));
+    }
+    put('}');
+    out.truncate(pos);
+    return out;
+}
+
 QVariantMap fromCompactJson(const QByteArray& json)
 {
     const char* p = json.constData();
@@ -210,6 +271,50 @@ QVariantMap fromCompactJson(const QByteArray& json)
             return map;
     }
     return QJsonDocument::fromJson(json).object().toVariantMap();
+}
+
+QVariantMap fromCompactJson(const QString& json)
+{
+    // Flat objects of strings without escapes (every ontology node's values) are cut out of the
+    // text directly; anything else takes the general way.
+    const QChar* p = json.constData();
+    const QChar* const end = p + json.size();
+    auto readString = [&](QString& out) {
+        if (p == end || *p != QLatin1Char('"'))
+            return false;
+        const QChar* start = ++p;
+        while (p != end && *p != QLatin1Char('"')) {
+            if (*p == QLatin1Char('\\') || p->unicode() < 0x20)
+                return false;
+            ++p;
+        }
+        if (p == end)
+            return false;
+        out = QString(start, int(p - start));
+        ++p;
+        return true;
+    };
+    QVariantMap map;
+    if (p != end && *p == QLatin1Char('{')) {
+        ++p;
+        if (p != end && *p == QLatin1Char('}') && p + 1 == end)
+            return map;
+        for (;;) {
+            QString key, value;
+            if (!readString(key) || p == end || *p++ != QLatin1Char(':') || !readString(value) || p == end)
+                break;
+            map.insert(key, value);
+            const QChar c = *p++;
+            if (c == QLatin1Char('}')) {
+                if (p == end)
+                    return map;
+                break;
+            }
+            if (c != QLatin1Char(','))
+                break;
+        }
+    }
+    return fromCompactJson(json.toUtf8());
 }
 
 } // namespace nu

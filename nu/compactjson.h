@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QVariantMap>
 
+#include <utility>
+
 namespace nu {
 
 // Compact JSON text of a value map, byte for byte what QJsonDocument writes in compact form.
@@ -12,8 +14,14 @@ QByteArray toCompactJson(const QVariantMap& map);
 // The same text as a QString (saves a UTF-8 round trip where a QString is wanted).
 QString toCompactJsonString(const QVariantMap& map);
 
+// The same text, as a string, for count (key, value) pairs of texts sorted by key with no key
+// twice: the form in which ontology builders keep their nodes' values.
+QString toCompactJsonText(const std::pair<QString, QString>* entries, int count);
+
 // The value map of a JSON object text; text that is not a JSON object gives an empty map. Flat
 // objects of plain strings take a fast path; anything else goes through Qt.
 QVariantMap fromCompactJson(const QByteArray& json);
+// The same from text, as it comes out of a database, without converting it to UTF-8 first.
+QVariantMap fromCompactJson(const QString& json);
 
 } // namespace nu

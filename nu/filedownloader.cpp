@@ -112,7 +112,8 @@ void FileDownloader::slotDownloadError(QNetworkReply::NetworkError code)
 void FileDownloader::slotDownloadFinished()
 {
     stallTimer.stop();
-    if (error == QNetworkReply::NoError)
+    const bool reported = error != QNetworkReply::NoError;
+    if (!reported)
         writeAvailable();
     if (file.isOpen() && !file.flush() && error == QNetworkReply::NoError) {
         error = QNetworkReply::UnknownContentError;
@@ -135,6 +136,9 @@ void FileDownloader::slotDownloadFinished()
     }
     file.close();
     finished = true;
+    // A failure found only now is announced like one Qt reported: an error, then the end.
+    if (!reported && error != QNetworkReply::NoError)
+        emit signalError(error);
     emit signalFinished();
 }
 

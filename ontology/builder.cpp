@@ -41,6 +41,8 @@ QString numberText(qint64 value)
 }
 
 constexpr int cancelCheckInterval = 4096;
+constexpr int nodeBlockSize = 4096;
+constexpr int rowsPerStatement = 64;
 
 } // namespace
 
@@ -80,33 +82,102 @@ Builder::Node::Node(const QString& nodeId)
 
 QString Builder::Node::getDataString() const
 {
-    return nu::toCompactJsonString(data);
+    return data.toJson();
 }
 
 Builder::Builder(const QString& file, QObject* parent)
     : QObject(parent)
     , fileName(file)
+    , hashSeed(uint(qGlobalQHashSeed()))
 {
 }
 
-Builder::~Builder()
+Builder::~Builder() = default;
+
+template <typename Visit>
+void Builder::forEachNode(Visit visit)
 {
-    qDeleteAll(nodes);
+    int left = nodeNumber;
+    for (auto& block : blocks) {
+        const int n = std::min(left, nodeBlockSize);
+        for (int i = 0; i < n; ++i)
+            visit(block[i]);
+        left -= n;
+    }
 }
 
-Builder::Node* Builder::getNode(const QString& id)
+void Builder::growTable()
 {
-    auto it = nodes.find(id);
-    if (it != nodes.end())
-        return it.value();
-    auto* node = new Node(id); // owned by the node table, deleted in the destructor
-    nodes.insert(id, node);
+    std::vector<Slot> grown(table.empty() ? 2048 : table.size() * 2, Slot{0, 0});
+    const size_t mask = grown.size() - 1;
+    quint32 number = 0;
+    forEachNode([&](Node& node) {
+        size_t at = node.hash & mask;
+        while (grown[at].node != 0)
+            at = (at + 1) & mask;
+        grown[at] = {node.hash, ++number};
+    });
+    table.swap(grown);
+}
+
+Builder::Node* Builder::lookUp(QStringView id, uint h) const
+{
+    if (table.empty())
+        return nullptr;
+    const size_t mask = table.size() - 1;
+    for (size_t at = h & mask;; at = (at + 1) & mask) {
+        const Slot& slot = table[at];
+        if (slot.node == 0)
+            return nullptr;
+        if (slot.hash == h) {
+            const quint32 index = slot.node - 1;
+            Node* node = &blocks[index / nodeBlockSize][index % nodeBlockSize];
+            if (QStringView(node->id) == id)
+                return node;
+        }
+    }
+}
+
+Builder::Node* Builder::create(const QString& id, uint h)
+{
+    if ((size_t(nodeNumber) + 1) * 2 > table.size())
+        growTable();
+    if (nodeNumber % nodeBlockSize == 0)
+        blocks.push_back(std::make_unique<Node[]>(nodeBlockSize));
+    Node* node = &blocks.back()[nodeNumber % nodeBlockSize];
+    ++nodeNumber;
+    node->id = id;
+    node->hash = h;
+    const size_t mask = table.size() - 1;
+    size_t at = h & mask;
+    while (table[at].node != 0)
+        at = (at + 1) & mask;
+    table[at] = {h, quint32(nodeNumber)};
     return node;
 }
 
 Builder::Node* Builder::findNode(const QString& id) const
 {
-    return nodes.value(id, nullptr);
+    return findNode(QStringView(id));
+}
+
+Builder::Node* Builder::findNode(QStringView id) const
+{
+    return lookUp(id, qHash(id, hashSeed));
+}
+
+Builder::Node* Builder::getNode(const QString& id)
+{
+    const uint h = qHash(QStringView(id), hashSeed);
+    Node* node = lookUp(QStringView(id), h);
+    return node ? node : create(id, h);
+}
+
+Builder::Node* Builder::getNode(QStringView id)
+{
+    const uint h = qHash(id, hashSeed);
+    Node* node = lookUp(id, h);
+    return node ? node : create(id.toString(), h);
 }
 
 void Builder::addRoot(const QString& id)
@@ -150,6 +221,14 @@ void Builder::addChild(const QString& parentId, const QString& childId)
     link(parent, child);
 }
 
+void Builder::addChild(Node* parent, Node* child)
+{
+    if (parent == child)
+        root = parent;
+    else
+        link(parent, child);
+}
+
 void Builder::addData(const QString& id, const QString& key, const QString& value)
 {
     getNode(id)->data.insert(key, value);
@@ -174,8 +253,7 @@ void Builder::checkCancelled(int step)
 
 void Builder::resetMarks()
 {
-    for (Node* node : qAsConst(nodes))
-        node->state = Unvisited;
+    forEachNode([](Node& node) { node.state = Unvisited; });
 }
 
 void Builder::count(bool trim)
@@ -205,9 +283,10 @@ void Builder::build()
 
 void Builder::notifyBuildingStart()
 {
-    int total = nodes.size();
+    int total = nodeNumber;
     if (counted) {
-        const qint64 accum = root->data.value(accumCountKey).toString().toLongLong();
+        const QString* text = root->data.find(accumCountKey);
+        const qint64 accum = text ? text->toLongLong() : 0;
         total = static_cast<int>(std::clamp<qint64>(accum, INT_MIN, INT_MAX));
     }
     timer.restart(total / 200);
@@ -216,7 +295,7 @@ void Builder::notifyBuildingStart()
 
 void Builder::notifyCountingStart()
 {
-    const int total = nodes.size();
+    const int total = nodeNumber;
     timer.restart(total / 200);
     emit signalCountingStart(total);
 }
@@ -293,7 +372,8 @@ qint64 Builder::Counter::count(Node* top)
         if (frame.next < node->children.size()) {
             Node* child = node->children[frame.next];
             if (child->state == Done) {
-                childDone(frame, child->data.value(accumCountKey).toString().toLongLong());
+                const QString* accum = child->data.find(accumCountKey);
+                childDone(frame, accum ? accum->toLongLong() : 0);
             } else if (child->state == InProgress) {
                 throw CycleException();
             } else {
@@ -304,9 +384,9 @@ qint64 Builder::Counter::count(Node* top)
 
         node->children.resize(frame.kept);
         qint64 sum = frame.sum;
-        auto own = node->data.find(countKey);
-        if (own != node->data.end())
-            sum += own.value().toString().toLongLong();
+        const QString* own = node->data.find(countKey);
+        if (own)
+            sum += own->toLongLong();
         else
             node->data.insert(countKey, numberText(0));
         node->data.insert(accumCountKey, numberText(sum));
@@ -365,6 +445,7 @@ Builder::Writer::Writer(const QString& file, Builder* owner)
 Builder::Writer::~Writer()
 {
     insert.reset();
+    insertMany.reset();
     connection.reset();
     if (!finished && !temporaryName.isEmpty())
         QFile::remove(temporaryName);
@@ -390,6 +471,13 @@ void Builder::Writer::prepareInsert()
     insert = std::make_unique<QSqlQuery>(connection->getDatabase());
     if (!insert->prepare(QStringLiteral("INSERT INTO nodes (id, count, data) VALUES ( :id, :count, :data)")))
         throw StatementPrepareException();
+    QString many = QStringLiteral("INSERT INTO nodes (id, count, data) VALUES (?, ?, ?)");
+    for (int i = 1; i < rowsPerStatement; ++i)
+        many += QStringLiteral(", (?, ?, ?)");
+    insertMany = std::make_unique<QSqlQuery>(connection->getDatabase());
+    if (!insertMany->prepare(many))
+        throw StatementPrepareException();
+    rows.reserve(rowsPerStatement);
 }
 
 void Builder::Writer::commitAndBegin()
@@ -399,24 +487,44 @@ void Builder::Writer::commitAndBegin()
         throw StatementExecException();
 }
 
+void Builder::Writer::flushRows()
+{
+    // A full batch goes in as one statement, a remainder row by row; the rows keep their order.
+    if (rows.size() == size_t(rowsPerStatement)) {
+        int at = 0;
+        for (const Row& row : rows) {
+            insertMany->bindValue(at++, row.id);
+            insertMany->bindValue(at++, row.count);
+            insertMany->bindValue(at++, row.data);
+        }
+        if (!insertMany->exec())
+            throw StatementExecException();
+    } else {
+        for (const Row& row : rows) {
+            insert->bindValue(0, row.id);
+            insert->bindValue(1, row.count);
+            insert->bindValue(2, row.data);
+            if (!insert->exec())
+                throw StatementExecException();
+        }
+    }
+    rows.clear();
+}
+
 void Builder::Writer::insertNode(Node* node)
 {
-    // One prepared statement, re-bound for every row.
+    // Prepared once, re-bound for every batch of rows.
     if (!insert)
         prepareInsert();
-    static const QString id = QStringLiteral(":id");
-    static const QString count = QStringLiteral(":count");
-    static const QString data = QStringLiteral(":data");
-    insert->bindValue(id, node->id);
-    insert->bindValue(count, static_cast<int>(node->children.size()));
-    insert->bindValue(data, node->getDataString());
-    if (!insert->exec())
-        throw StatementExecException();
+    rows.push_back({node->id, static_cast<int>(node->children.size()), node->getDataString()});
+    if (rows.size() == size_t(rowsPerStatement))
+        flushRows();
 
     ++pending;
     ++inserted;
     if (pending > commitSize) {
         pending = 0;
+        flushRows();
         commitAndBegin();
     }
     builder->notifyNodesInserted(inserted);
@@ -458,6 +566,8 @@ void Builder::Writer::insertChildren(Node* top)
 
 void Builder::Writer::end(bool counted)
 {
+    if (insert)
+        flushRows();
     QSqlQuery info(connection->getDatabase());
     const QString sql = QStringLiteral("INSERT INTO info (key, value) VALUES ( :key, :value)");
     if (!info.prepare(sql))
@@ -474,6 +584,7 @@ void Builder::Writer::end(bool counted)
         throw StatementExecException();
     info.finish();
     insert.reset();
+    insertMany.reset();
     if (!connection->getDatabase().commit())
         throw StatementExecException();
     info = QSqlQuery();

@@ -1,6 +1,6 @@
 #include "ontology/pathids.h"
 
-#include "ontology/builder.h"
+#include <QHash>
 
 #include <limits>
 
@@ -17,26 +17,56 @@ const QString countKey = QStringLiteral("count");
 
 PathIds::PathIds(Builder& target)
     : builder(target)
-    , counts(1, 0)
-    , counted(1, false)
 {
     builder.addRoot(rootId);
+    nodes.push_back({builder.getRoot(), QString(), -1, false, 0});
+    growTable();
 }
 
-int PathIds::child(int parent, const QString& name)
+uint PathIds::hashOf(int parent, QStringView name)
 {
-    const QPair<int, QString> key(parent, name);
-    auto it = children.constFind(key);
-    if (it != children.constEnd())
-        return it.value();
-    const int node = static_cast<int>(counts.size());
-    children.insert(key, node);
-    counts.push_back(0);
-    counted.push_back(false);
-    const QString id = getId(node);
-    builder.addChild(getId(parent), id);
-    builder.addData(id, nameKey, name);
-    return node;
+    return qHash(name, uint(parent) * 0x9e3779b9u);
+}
+
+void PathIds::growTable()
+{
+    std::vector<Slot> grown(table.empty() ? 1024 : table.size() * 2, Slot{0, 0});
+    const size_t mask = grown.size() - 1;
+    for (size_t i = 1; i < nodes.size(); ++i) {
+        const uint h = hashOf(nodes[i].parent, nodes[i].name);
+        size_t at = h & mask;
+        while (grown[at].node != 0)
+            at = (at + 1) & mask;
+        grown[at] = {h, int(i) + 1};
+    }
+    table.swap(grown);
+}
+
+int PathIds::child(int parent, QStringView name)
+{
+    const uint h = hashOf(parent, name);
+    size_t mask = table.size() - 1;
+    size_t at = h & mask;
+    for (; table[at].node != 0; at = (at + 1) & mask) {
+        if (table[at].hash != h)
+            continue;
+        const PathNode& candidate = nodes[size_t(table[at].node - 1)];
+        if (candidate.parent == parent && QStringView(candidate.name) == name)
+            return table[at].node - 1;
+    }
+
+    const int index = int(nodes.size());
+    Builder::Node* made = builder.getNode(getId(index));
+    builder.addChild(nodes[size_t(parent)].node, made);
+    const QString text = name.toString();
+    made->data.insert(nameKey, text);
+    nodes.push_back({made, text, parent, false, 0});
+    if (nodes.size() * 2 > table.size()) {
+        growTable();
+    } else {
+        table[at] = {h, index + 1};
+    }
+    return index;
 }
 
 QString PathIds::getId(int node) const
@@ -46,22 +76,22 @@ QString PathIds::getId(int node) const
 
 void PathIds::addCount(int node, qint64 count)
 {
-    qint64& sum = counts[static_cast<size_t>(node)];
-    if (__builtin_add_overflow(sum, count, &sum))
-        sum = count > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
-    counted[static_cast<size_t>(node)] = true;
+    PathNode& path = nodes[size_t(node)];
+    if (__builtin_add_overflow(path.count, count, &path.count))
+        path.count = count > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
+    path.counted = true;
 }
 
 bool PathIds::hasCount(int node) const
 {
-    return counted[static_cast<size_t>(node)];
+    return nodes[size_t(node)].counted;
 }
 
 void PathIds::writeCounts()
 {
-    for (size_t node = 0; node < counts.size(); ++node) {
-        if (counted[node])
-            builder.addData(getId(static_cast<int>(node)), countKey, QString::number(counts[node]));
+    for (const PathNode& path : nodes) {
+        if (path.counted)
+            path.node->data.insert(countKey, QString::number(path.count));
     }
 }
 

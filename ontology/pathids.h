@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QHash>
-#include <QPair>
+#include "ontology/builder.h"
+
 #include <QString>
+#include <QStringView>
 
 #include <vector>
 
 namespace Zem {
 namespace Ontology {
-
-class Builder;
 
 // Gives the nodes of path formats (Krona, QIIME) their ids. A node is its path of names from the
 // root: two lines reach the same node only when their names agree from the root down, however
@@ -25,9 +24,9 @@ public:
     explicit PathIds(Builder& builder);
 
     // The node called name below parent; created and linked the first time.
-    int child(int parent, const QString& name);
+    int child(int parent, QStringView name);
     QString getId(int node) const;
-    int size() const { return static_cast<int>(counts.size()); }
+    int size() const { return static_cast<int>(nodes.size()); }
 
     void addCount(int node, qint64 count);
     bool hasCount(int node) const;
@@ -35,10 +34,27 @@ public:
     void writeCounts();
 
 private:
+    struct PathNode
+    {
+        Builder::Node* node;
+        QString name;
+        int parent;
+        bool counted;
+        qint64 count;
+    };
+    // Open addressing on (hash of parent and name, path node + 1).
+    struct Slot
+    {
+        uint hash;
+        int node;
+    };
+
+    static uint hashOf(int parent, QStringView name);
+    void growTable();
+
     Builder& builder;
-    QHash<QPair<int, QString>, int> children;
-    std::vector<qint64> counts;
-    std::vector<bool> counted;
+    std::vector<PathNode> nodes;
+    std::vector<Slot> table;
 };
 
 } // namespace Ontology

@@ -56,7 +56,7 @@ Reader::Node Reader::readNode(bool withData)
     node.id = query->value(0).toString();
     node.count = query->value(1).toInt();
     if (withData)
-        node.data = nu::fromCompactJson(query->value(2).toString().toUtf8());
+        node.data = nu::fromCompactJson(query->value(2).toString());
     node.row = currentRow++;
     return node;
 }

@@ -55,15 +55,16 @@ void SourceBcp::read(BuilderSource& builder)
         builder.notifySourceCurrentPos(file.pos());
         if (!everyRow && !rowFilter.match(rows.getLineRef()).hasMatch())
             continue;
-        const QString id = rows.get(idColumn);
+        const QStringView id(rows.getRef(idColumn));
         // A row cut short in a damaged dump can start with an empty id; no taxon has one.
         if (id.isEmpty())
             continue;
+        Builder::Node* node = builder.getNode(id);
         for (const Column& column : mapped) {
             if (column.parent)
-                builder.addChild(rows.get(column.index), id);
+                builder.addChild(builder.getNode(QStringView(rows.getRef(column.index))), node);
             else
-                builder.addData(id, column.key, rows.get(column.index));
+                node->data.insert(column.key, rows.get(column.index));
         }
     }
 }

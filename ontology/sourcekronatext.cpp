@@ -50,7 +50,7 @@ void SourceKronaText::read(BuilderSource& builder)
             --last;
         int node = PathIds::root;
         for (int i = 1; i <= last; ++i)
-            node = paths.child(node, rows.get(i));
+            node = paths.child(node, QStringView(rows.getRef(i)));
         paths.addCount(node, count);
     }
     paths.writeCounts();

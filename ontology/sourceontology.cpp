@@ -14,24 +14,22 @@ SourceOntology::Reader::Reader(const Ontology& ontology, BuilderSource& target)
 
 void SourceOntology::Reader::openNode(const QString& id, const QVariantMap&, const Position&)
 {
-    if (stack.isEmpty())
-        builder.addChild(id, id);
-    else
-        builder.addChild(stack.top(), id);
-    stack.push(id);
+    Builder::Node* node = builder.getNode(id);
+    builder.addChild(stack.isEmpty() ? node : stack.top(), node);
+    stack.push(node);
 }
 
-void SourceOntology::Reader::closeNode(const QString& id, const QVariantMap& data)
+void SourceOntology::Reader::closeNode(const QString&, const QVariantMap& data)
 {
+    Builder::Node* node = stack.pop();
     for (auto it = data.constBegin(); it != data.constEnd(); ++it) {
         auto key = keys.constFind(it.key());
         if (key == keys.constEnd())
             key = keys.insert(it.key(), it.key());
-        builder.addData(id, key.value(), it.value().toString());
+        node->data.insert(key.value(), it.value().toString());
     }
     builder.notifySourceCurrentPos(++closed);
     builder.checkCancelled(closed);
-    stack.pop();
 }
 
 SourceOntology::SourceOntology(const QString& name)

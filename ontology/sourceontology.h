@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ontology/builder.h"
 #include "ontology/reader.h"
 #include "ontology/source.h"
 
@@ -24,7 +25,8 @@ public:
         void closeNode(const QString& id, const QVariantMap& data) override;
 
     private:
-        QStack<QString> stack;
+        // The open nodes, from the root down.
+        QStack<Builder::Node*> stack;
         BuilderSource& builder;
         int closed = 0;
         // One shared copy of each value key (millions of nodes carry the same few keys).

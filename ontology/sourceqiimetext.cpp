@@ -108,7 +108,7 @@ void SourceQiimeText::read(BuilderSource& builder)
             const QString name = cleanName(part.toString());
             if (name == other)
                 break;
-            node = paths.child(node, name);
+            node = paths.child(node, QStringView(name));
         }
 
         const QStringRef valueText = rows.getRef(column + 1);

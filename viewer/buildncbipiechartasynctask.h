@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <atomic>
 #include <exception>
 #include <memory>
 
@@ -98,7 +99,7 @@ private:
     mutable QMutex downloaderMutex;
     QUrl downloadUrl;
     int stallTimeout = 0;
-    bool downloaded = false;
+    std::atomic<bool> downloaded{false};
     // File positions beyond the range of an int are shown scaled down by this many bits.
     int positionShift = 0;
     mutable QMutex detailMutex;

@@ -13,19 +13,55 @@ const char* BCP::RowTooLongException::what() const noexcept
     return "a line is too long (the file is probably not a text file of the expected kind)";
 }
 
+void BCP::Needle::set(const QString& value)
+{
+    text = value;
+    anchor = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        if (!text.at(i).isSpace()) {
+            anchor = i;
+            break;
+        }
+    }
+}
+
+int BCP::Needle::findIn(const QString& haystack, int from, int to) const
+{
+    // Rows are short: a plain loop beats a library search's set-up on every call.
+    const int length = text.size();
+    if (length == 0)
+        return -1;
+    const QChar* data = haystack.constData();
+    const QChar* needle = text.constData();
+    const ushort first = needle[anchor].unicode();
+    for (int at = from + anchor; at - anchor + length <= to; ++at) {
+        if (data[at].unicode() != first)
+            continue;
+        const int start = at - anchor;
+        int i = 0;
+        while (i < length && data[start + i] == needle[i])
+            ++i;
+        if (i == length)
+            return start;
+    }
+    return -1;
+}
+
 BCP::BCP(QTextStream& textStream)
     : stream(textStream)
 {
+    rowTerminator.set(QStringLiteral("\n"));
+    fieldSeparator.set(QStringLiteral("\t"));
 }
 
 void BCP::setRowTerminator(const QString& terminator)
 {
-    rowTerminator = terminator;
+    rowTerminator.set(terminator);
 }
 
 void BCP::setFieldSeparator(const QString& separator)
 {
-    fieldSeparator = separator;
+    fieldSeparator.set(separator);
 }
 
 void BCP::setFinalTerminator(const QString& terminator)
@@ -64,13 +100,14 @@ bool BCP::next()
     rowStart = 0;
     rowLength = 0;
     fields.clear();
+    splitFrom = -1;
     if (buffer.isEmpty() && isAtEnd())
         return false;
 
     // Only the text appended since the last search is searched again (plus the few characters a
     // terminator split over two reads can start in), so a long row costs linear time.
-    const int terminatorLength = rowTerminator.size();
-    int end = terminatorLength > 0 ? buffer.indexOf(rowTerminator) : -1;
+    const int terminatorLength = rowTerminator.text.size();
+    int end = rowTerminator.findIn(buffer, 0, buffer.size());
     const int chunk = readSize > 0 ? readSize : defaultReadSize;
     while (end < 0 && !isAtEnd()) {
         const QString text = stream.read(chunk);
@@ -82,8 +119,7 @@ bool BCP::next()
         buffer.append(text);
         if (buffer.size() > maxRowLength + terminatorLength)
             throw RowTooLongException();
-        if (terminatorLength > 0)
-            end = buffer.indexOf(rowTerminator, searchFrom);
+        end = rowTerminator.findIn(buffer, searchFrom, buffer.size());
     }
     if (buffer.isEmpty())
         return false;
@@ -95,7 +131,7 @@ bool BCP::next()
         if (buffer.isEmpty())
             return false;
         if (end > buffer.size() - terminatorLength)
-            end = terminatorLength > 0 ? buffer.indexOf(rowTerminator, std::max(0, end - terminatorLength)) : -1;
+            end = rowTerminator.findIn(buffer, std::max(0, end - terminatorLength), buffer.size());
     }
 
     if (end < 0) {
@@ -107,28 +143,30 @@ bool BCP::next()
     }
     if (rowLength > maxRowLength)
         throw RowTooLongException();
-    splitRow();
+    splitFrom = rowStart;
     return true;
 }
 
-void BCP::splitRow()
+void BCP::splitRow(int index) const
 {
-    const int separatorLength = fieldSeparator.size();
-    if (separatorLength == 0) {
-        fields.emplace_back(rowStart, rowLength);
-        return;
-    }
+    const int separatorLength = fieldSeparator.text.size();
     const int rowEnd = rowStart + rowLength;
-    int from = rowStart;
-    for (;;) {
-        int at = buffer.indexOf(fieldSeparator, from);
-        if (at < 0 || at + separatorLength > rowEnd) {
-            fields.emplace_back(from, rowEnd - from);
-            return;
+    while (splitFrom >= 0 && (index < 0 || int(fields.size()) <= index)) {
+        const int at = separatorLength > 0 ? fieldSeparator.findIn(buffer, splitFrom, rowEnd) : -1;
+        if (at < 0) {
+            fields.emplace_back(splitFrom, rowEnd - splitFrom);
+            splitFrom = -1;
+        } else {
+            fields.emplace_back(splitFrom, at - splitFrom);
+            splitFrom = at + separatorLength;
         }
-        fields.emplace_back(from, at - from);
-        from = at + separatorLength;
     }
+}
+
+int BCP::getFieldCount() const
+{
+    splitRow(-1);
+    return static_cast<int>(fields.size());
 }
 
 QString BCP::get(int index) const
@@ -138,7 +176,10 @@ QString BCP::get(int index) const
 
 QStringRef BCP::getRef(int index) const
 {
-    if (index < 0 || index >= static_cast<int>(fields.size()))
+    if (index < 0)
+        return QStringRef();
+    splitRow(index);
+    if (index >= static_cast<int>(fields.size()))
         return QStringRef();
     const auto& field = fields[static_cast<size_t>(index)];
     return QStringRef(&buffer, field.first, field.second);

@@ -45,21 +45,35 @@ public:
     QString get(int index) const;
     // The same without copying; valid until the next call of next().
     QStringRef getRef(int index) const;
-    int getFieldCount() const { return static_cast<int>(fields.size()); }
+    int getFieldCount() const;
     // The raw text of the current row, without its terminator.
     QString getLine() const;
     QStringRef getLineRef() const;
 
 private:
-    bool isAtEnd() const;
-    void splitRow();
+    // A text to search for, with the position of a character in it that is rare in the data
+    // (the bar of "\t|\t"), which is looked for first.
+    struct Needle
+    {
+        QString text;
+        int anchor = 0;
+        void set(const QString& value);
+        int findIn(const QString& haystack, int from, int to) const;
+    };
 
-    QString rowTerminator = QStringLiteral("\n");
-    QString fieldSeparator = QStringLiteral("\t");
+    bool isAtEnd() const;
+    // Splits the current row up to the field at index (all of it for -1): most readers want
+    // only the first fields of long rows.
+    void splitRow(int index) const;
+
+    Needle rowTerminator;
+    Needle fieldSeparator;
     QString finalTerminator = QStringLiteral("\n");
     QTextStream& stream;
-    // Offsets of the current row's fields in the buffer.
-    std::vector<std::pair<int, int>> fields;
+    // Offsets of the current row's fields in the buffer, as far as split, and where splitting
+    // goes on (-1 when the row is split to its end).
+    mutable std::vector<std::pair<int, int>> fields;
+    mutable int splitFrom = -1;
     // Unread text starts at bufferStart; the current row lies just before it, from rowStart.
     QString buffer;
     int bufferStart = 0;

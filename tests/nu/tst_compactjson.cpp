@@ -10,6 +10,8 @@ class TestCompactJson : public QObject
 private slots:
     void writesWhatQtWrites_data();
     void writesWhatQtWrites();
+    void pairsWriteWhatQtWrites_data();
+    void pairsWriteWhatQtWrites();
     void readsWhatQtReads_data();
     void readsWhatQtReads();
 };
@@ -34,6 +36,24 @@ void TestCompactJson::writesWhatQtWrites()
     QCOMPARE(nu::toCompactJson(map), expected);
 }
 
+void TestCompactJson::pairsWriteWhatQtWrites_data()
+{
+    writesWhatQtWrites_data();
+}
+
+void TestCompactJson::pairsWriteWhatQtWrites()
+{
+    QFETCH(QVariantMap, map);
+    std::vector<std::pair<QString, QString>> pairs;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        pairs.emplace_back(it.key(), it.value().toString());
+    QVariantMap texts;
+    for (const auto& pair : pairs)
+        texts.insert(pair.first, pair.second);
+    const QByteArray expected = QJsonDocument(QJsonObject::fromVariantMap(texts)).toJson(QJsonDocument::Compact);
+    QCOMPARE(nu::toCompactJsonText(pairs.data(), int(pairs.size())), QString::fromUtf8(expected));
+}
+
 void TestCompactJson::readsWhatQtReads_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -48,12 +68,17 @@ void TestCompactJson::readsWhatQtReads_data()
     QTest::newRow("trailing") << QByteArray(R"({"a":"1"}x)");
     QTest::newRow("empty text") << QByteArray();
     QTest::newRow("binary") << QByteArray("\x00\xff{\"", 4);
+    QTest::newRow("repeated key") << QByteArray(R"({"a":"1","a":"2"})");
+    QTest::newRow("control character") << QByteArray("{\"a\":\"x\ty\"}");
+    QTest::newRow("trailing comma") << QByteArray(R"({"a":"1",})");
+    QTest::newRow("empty key and value") << QByteArray(R"({"":""})");
 }
 
 void TestCompactJson::readsWhatQtReads()
 {
     QFETCH(QByteArray, json);
     QCOMPARE(nu::fromCompactJson(json), QJsonDocument::fromJson(json).object().toVariantMap());
+    QCOMPARE(nu::fromCompactJson(QString::fromUtf8(json)), QJsonDocument::fromJson(json).object().toVariantMap());
 }
 
 QTEST_APPLESS_MAIN(TestCompactJson)

@@ -55,6 +55,7 @@ private slots:
     void rootAloneIsOneRow();
     void nodeThatIsItsOwnParentBecomesRoot();
     void sameChildTwiceIsLinkedOnce();
+    void manyNodesAreFoundAgain();
     void childOfTwoParentsIsWrittenAndCountedUnderBoth();
     void counting_data();
     void counting();
@@ -128,6 +129,23 @@ void TestBuilder::sameChildTwiceIsLinkedOnce()
     for (int i = 0; i < 3; ++i)
         builder.addChild(QStringLiteral("r"), QStringLiteral("a"));
     QCOMPARE(builder.getRoot()->children.size(), size_t(1));
+}
+
+void TestBuilder::manyNodesAreFoundAgain()
+{
+    // Enough nodes for the table to grow many times over.
+    Builder builder(file);
+    QVector<Builder::Node*> made;
+    for (int i = 0; i < 50000; ++i)
+        made << builder.getNode(QStringLiteral("n%1").arg(i));
+    QCOMPARE(builder.getNodeNumber(), 50000);
+    for (int i = 0; i < 50000; i += 7) {
+        QCOMPARE(builder.findNode(QStringLiteral("n%1").arg(i)), made.at(i));
+        QCOMPARE(builder.getNode(QStringLiteral("n%1").arg(i)), made.at(i));
+        QCOMPARE(made.at(i)->id, QStringLiteral("n%1").arg(i));
+        QCOMPARE(builder.findNode(QStringLiteral("m%1").arg(i)), nullptr);
+    }
+    QCOMPARE(builder.getNodeNumber(), 50000);
 }
 
 void TestBuilder::childOfTwoParentsIsWrittenAndCountedUnderBoth()

@@ -26,7 +26,7 @@ QString label(const QString& id, const QVariantMap& data)
 
 void describe(const Zem::Ontology::Builder::Node* node, QString& out, int depth)
 {
-    out += label(node->id, node->data);
+    out += label(node->id, node->data.toVariantMap());
     if (node->children.empty() || depth > 10000)
         return;
     out += QLatin1Char('(');
