@@ -1,5 +1,7 @@
 #include "cli/buildcommand.h"
 
+#include "viewer/settings.h"
+
 #include "cli/inputcheck.h"
 #include "cli/interruption.h"
 #include "cli/progressbar.h"
@@ -15,7 +17,6 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QSettings>
 #include <QTextStream>
 #include <QTimer>
 
@@ -64,8 +65,8 @@ QString BuildCommand::getSummary() const
 
 QString BuildCommand::getDefaultTaxonomyFile()
 {
-    const QSettings settings(QStringLiteral("zem"), QStringLiteral("sorvik-piechart"));
-    return QDir(settings.value(QStringLiteral("path")).toString()).absoluteFilePath(QStringLiteral("ncbi.ontology"));
+    // The viewer's own cache in its data folder, so both share one download.
+    return App::Settings().getPathDir().absoluteFilePath(QStringLiteral("ncbi.ontology"));
 }
 
 void BuildCommand::setUp(QCommandLineParser& parser)

@@ -20,6 +20,8 @@ public:
 
     virtual QString getName() const = 0;
     virtual QString getSummary() const = 0;
+    // Whether the command draws, and so needs a GUI application rather than a core one.
+    virtual bool needsGui() const { return false; }
 
     // arguments: the subcommand's name followed by its arguments.
     int run(const QStringList& arguments);

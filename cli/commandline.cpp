@@ -34,6 +34,15 @@ void CommandLine::printUsage(QTextStream& stream) const
     stream.flush();
 }
 
+bool CommandLine::needsGui(const QStringList& arguments) const
+{
+    for (const auto& command : commands) {
+        if (!arguments.isEmpty() && command->getName() == arguments.first())
+            return command->needsGui();
+    }
+    return false;
+}
+
 int CommandLine::run(const QStringList& arguments)
 {
     if (arguments.isEmpty()) {

@@ -21,6 +21,8 @@ public:
 
     // arguments: without the program name. Returns the process exit status.
     int run(const QStringList& arguments);
+    // Whether the command the arguments name draws (before any application object exists).
+    bool needsGui(const QStringList& arguments) const;
 
 private:
     void printUsage(QTextStream& stream) const;

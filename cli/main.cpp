@@ -5,16 +5,42 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <memory>
+
+namespace {
+
+QtMessageHandler qtHandler = nullptr;
+
+// A drawing application on a machine without a desktop session warns that it has no runtime
+// folder; Qt copes with that, and scripts reading stderr should not see it.
+void quietHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtWarningMsg && message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        return;
+    qtHandler(type, context, message);
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
-    // The command line never opens a window; drawing charts still needs a GUI application.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    Sorvik::initResources();
     QTextStream out(stdout);
     QTextStream err(stderr);
     Sorvik::Cli::CommandLine commandLine(out, err);
-    return commandLine.run(app.arguments().mid(1));
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+
+    // Only drawing needs a GUI application; it never opens a window.
+    std::unique_ptr<QCoreApplication> app;
+    if (commandLine.needsGui(arguments)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        qtHandler = qInstallMessageHandler(quietHandler);
+        app = std::make_unique<QApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
+    Sorvik::initResources();
+    return commandLine.run(arguments);
 }

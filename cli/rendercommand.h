@@ -14,6 +14,7 @@ public:
 
     QString getName() const override;
     QString getSummary() const override;
+    bool needsGui() const override { return true; }
 
 protected:
     void setUp(QCommandLineParser& parser) override;
