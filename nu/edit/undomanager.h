@@ -71,6 +71,7 @@ public:
     };
 
     explicit UndoManager(ItemManager& manager);
+    ItemManager& getItemManager() const { return manager; }
 
     UndoManager(const UndoManager&) = delete;
     UndoManager& operator=(const UndoManager&) = delete;
