@@ -149,12 +149,22 @@ UndoManager::DataSet UndoManager::apply(const DataSet& step)
     const ItemManager::Batch batch(manager);
     // Every item first, so that parents exist whatever the order of the entries.
     std::vector<bool> present;
-    for (const Data& recorded : step.getItems())
-        present.push_back(bool(manager.getItemOrCreate(recorded.getId(), recorded.getType())));
+    std::vector<bool> recreated;
+    for (const Data& recorded : step.getItems()) {
+        const bool existed = bool(manager.getItem(recorded.getId()));
+        recreated.push_back(!existed);
+        present.push_back(existed || manager.createItem(recorded.getId(), recorded.getType()));
+    }
     for (std::size_t i = 0; i < step.getItems().size(); ++i) {
         const Data& recorded = step.getItems()[i];
         if (!present[i])
             continue;
+        // A re-created item takes its values before it joins its parent: a chart slice then
+        // brings its count along as it is attached, which fills the gap its deletion left in the
+        // parent's total instead of counting it a second time. Offsets from the parent survive
+        // the attachment.
+        if (recreated[i])
+            manager.getItem(recorded.getId())->set(recorded.getSnapshot());
         const auto parent = recorded.getParentId() ? manager.getItem(recorded.getParentId()) : nullptr;
         manager.getItem(recorded.getId())->setParent(parent.get());
         // A new wrapper: which properties an item has can depend on its parent.
