@@ -144,10 +144,10 @@ bool GraphicsItemManager::isSelectable(QGraphicsItem* item) const
     return false;
 }
 
-Handler* GraphicsItemManager::getItemHandler(QGraphicsItem* item) const
+std::unique_ptr<Handler> GraphicsItemManager::getItemHandler(QGraphicsItem* item) const
 {
     for (const auto& type : types) {
-        if (Handler* handler = type.second->itemHandler(item))
+        if (auto handler = type.second->itemHandler(item))
             return handler;
     }
     return nullptr;

@@ -97,8 +97,16 @@ void UndoManager::changeEnd()
     current = DataSet();
     if (step.isEmpty())
         return;
+    // The clean state was undone and is dropped with the redo steps.
+    if (cleanDepth > int(undoSteps.size()))
+        cleanDepth = -1;
     undoSteps.push_back(std::move(step));
     redoSteps.clear();
+}
+
+void UndoManager::setClean()
+{
+    cleanDepth = int(undoSteps.size());
 }
 
 void UndoManager::undo()
@@ -124,6 +132,7 @@ void UndoManager::clear()
     undoSteps.clear();
     redoSteps.clear();
     current = DataSet();
+    cleanDepth = 0;
 }
 
 UndoManager::DataSet UndoManager::apply(const DataSet& step)

@@ -88,8 +88,14 @@ public:
     bool canRedo() const { return !redoSteps.empty(); }
     int getUndoCount() const { return int(undoSteps.size()); }
     int getRedoCount() const { return int(redoSteps.size()); }
-    // Whether anything can be undone.
-    bool hasChanged() const { return canUndo(); }
+    // Marks the present state as the saved one.
+    void setClean();
+    // Whether the state is the one last marked clean (at first: the empty history). Undo and redo
+    // can come back to it; a new step after undoing past it leaves it out of reach.
+    bool isClean() const { return cleanDepth == int(undoSteps.size()); }
+    // Whether the state differs from the one last marked clean.
+    bool hasChanged() const { return !isClean(); }
+    // Forgets every step; the state is clean.
     void clear();
 
 private:
@@ -100,6 +106,8 @@ private:
     std::deque<DataSet> undoSteps;
     std::deque<DataSet> redoSteps;
     DataSet current;
+    // How many steps could be undone in the clean state; -1 when it can no longer be reached.
+    int cleanDepth = 0;
 };
 
 } // namespace edit
