@@ -11,6 +11,7 @@
 #include "nu/graphics/rotationchilditem.h"
 
 #include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
 #include <QPainter>
 
 namespace nu {
@@ -62,6 +63,19 @@ void Handler::notApply()
     update();
 }
 
+QPointF Handler::localPoint(const QGraphicsSceneMouseEvent* event) const
+{
+    // Mapped here rather than taken from the event: the knob moved since the scene last brought
+    // its cached transform up to date. A knob that ignores transformations is mapped through the
+    // view the event came from.
+    QWidget* viewport = event->widget();
+    if (auto view = viewport ? qobject_cast<QGraphicsView*>(viewport->parentWidget()) : nullptr) {
+        const QTransform toViewport = view->viewportTransform();
+        return deviceTransform(toViewport).inverted().map(toViewport.map(event->scenePos()));
+    }
+    return sceneTransform().inverted().map(event->scenePos());
+}
+
 Scene* Handler::getEditorScene() const
 {
     return dynamic_cast<Scene*>(scene());
@@ -76,6 +90,7 @@ void Handler::mousePressEvent(QGraphicsSceneMouseEvent* event)
     }
     QGraphicsItem::mousePressEvent(event);
     dragging = true;
+    pressOffset = localPoint(event);
     if (Scene* editor = getEditorScene())
         editor->slotMoveHandlerStart(getHandledItem());
 }
@@ -86,10 +101,11 @@ void Handler::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
         event->ignore();
         return;
     }
-    // Qt moves the knob by the mouse's way since the press; the item follows, and the knob then
-    // goes where the item's new value puts it.
-    QGraphicsItem::mouseMoveEvent(event);
-    dragTo(pos());
+    // The knob's centre goes where the mouse is, less where on the knob it was pressed; the item
+    // follows, and the knob then goes where the item's new value puts it.
+    const QPointF target = mapToParent(localPoint(event) - pressOffset);
+    setPos(target);
+    dragTo(target);
     handlerChanged();
 }
 

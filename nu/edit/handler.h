@@ -58,6 +58,8 @@ protected:
     // The knob was dragged to p (in its parent's coordinates): change the item accordingly.
     virtual void dragTo(const QPointF& p) = 0;
     Scene* getEditorScene() const;
+    // Where the event's mouse is, in knob coordinates.
+    QPointF localPoint(const QGraphicsSceneMouseEvent* event) const;
 
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
@@ -67,6 +69,8 @@ private:
     double radius = 4.0;
     QColor color;
     bool dragging = false;
+    // Where on the knob the drag began, in knob coordinates.
+    QPointF pressOffset;
 };
 
 class HandlerSub;

@@ -30,6 +30,8 @@ Scene::Scene(GraphicsItemManager& manager, QObject* parent)
     , manager(manager)
     , undoManager(manager)
 {
+    // The signals carry ids under this name; receivers through a queue or a spy need it known.
+    qRegisterMetaType<PropertyItem::Id>("nu::edit::PropertyItem::Id");
     setSceneRect(-500, -500, 1000, 1000);
     manager.setScene(*this);
 }
