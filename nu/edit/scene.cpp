@@ -157,8 +157,13 @@ std::pair<Scene::Pick, QGraphicsItem*> Scene::pickItem(const QPointF& point, con
         const bool hidden = subSpace && !subSpace->getSubSpaceVisible();
         if (!hidden && !hit.contains(item))
             continue;
-        if (dynamic_cast<Handler*>(item))
-            return {Pick::Handle, item};
+        // A grey knob takes no press: what lies beneath is picked (it may even be hidden under
+        // an inner ring of the chart).
+        if (dynamic_cast<Handler*>(item)) {
+            if (item->flags() & QGraphicsItem::ItemIsMovable)
+                return {Pick::Handle, item};
+            continue;
+        }
         if (subSpace)
             return {!hidden && editable(item) ? Pick::Item : Pick::Blocked, item};
         if (editable(item))

@@ -83,8 +83,8 @@ public:
     int importFromFile(const JsonDataFile::Info& info);
 
     // The editable item under a scene point, for a press: the topmost item, skipping those that
-    // are not editable; a knob or a subspace ends the search. A hidden subspace still covers its
-    // origin: it is not picked, and neither is anything beneath it there.
+    // are not editable and grey knobs; a knob or a subspace ends the search. A hidden subspace
+    // still covers its origin: it is not picked, and neither is anything beneath it there.
     enum class Pick { Nothing, Handle, Blocked, Item };
     std::pair<Pick, QGraphicsItem*> pickItem(const QPointF& point,
                                              const QTransform& deviceTransform = QTransform()) const;

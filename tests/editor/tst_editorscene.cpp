@@ -6,6 +6,7 @@
 #include "tests/support/editcharts.h"
 
 #include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
@@ -155,6 +156,8 @@ private slots:
     void knobSets();
     void dragChangesOneValueInOneStep_data();
     void dragChangesOneValueInOneStep();
+    void dragThroughAZoomedView_data();
+    void dragThroughAZoomedView();
     void deleteTakesTheChildrenInOneStep_data();
     void deleteTakesTheChildrenInOneStep();
     void creationInEachMode_data();
@@ -169,33 +172,39 @@ void TestEditorScene::pressSelectsTheTopmostEditableItem_data()
 {
     QTest::addColumn<QString>("where");
     QTest::addColumn<bool>("hideSubSpaces");
+    QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("selected");
 
-    QTest::newRow("empty canvas") << "canvas" << false << "";
-    QTest::newRow("an outer slice") << "Bacteria" << false << "Bacteria";
-    QTest::newRow("the centre slice") << "root" << false << "root";
-    QTest::newRow("a straight text") << "figure" << false << "figure";
-    QTest::newRow("a bent line's second line") << "elbow" << false << "elbow";
+    const QString bracket = QStringLiteral("free bracket");
+    QTest::newRow("empty canvas") << "canvas" << false << bracket << "";
+    QTest::newRow("an outer slice") << "Bacteria" << false << bracket << "Bacteria";
+    QTest::newRow("the centre slice") << "root" << false << bracket << "root";
+    QTest::newRow("a straight text") << "figure" << false << bracket << "figure";
+    QTest::newRow("a bent line's second line") << "elbow" << false << bracket << "elbow";
     // The chart's centre slice stacks under every other top-level item.
-    QTest::newRow("a subspace over the chart") << "subspace" << false << "subspace";
+    QTest::newRow("a subspace over the chart") << "subspace" << false << bracket << "subspace";
     // Nothing is picked at a hidden subspace's origin: the selection stays.
-    QTest::newRow("a hidden subspace over the chart") << "subspace origin" << true << "free bracket";
-    QTest::newRow("beside a hidden subspace") << "root" << true << "root";
+    QTest::newRow("a hidden subspace over the chart") << "subspace origin" << true << bracket << "free bracket";
+    QTest::newRow("beside a hidden subspace") << "root" << true << bracket << "root";
+    // An outer slice's grey position knob lies on the chart's centre.
+    QTest::newRow("under a grey knob") << "centre" << true << "Archaea" << "root";
 }
 
 void TestEditorScene::pressSelectsTheTopmostEditableItem()
 {
     QFETCH(QString, where);
     QFETCH(bool, hideSubSpaces);
+    QFETCH(QString, before);
     QFETCH(QString, selected);
 
     Fixture f;
     f.scene.slotEditSubSpacesVisible(!hideSubSpaces);
-    f.scene.selectItem(f.item(QStringLiteral("free bracket")));
+    f.scene.selectItem(f.item(before));
     const std::map<QString, QPointF> points{
         {"canvas", QPointF(300, 300)},
         {"Bacteria", f.inside(QStringLiteral("Bacteria"))},
         {"root", QPointF(-15, 15)},
+        {"centre", f.item(QStringLiteral("root"))->scenePos()},
         {"figure", f.on(QStringLiteral("figure"))},
         {"elbow", f.item(QStringLiteral("elbow"))->mapToScene(QPointF(15, 0))},
         {"subspace", f.item(QStringLiteral("subspace"))->mapToScene(QPointF(7, -7))},
@@ -311,6 +320,44 @@ void TestEditorScene::dragChangesOneValueInOneStep()
     f.scene.slotUndo();
     QCOMPARE(state(f.manager), before);
     QCOMPARE(f.knobs()->getHandledItem(), f.item(item));
+}
+
+void TestEditorScene::dragThroughAZoomedView_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("changes");
+
+    // The mouse moves 30 pixels right and 20 down on a view zoomed twice.
+    QTest::newRow("a line's end") << "line" << "end.x=55 end.y=-10";
+    // A line that ignores transformations is measured in pixels.
+    QTest::newRow("the end of a line that ignores transformations") << "elbow" << "end.x=60 end.y=20";
+}
+
+void TestEditorScene::dragThroughAZoomedView()
+{
+    QFETCH(QString, item);
+    QFETCH(QString, changes);
+
+    Fixture f;
+    QGraphicsView view(&f.scene);
+    view.scale(2, 2);
+    view.resize(600, 600);
+    view.show();
+    QVERIFY(f.scene.selectItem(f.item(item)));
+    const QTransform toViewport = view.viewportTransform();
+    const QPoint from = f.knob(1)->deviceTransform(toViewport).map(QPointF()).toPoint();
+    const QJsonObject json = f.json(item);
+    const auto send = [&](QEvent::Type type, const QPoint& at) {
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        const Qt::MouseButtons buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, at, view.viewport()->mapToGlobal(at), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    send(QEvent::MouseButtonPress, from);
+    for (const QPoint& way : {QPoint(10, 7), QPoint(21, 12), QPoint(30, 20)})
+        send(QEvent::MouseMove, from + way);
+    send(QEvent::MouseButtonRelease, from + QPoint(30, 20));
+    QCOMPARE(changed(json, f.json(item)).join(QLatin1Char(' ')), changes);
 }
 
 void TestEditorScene::deleteTakesTheChildrenInOneStep_data()
