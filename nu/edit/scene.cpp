@@ -50,6 +50,7 @@ void Scene::setClean()
 
 void Scene::reset()
 {
+    closeDrag();
     deleteHandlers();
     manager.reset();
     undoManager.clear();
@@ -206,15 +207,27 @@ void Scene::keyPressEvent(QKeyEvent* event)
 
 void Scene::slotMoveHandlerStart(QGraphicsItem* item)
 {
+    closeDrag();
     undoManager.changeBegin();
+    dragOpen = true;
     if (const auto wrapped = manager.getItem(item))
         undoManager.changeItem(*wrapped);
 }
 
 void Scene::slotMoveHandlerEnd(QGraphicsItem*)
 {
-    undoManager.changeEnd();
+    if (!dragOpen)
+        return;
+    closeDrag();
     emit signalSceneChanged();
+}
+
+void Scene::closeDrag()
+{
+    if (!dragOpen)
+        return;
+    dragOpen = false;
+    undoManager.changeEnd();
     undoStateChanged();
 }
 
@@ -228,12 +241,14 @@ void Scene::slotUpdate()
 
 void Scene::slotUndo()
 {
+    closeDrag();
     if (!undoManager.canUndo())
         return;
     const PropertyItem::Id handled = manager.findId(getHandledItem());
     undoManager.undo();
     // Restored items come back as they were made, visible.
-    applySubSpaceVisibility(subSpaceVisible);
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
     // The handled item may have been made anew or moved to another parent: new knobs.
     refreshHandlers(handled);
     emit signalHandlerChanged();
@@ -243,11 +258,13 @@ void Scene::slotUndo()
 
 void Scene::slotRedo()
 {
+    closeDrag();
     if (!undoManager.canRedo())
         return;
     const PropertyItem::Id handled = manager.findId(getHandledItem());
     undoManager.redo();
-    applySubSpaceVisibility(subSpaceVisible);
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
     refreshHandlers(handled);
     emit signalHandlerChanged();
     emit signalSceneChanged();
@@ -256,6 +273,7 @@ void Scene::slotRedo()
 
 void Scene::slotDeleteSelected()
 {
+    closeDrag();
     std::vector<QGraphicsItem*> doomed;
     for (const auto& handler : handlers) {
         if (handler->isDeletable())
@@ -351,6 +369,7 @@ std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, co
 
 PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent)
 {
+    closeDrag();
     undoManager.changeBegin();
     const auto item = makeItem(type, values, point, parent);
     undoManager.changeEnd();
@@ -378,6 +397,7 @@ PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* 
 
 PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* parent)
 {
+    closeDrag();
     undoManager.changeBegin();
     const auto item = makeItem(ArcText, {{QStringLiteral("radius"), 100.0}, {QStringLiteral("text"), QStringLiteral("new text")}},
                               point, parent);
@@ -417,6 +437,7 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
         first.emplace_back(QStringLiteral("ignoretransformations"), true);
         second.emplace_back(QStringLiteral("ignoretransformations"), true);
     }
+    closeDrag();
     undoManager.changeBegin();
     std::shared_ptr<PropertyItem> text;
     if (const auto line = makeItem(Line, first, point, parent)) {
@@ -465,11 +486,13 @@ int Scene::loadFromFile(const JsonDataFile::Info& info)
 {
     // Read and checked before anything of the present chart goes.
     const JsonDataFile file(info);
+    closeDrag();
     deleteHandlers();
     manager.reset();
     undoManager.clear();
     const int skipped = manager.fromJson(file.data());
-    applySubSpaceVisibility(subSpaceVisible);
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
     slotFitCanvas();
     emit signalHandlerChanged();
     emit signalItemSelected(0);
@@ -505,6 +528,7 @@ int Scene::importFromFile(const JsonDataFile::Info& info)
                 child->setParent(parent.get());
         }
     };
+    closeDrag();
     undoManager.changeBegin();
     int skipped = 0;
     {
@@ -512,7 +536,8 @@ int Scene::importFromFile(const JsonDataFile::Info& info)
         skipped = loadJson(Recording{manager, undoManager}, file.data());
     }
     undoManager.changeEnd();
-    applySubSpaceVisibility(subSpaceVisible);
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
     slotFitCanvas();
     emit signalChangeApplied();
     emit signalSceneChanged();

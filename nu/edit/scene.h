@@ -132,6 +132,9 @@ private:
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
     void deleteHandlers();
+    // Ends a knob drag still under way as its own step, before another action (a shortcut
+    // pressed while the mouse is held) opens one.
+    void closeDrag();
     // Knobs anew on the handled item after its values or its parent changed under them.
     void refreshHandlers(PropertyItem::Id handled);
     void applySubSpaceVisibility(bool visible);
@@ -141,6 +144,7 @@ private:
     UndoManager undoManager;
     Handlers handlers;
     bool subSpaceVisible = true;
+    bool dragOpen = false;
 };
 
 } // namespace edit

@@ -3,6 +3,7 @@
 #include "nu/edit/propertyset.h"
 
 #include <deque>
+#include <unordered_map>
 #include <vector>
 
 namespace nu {
@@ -60,13 +61,15 @@ public:
         // True when the step has no state of the item, or the item differs from it.
         bool undoDiff(const PropertyItem& item);
         void addCreated(long id) { created.push_back(id); }
-        void addState(Data data) { items.push_back(std::move(data)); }
+        void addState(Data data);
 
         const Items& getItems() const { return items; }
         const std::vector<long>& getCreated() const { return created; }
 
     private:
         Items items;
+        // Where each id's state is in items: a step deleting a whole chart holds thousands.
+        std::unordered_map<long, std::size_t> positions;
         std::vector<long> created;
     };
 

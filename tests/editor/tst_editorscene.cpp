@@ -158,6 +158,8 @@ private slots:
     void dragChangesOneValueInOneStep();
     void dragThroughAZoomedView_data();
     void dragThroughAZoomedView();
+    void shortcutsDuringADrag_data();
+    void shortcutsDuringADrag();
     void deleteTakesTheChildrenInOneStep_data();
     void deleteTakesTheChildrenInOneStep();
     void creationInEachMode_data();
@@ -358,6 +360,43 @@ void TestEditorScene::dragThroughAZoomedView()
         send(QEvent::MouseMove, from + way);
     send(QEvent::MouseButtonRelease, from + QPoint(30, 20));
     QCOMPARE(changed(json, f.json(item)).join(QLatin1Char(' ')), changes);
+}
+
+void TestEditorScene::shortcutsDuringADrag_data()
+{
+    QTest::addColumn<QString>("shortcut");
+    QTest::addColumn<int>("undoSteps");
+    QTest::addColumn<int>("redoSteps");
+
+    // The drag so far is a step of its own; the rest of it goes nowhere.
+    QTest::newRow("delete") << "delete" << 2 << 0;
+    QTest::newRow("undo") << "undo" << 0 << 1;
+}
+
+void TestEditorScene::shortcutsDuringADrag()
+{
+    QFETCH(QString, shortcut);
+    QFETCH(int, undoSteps);
+    QFETCH(int, redoSteps);
+
+    Fixture f;
+    const auto before = state(f.manager);
+    QVERIFY(f.scene.selectItem(f.item(QStringLiteral("figure"))));
+    const QPointF from = f.knob(0)->scenePos();
+    f.mouse(QEvent::GraphicsSceneMousePress, from);
+    f.mouse(QEvent::GraphicsSceneMouseMove, from + QPointF(10, 10));
+    if (shortcut == QLatin1String("delete"))
+        f.key(Qt::Key_Delete);
+    else
+        f.scene.slotUndo();
+    f.mouse(QEvent::GraphicsSceneMouseMove, from + QPointF(20, 20));
+    f.mouse(QEvent::GraphicsSceneMouseRelease, from + QPointF(20, 20));
+
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), undoSteps);
+    QCOMPARE(f.scene.getUndoManager().getRedoCount(), redoSteps);
+    while (f.scene.canUndo())
+        f.scene.slotUndo();
+    QCOMPARE(state(f.manager), before);
 }
 
 void TestEditorScene::deleteTakesTheChildrenInOneStep_data()
