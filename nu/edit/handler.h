@@ -177,7 +177,10 @@ public:
     }
 
 protected:
-    void dragTo(const QPointF& p) override { item.setAngle(handlergeometry::spanTo(p, item.getRot(), item.getAngle())); }
+    void dragTo(const QPointF& p) override
+    {
+        item.setAngle(handlergeometry::spanTo(p, item.getRot(), item.getAngle()));
+    }
 
 private:
     T& item;

@@ -102,8 +102,8 @@ void Scene::deleteItem(QGraphicsItem* item)
 
 void Scene::deleteItemHandler(QGraphicsItem* item)
 {
-    const auto found = std::find_if(handlers.begin(), handlers.end(), [item](const std::unique_ptr<Handler>& handler) {
-        return handler->getHandledItem() == item;
+    const auto found = std::find_if(handlers.begin(), handlers.end(), [item](const std::unique_ptr<Handler>& held) {
+        return held->getHandledItem() == item;
     });
     if (found == handlers.end())
         return;
@@ -114,9 +114,8 @@ void Scene::deleteItemHandler(QGraphicsItem* item)
 
 void Scene::releaseHandler(Handler* handler)
 {
-    const auto found = std::find_if(handlers.begin(), handlers.end(), [handler](const std::unique_ptr<Handler>& held) {
-        return held.get() == handler;
-    });
+    const auto found = std::find_if(handlers.begin(), handlers.end(),
+                                    [handler](const std::unique_ptr<Handler>& held) { return held.get() == handler; });
     if (found == handlers.end())
         return;
     // Its Qt parent is deleting it.
@@ -148,7 +147,8 @@ std::pair<Scene::Pick, QGraphicsItem*> Scene::pickItem(const QPointF& point, con
 {
     // A few units of slack, so that a thin line can be hit.
     const QRectF area = graphics::centeredRect(point, 4.0);
-    const QList<QGraphicsItem*> shapeHits = items(area, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform);
+    const QList<QGraphicsItem*> shapeHits =
+        items(area, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform);
     const QSet<QGraphicsItem*> hit(shapeHits.begin(), shapeHits.end());
     const auto editable = [this](QGraphicsItem* item) { return manager.findId(item) && manager.isSelectable(item); };
 
@@ -349,7 +349,8 @@ void Scene::notifyItemCreated(PropertyItem::Id id)
     emit signalItemSelected(id);
 }
 
-std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, const QPointF& point, QGraphicsItem* parent)
+std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, const QPointF& point,
+                                              QGraphicsItem* parent)
 {
     const auto item = manager.createItem(type);
     if (!item)
@@ -383,7 +384,9 @@ PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& p
 
 PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* parent)
 {
-    Values values{{QStringLiteral("radius"), 100.0}, {QStringLiteral("tip-length"), 10.0}, {QStringLiteral("angle"), 45.0}};
+    Values values{{QStringLiteral("radius"), 100.0},
+                  {QStringLiteral("tip-length"), 10.0},
+                  {QStringLiteral("angle"), 45.0}};
     // On a slice the angle is an offset from the slice's span.
     if (manager.findId(parent) && dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
@@ -392,15 +395,16 @@ PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* p
 
 PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(RectBracket, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point, parent);
+    return makeOne(RectBracket, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
+                   parent);
 }
 
 PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* parent)
 {
     closeDrag();
     undoManager.changeBegin();
-    const auto item = makeItem(ArcText, {{QStringLiteral("radius"), 100.0}, {QStringLiteral("text"), QStringLiteral("new text")}},
-                              point, parent);
+    const Values values{{QStringLiteral("radius"), 100.0}, {QStringLiteral("text"), QStringLiteral("new text")}};
+    const auto item = makeItem(ArcText, values, point, parent);
     // On a slice (or on a bracket on one) the text starts as the slice's label.
     if (item && item->getParentId()) {
         if (auto graphics = dynamic_cast<graphics::BaseItem*>(manager.getGraphicsItem(item->getId())))
@@ -418,7 +422,9 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
 PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
 {
     return makeOne(RectText,
-                  {{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0}, {QStringLiteral("text"), QStringLiteral("new text")}},
+                  {{QStringLiteral("position.x"), 0.0},
+                   {QStringLiteral("position.y"), 0.0},
+                   {QStringLiteral("text"), QStringLiteral("new text")}},
                   point, parent);
 }
 
@@ -472,7 +478,9 @@ PropertyItem::Id Scene::itemAddSubSpace(const QPointF& point, QGraphicsItem* par
     if (!subSpaceVisible)
         slotEditSubSpacesVisible(true);
     return makeOne(SubSpace,
-                  {{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0}, {QStringLiteral("rotation"), 0.0}},
+                  {{QStringLiteral("position.x"), 0.0},
+                   {QStringLiteral("position.y"), 0.0},
+                   {QStringLiteral("rotation"), 0.0}},
                   point, parent);
 }
 

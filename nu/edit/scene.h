@@ -129,7 +129,8 @@ private:
 
     // Within an open undo step: a new item of the type with the values, placed on parent or at
     // point. Null when the type can't be made.
-    std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
+    std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
+                                           QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
     void deleteHandlers();
     // Ends a knob drag still under way as its own step, before another action (a shortcut

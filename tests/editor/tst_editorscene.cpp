@@ -39,7 +39,8 @@ std::map<long, QString> state(Scene::ItemManager& manager)
         const long id = item.value(QStringLiteral("id")).toInt();
         const QRectF rect = manager.getGraphicsItem(id)->sceneBoundingRect();
         result[id] = QString::fromUtf8(QJsonDocument(item).toJson(QJsonDocument::Compact))
-                     + QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+                     + QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width())
+                           .arg(rect.height());
     }
     return result;
 }
@@ -283,7 +284,8 @@ void TestEditorScene::dragChangesOneValueInOneStep_data()
     QTest::newRow("bracket on a slice: radius") << "slice bracket" << 1 << polarPoint(100, 50) << "radius=30";
     QTest::newRow("bracket on a slice: grey position") << "slice bracket" << 0 << QPointF(30, 30) << "";
     // Bacteria spans 216 degrees; its bracket turns its text to 108, 82 out.
-    QTest::newRow("arc text radius and rotation") << "arc text" << 1 << polarPoint(100, 128) << "radius=18 rotation=20";
+    QTest::newRow("arc text radius and rotation")
+        << "arc text" << 1 << polarPoint(100, 128) << "radius=18 rotation=20";
     QTest::newRow("chart position") << "root" << 0 << QPointF(-20, 30) << "position.x=-20 position.y=30";
     QTest::newRow("chart rotation") << "root" << 1 << polarPoint(10, -120) << "rotation=-120";
     QTest::newRow("chart centre width") << "root" << 2 << polarPoint(55, 0) << "radius=55";
@@ -404,7 +406,8 @@ void TestEditorScene::deleteTakesTheChildrenInOneStep_data()
     QTest::addColumn<QString>("item");
     QTest::addColumn<QStringList>("gone");
 
-    QTest::newRow("a slice with its bracket and text") << "Bacteria" << QStringList{"Bacteria", "slice bracket", "arc text"};
+    QTest::newRow("a slice with its bracket and text")
+        << "Bacteria" << QStringList{"Bacteria", "slice bracket", "arc text"};
     QTest::newRow("the whole chart") << "root"
                                      << QStringList{"root", "Bacteria", "Archaea", "slice bracket", "arc text"};
     QTest::newRow("a bent line with its text") << "line" << QStringList{"line", "elbow", "note"};
@@ -449,9 +452,11 @@ void TestEditorScene::creationInEachMode_data()
     QTest::addColumn<QString>("value");
 
     QTest::newRow("arc text") << Mode::ArcText << "" << 1 << 1 << "radius=100;text=new text";
-    QTest::newRow("arc text on a slice: its label") << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria [60.00%]";
+    QTest::newRow("arc text on a slice: its label")
+        << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria [60.00%]";
     QTest::newRow("arc bracket") << Mode::ArcBracket << "" << 5 << 1 << "angle=45;tip-length=10";
-    QTest::newRow("arc bracket on a slice spans it") << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=100;angles=";
+    QTest::newRow("arc bracket on a slice spans it")
+        << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=100;angles=";
     QTest::newRow("straight text") << Mode::RectText << "" << 6 << 1 << "text=new text";
     QTest::newRow("straight text on a bracket") << Mode::RectText << "free bracket" << 6 << 1 << "position.x=0";
     QTest::newRow("elbow text") << Mode::ElbowText << "" << 6 << 3 << "text=new text";
