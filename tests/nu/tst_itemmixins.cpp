@@ -13,6 +13,7 @@
 
 #include <QtTest>
 
+#include <map>
 #include <memory>
 
 using namespace nu::graphics;
@@ -157,6 +158,8 @@ private slots:
     void setCountClampsAndSkipsEqualValues();
     void deferredLayoutKeepsTotalsOnly();
     void removedCountStaysInTheParentsTotal();
+    void removedChildLeavesAGapThatAttachingFills_data();
+    void removedChildLeavesAGapThatAttachingFills();
     void ignoringTransformationsRoundTrip_data();
     void ignoringTransformationsRoundTrip();
     void defaultTextAndAreaFollowTheTree();
@@ -366,6 +369,68 @@ void TestItemMixins::removedCountStaysInTheParentsTotal()
     owned.reset(child);
     QCOMPARE(root.getTotal(), qint64(5));
     QCOMPARE(child->getTotal(), qint64(4));
+}
+
+void TestItemMixins::removedChildLeavesAGapThatAttachingFills_data()
+{
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<qint64>("rootTotal");
+    QTest::addColumn<qint64>("rootGap");
+
+    // root 1 holds a 4 (holding g 2) and b 3. "-x" takes x from its parent, "+x>y" attaches x to
+    // y, "x=n" sets x's own count.
+    QTest::newRow("as built") << "" << qint64(10) << qint64(0);
+    QTest::newRow("removed") << "-a" << qint64(10) << qint64(6);
+    QTest::newRow("put back") << "-a +a>root" << qint64(10) << qint64(0);
+    QTest::newRow("put back in pieces") << "-g -a +a>root +g>a" << qint64(10) << qint64(0);
+    QTest::newRow("moved to a sibling") << "-a +a>b" << qint64(10) << qint64(0);
+    QTest::newRow("a sibling's count is no attachment") << "-a b=5" << qint64(12) << qint64(6);
+    QTest::newRow("a larger subtree overflows the gap") << "-g -a a=9 +a>root" << qint64(15) << qint64(0);
+    QTest::newRow("a smaller one leaves the rest") << "-g -a +g>root" << qint64(10) << qint64(4);
+    QTest::newRow("counts of an attached child change totals") << "-a +a>root a=1" << qint64(7) << qint64(0);
+}
+
+void TestItemMixins::removedChildLeavesAGapThatAttachingFills()
+{
+    QFETCH(QString, steps);
+    QFETCH(qint64, rootTotal);
+    QFETCH(qint64, rootGap);
+
+    Parent root;
+    root.setCount(1);
+    std::map<QString, Parent*> items{{QStringLiteral("root"), &root}};
+    std::vector<std::unique_ptr<Parent>> detached;
+    const auto add = [&](const QString& name, Parent& parent, int count) {
+        auto item = std::make_unique<Parent>();
+        item->setCount(count);
+        items[name] = item.get();
+        parent.addChild(item.release());
+    };
+    add(QStringLiteral("a"), root, 4);
+    add(QStringLiteral("g"), *items[QStringLiteral("a")], 2);
+    add(QStringLiteral("b"), root, 3);
+
+    for (const QString& step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        if (step.startsWith(QLatin1Char('-'))) {
+            Parent* item = items[step.mid(1)];
+            item->removeFromParent();
+            detached.emplace_back(item);
+        } else if (step.startsWith(QLatin1Char('+'))) {
+            const QStringList names = step.mid(1).split(QLatin1Char('>'));
+            Parent* item = items[names[0]];
+            for (auto& owned : detached) {
+                if (owned.get() == item)
+                    owned.release();
+            }
+            items[names[1]]->addChild(item);
+        } else {
+            const QStringList parts = step.split(QLatin1Char('='));
+            items[parts[0]]->setCount(parts[1].toInt());
+        }
+    }
+    QCOMPARE(root.getTotal(), rootTotal);
+    QCOMPARE(root.getDetachedTotal(), rootGap);
+    QCOMPARE(root.laidOutWith, rootTotal);
 }
 
 void TestItemMixins::ignoringTransformationsRoundTrip_data()
