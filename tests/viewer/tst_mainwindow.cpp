@@ -5,6 +5,7 @@
 #include "tests/support/treeliteral.h"
 #include "nu/multiprogresswidget.h"
 #include "tests/support/httpserver.h"
+#include "tests/support/scriptedprompter.h"
 #include "viewer/browser.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
@@ -35,48 +36,7 @@ using Position = Zem::Ontology::Reader::Position;
 
 namespace {
 
-// Answers in place of the user and keeps what was shown.
-class ScriptedPrompter : public nu::Prompter
-{
-public:
-    struct Shown
-    {
-        QMessageBox::Icon icon;
-        QString title;
-        QString text;
-    };
-
-    QMessageBox::StandardButton message(QWidget*, QMessageBox::Icon icon, const QString& title, const QString& text,
-                                        QMessageBox::StandardButtons) override
-    {
-        shown.append({icon, title, text});
-        return answers.isEmpty() ? QMessageBox::No : answers.takeFirst();
-    }
-    QString getOpenFileName(QWidget*, const QString&, const QString&) override
-    {
-        return openNames.isEmpty() ? QString() : openNames.takeFirst();
-    }
-    QString getSaveFileName(QWidget*, const QString&, const QString&) override
-    {
-        ++saveDialogs;
-        return saveNames.isEmpty() ? QString() : saveNames.takeFirst();
-    }
-    int exec(QDialog& dialog) override
-    {
-        dialogs << QString::fromLatin1(dialog.metaObject()->className());
-        return onDialog ? onDialog(dialog) : QDialog::Rejected;
-    }
-
-    QString lastTitle() const { return shown.isEmpty() ? QString() : shown.last().title; }
-
-    QList<Shown> shown;
-    QList<QMessageBox::StandardButton> answers;
-    QStringList openNames;
-    QStringList saveNames;
-    int saveDialogs = 0;
-    QStringList dialogs;
-    std::function<int(QDialog&)> onDialog;
-};
+using Sorvik::Test::ScriptedPrompter;
 
 // Fills the wizard as a user would have and accepts it.
 std::function<int(QDialog&)> krona(const QString& file)
