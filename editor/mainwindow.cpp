@@ -518,9 +518,8 @@ bool MainWindow::exportPng(const QString& name, double scale)
         scene->saveToPng(name, scale);
     } catch (const nu::graphics::SceneImage::WriteException&) {
         warn(tr("Problem exporting image"),
-             tr("%1 couldn't be written: either the file cannot be written (check that its folder exists, that "
-                "you may write there and that the disk is not full) or the image is too large for the memory; "
-                "a smaller scale may do.")
+             tr("%1 couldn't be written. Check that its folder exists, that you may write there and that the disk "
+                "is not full; an image too large for the memory needs a smaller scale.")
                  .arg(shown(name)));
         return false;
     }
