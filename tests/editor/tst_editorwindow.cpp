@@ -11,6 +11,7 @@
 #include "viewer/piechartitem.h"
 
 #include <QAction>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QJsonDocument>
 #include <QLineEdit>
@@ -23,6 +24,7 @@ using Sorvik::Edit::MainWindow;
 using Sorvik::Edit::Scene;
 using Sorvik::Test::ScriptedPrompter;
 using Slice = nu::graphics::PieChartTextItem;
+using Sorvik::Edit::View;
 
 namespace {
 
@@ -49,13 +51,6 @@ QByteArray contents(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void write(const QString& path, const QByteArray& data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(data);
-}
-
 // Where a slice is drawn and how: its span in scene degrees, its ring, count, colours and label.
 QString describe(const Slice& slice, const QString& label)
 {
@@ -80,21 +75,12 @@ QStringList slices(const Slice& root, Label label)
     return result;
 }
 
-Slice* centreOf(Scene& scene)
+// The slice whose label starts with prefix; with an empty prefix, the chart's centre.
+Slice* sliceLabelled(Scene& scene, const QString& prefix = QString())
 {
     for (QGraphicsItem* item : scene.items()) {
         auto slice = dynamic_cast<Slice*>(item);
-        if (slice && !slice->parentItem())
-            return slice;
-    }
-    return nullptr;
-}
-
-Slice* sliceLabelled(Scene& scene, const QString& prefix)
-{
-    for (QGraphicsItem* item : scene.items()) {
-        auto slice = dynamic_cast<Slice*>(item);
-        if (slice && slice->getText().text.startsWith(prefix))
+        if (slice && (prefix.isEmpty() ? !slice->parentItem() : slice->getText().text.startsWith(prefix)))
             return slice;
     }
     return nullptr;
@@ -116,10 +102,11 @@ class TestEditorWindow : public QObject
 private slots:
     void initTestCase() { Sorvik::initResources(); }
     void init();
-    void cleanup();
 
     void copyKeepsTheViewerChart_data();
     void copyKeepsTheViewerChart();
+    void sheetEditIsOneUndoStep_data();
+    void sheetEditIsOneUndoStep();
     void saveCloseOpenGivesIdenticalJson();
     void exportDrawsTheChartWithoutKnobs();
     void fileFailuresWarnAndKeepTheChart_data();
@@ -128,12 +115,10 @@ private slots:
     void paintModeOneStepPerClick();
     void closingAsksAboutUnsavedChanges_data();
     void closingAsksAboutUnsavedChanges();
-    void editUnderWayIsSaved();
 
 private:
-    std::unique_ptr<MainWindow> makeWindow();
-    // The window with a copy of the test chart, as the viewer opens it.
-    std::unique_ptr<MainWindow> chartWindow();
+    // A window with a copy of the test chart, as the viewer opens it (none when literal is empty).
+    std::unique_ptr<MainWindow> makeWindow(const QString& literal = tree, int levels = 5, double percent = 0.5);
 
     std::unique_ptr<QTemporaryDir> dir;
     std::shared_ptr<ScriptedPrompter> prompter;
@@ -145,24 +130,12 @@ void TestEditorWindow::init()
     prompter = std::make_shared<ScriptedPrompter>();
 }
 
-void TestEditorWindow::cleanup()
-{
-    prompter.reset();
-    dir.reset();
-}
-
-std::unique_ptr<MainWindow> TestEditorWindow::makeWindow()
+std::unique_ptr<MainWindow> TestEditorWindow::makeWindow(const QString& literal, int levels, double percent)
 {
     auto window = std::make_unique<MainWindow>();
     window->setPrompter(prompter);
-    return window;
-}
-
-std::unique_ptr<MainWindow> TestEditorWindow::chartWindow()
-{
-    auto window = makeWindow();
-    const auto chart = viewerChart(dir->filePath(QStringLiteral("chart.ontology")), tree, 5, 0.5);
-    window->createPieChart(chart.get());
+    if (!literal.isEmpty())
+        window->createPieChart(viewerChart(dir->filePath("chart.ontology"), literal, levels, percent).get());
     return window;
 }
 
@@ -186,13 +159,12 @@ void TestEditorWindow::copyKeepsTheViewerChart()
     QFETCH(double, percent);
     QFETCH(int, count);
 
-    const auto chart = viewerChart(dir->filePath(QStringLiteral("chart.ontology")), literal, levels, percent);
+    const auto chart = viewerChart(dir->filePath("chart.ontology"), literal, levels, percent);
     QVERIFY(chart);
-    auto window = makeWindow();
+    auto window = makeWindow(QString());
     window->createPieChart(chart.get());
     Scene& scene = window->getScene();
-
-    Slice* copy = centreOf(scene);
+    Slice* copy = sliceLabelled(scene);
     QVERIFY(copy);
     const QStringList expected = slices(*chart, [](const Slice& slice) { return slice.getDefaultText(); });
     QCOMPARE(expected.size(), count);
@@ -208,79 +180,129 @@ void TestEditorWindow::copyKeepsTheViewerChart()
     const auto outer = copy->sortedChildren<Slice>();
     Slice* picked = outer.empty() ? copy : outer.front();
     QCOMPARE(scene.pickItem(inside(*picked)).second, picked);
-
     // A fresh chart: nothing to undo and nothing to save.
     QVERIFY(!scene.canUndo());
     QVERIFY(!window->isWindowModified());
     QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*] - Sorvik Piechart Editor"));
 }
 
+void TestEditorWindow::sheetEditIsOneUndoStep_data()
+{
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("steps");
+
+    QTest::newRow("new label") << "text.text" << QVariant("Firmicutes (phylum)") << 1;
+    QTest::newRow("same label") << "text.text" << QVariant() << 0;
+    QTest::newRow("wider ring") << "radius" << QVariant(45.0) << 1;
+    QTest::newRow("same ring") << "radius" << QVariant() << 0;
+}
+
+void TestEditorWindow::sheetEditIsOneUndoStep()
+{
+    QFETCH(QString, property);
+    QFETCH(QVariant, value);
+    QFETCH(int, steps);
+
+    auto window = makeWindow();
+    Scene& scene = window->getScene();
+    nu::edit::PropertiesWidget* sheet = window->getPropertiesWidget();
+    // The dock's sheet follows the scene's selection.
+    QVERIFY(scene.selectItem(sliceLabelled(scene, "Firmicutes")));
+    const long id = sheet->getSelectedId();
+    QVERIFY(id);
+    const auto item = [&] { return scene.getItemManager().getItem(id); };
+    const QVariant before = item()->getPropertyValue(property);
+    if (!value.isValid())
+        value = before;
+
+    QWidget* editor = sheet->getEditor(property);
+    if (auto line = qobject_cast<QLineEdit*>(editor)) {
+        line->setText(value.toString());
+        emit line->editingFinished();
+    } else if (auto spin = qobject_cast<QDoubleSpinBox*>(editor)) {
+        spin->setValue(value.toDouble());
+        emit spin->editingFinished();
+    } else {
+        QFAIL("no editor");
+    }
+    QCOMPARE(item()->getPropertyValue(property), value);
+    QCOMPARE(scene.getUndoManager().getUndoCount(), steps);
+    QCOMPARE(window->isWindowModified(), steps > 0);
+    QCOMPARE(window->getActions().editUndo->isEnabled(), steps > 0);
+    window->getActions().editUndo->trigger();
+    QCOMPARE(item()->getPropertyValue(property), before);
+    // The sheet shows the value undone.
+    if (auto line = qobject_cast<QLineEdit*>(editor))
+        QCOMPARE(line->text(), before.toString());
+}
+
 void TestEditorWindow::saveCloseOpenGivesIdenticalJson()
 {
-    const QString path = dir->filePath(QStringLiteral("annotated.pie"));
+    const QString path = dir->filePath("annotated.pie");
     QByteArray saved;
     {
-        auto window = chartWindow();
+        auto window = makeWindow();
         Scene& scene = window->getScene();
-        Slice* firmicutes = sliceLabelled(scene, QStringLiteral("Firmicutes"));
-        QVERIFY(firmicutes);
+        Slice* firmicutes = sliceLabelled(scene, "Firmicutes");
         const long bracket = scene.itemAddArcBracket(inside(*firmicutes), firmicutes);
-        QVERIFY(bracket);
         QVERIFY(scene.itemAddArcText(QPointF(), scene.getItemManager().getGraphicsItem(bracket)));
         QVERIFY(scene.itemAddRectText(QPointF(200, -150)));
         QVERIFY(window->isWindowModified());
+        // The centre slice's order is no row of the sheet, but it is saved.
+        QVERIFY(scene.selectItem(sliceLabelled(scene)));
+        QVERIFY(!window->getPropertiesWidget()->getRow("order"));
 
         QVERIFY(window->saveFile(path));
         QVERIFY(!window->isWindowModified());
         QCOMPARE(window->windowTitle(), QStringLiteral("annotated.pie[*] - Sorvik Piechart Editor"));
         saved = contents(path);
         QVERIFY(window->close());
-        QVERIFY(prompter->shown.isEmpty());
     }
-    auto window = makeWindow();
+    auto window = makeWindow(QString());
     QVERIFY(window->openFile(path));
     QCOMPARE(window->getFileName(), path);
     QVERIFY(!window->isWindowModified());
-    const QString again = dir->filePath(QStringLiteral("again.pie"));
+    const QString again = dir->filePath("again.pie");
     QVERIFY(window->saveFile(again));
     // Loaded items take fresh ids; everything else comes back as it was saved.
     const auto items = [](const QByteArray& json) {
         return Sorvik::Test::normalizedItems(QJsonDocument::fromJson(json).object().value("data").toArray());
     };
-    QCOMPARE(items(contents(again)), items(saved));
-    QCOMPARE(items(saved).size(), 19);
+    const QJsonArray original = items(saved);
+    QCOMPARE(items(contents(again)), original);
+    QCOMPARE(original.size(), 19);
+    const auto centre = std::find_if(original.begin(), original.end(), [](const QJsonValue& item) {
+        return item["type"] == 2 && item["parent-id"] == 0;
+    });
+    QVERIFY(centre->toObject()["data"].toObject().contains("order"));
     QVERIFY(prompter->shown.isEmpty());
 }
 
 void TestEditorWindow::exportDrawsTheChartWithoutKnobs()
 {
-    auto window = chartWindow();
+    auto window = makeWindow();
     Scene& scene = window->getScene();
-    const QString plainSvg = dir->filePath(QStringLiteral("plain.svg"));
-    const QString plainPng = dir->filePath(QStringLiteral("plain.png"));
-    QVERIFY(window->exportSvg(plainSvg));
-    QVERIFY(window->exportPng(plainPng, 2.0));
-
-    const QByteArray svg = contents(plainSvg);
-    QVERIFY(svg.contains("<svg"));
-    QVERIFY(svg.trimmed().endsWith("</svg>"));
-    const QImage png(plainPng);
+    const auto exported = [&](const QString& name) {
+        const QString svg = dir->filePath(name + ".svg"), png = dir->filePath(name + ".png");
+        return window->exportSvg(svg) && window->exportPng(png, 2.0) ? qMakePair(contents(svg), QImage(png))
+                                                                     : qMakePair(QByteArray(), QImage());
+    };
+    const auto plain = exported("plain");
+    QVERIFY(plain.first.contains("<svg"));
+    QVERIFY(plain.first.trimmed().endsWith("</svg>"));
     const QRectF shown = scene.getImageRect();
-    QCOMPARE(png.size(), QSize(int(std::ceil(shown.width() * 2)), int(std::ceil(shown.height() * 2))));
-    QCOMPARE(png.pixelColor(1, 1), QColor(Qt::white));
+    QCOMPARE(plain.second.size(), QSize(int(std::ceil(shown.width() * 2)), int(std::ceil(shown.height() * 2))));
+    QCOMPARE(plain.second.pixelColor(1, 1), QColor(Qt::white));
     // The chart's middle is drawn: the centre disc's colour, not the background.
     const QPoint middle = ((QPointF(0, 0) - shown.topLeft()) * 2).toPoint();
-    QCOMPARE(png.pixel(middle), centreOf(scene)->getBrush().color().rgb());
+    QCOMPARE(plain.second.pixel(middle), sliceLabelled(scene)->getBrush().color().rgb());
 
-    // The knobs of a selected item are no part of the picture.
-    QVERIFY(scene.selectItem(sliceLabelled(scene, QStringLiteral("Bacteria"))));
-    QVERIFY(scene.getHandledItem());
-    const QString selectedSvg = dir->filePath(QStringLiteral("selected.svg"));
-    const QString selectedPng = dir->filePath(QStringLiteral("selected.png"));
-    QVERIFY(window->exportSvg(selectedSvg));
-    QVERIFY(window->exportPng(selectedPng, 2.0));
-    QCOMPARE(contents(selectedSvg), svg);
-    QCOMPARE(QImage(selectedPng), png);
+    // The knobs of a selected item are no part of the picture, and stay after it.
+    QVERIFY(scene.selectItem(sliceLabelled(scene, "Bacteria")));
+    const auto selected = exported("selected");
+    QCOMPARE(selected.first, plain.first);
+    QCOMPARE(selected.second, plain.second);
     QVERIFY(scene.getHandledItem());
     QVERIFY(prompter->shown.isEmpty());
 }
@@ -290,31 +312,21 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart_data()
     QTest::addColumn<QString>("operation");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("reason");
 
     const QByteArray newer = R"({"descriptor": "sorvik-piechart", "version": 2, "data": []})";
-    const QString notChart = QStringLiteral("it is not a Sorvik chart file");
-    const QString unwritable = QStringLiteral("Check that its folder exists");
-    QTest::newRow("open a missing file") << "open" << "missing.pie" << QByteArray() << "Problem opening file"
+    const QString notChart = "it is not a Sorvik chart file", unwritable = "Check that its folder exists";
+    QTest::newRow("open a missing file") << "open" << "missing.pie" << QByteArray()
                                          << "the file does not exist or cannot be read";
-    QTest::newRow("open a binary file") << "open" << "binary.pie" << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10)
-                                        << "Problem opening file" << notChart;
+    QTest::newRow("open a binary file") << "open" << "binary.pie" << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10) << notChart;
     QTest::newRow("open another program's JSON")
-        << "open" << "other.pie" << QByteArray(R"({"descriptor": "other", "version": 1, "data": []})")
-        << "Problem opening file" << notChart;
-    QTest::newRow("open a newer version") << "open" << "newer.pie" << newer << "Problem opening file"
+        << "open" << "other.pie" << QByteArray(R"({"descriptor": "other", "version": 1, "data": []})") << notChart;
+    QTest::newRow("open a newer version") << "open" << "newer.pie" << newer
                                           << "it was saved by another version of Sorvik";
-    QTest::newRow("import an empty file") << "import" << "empty.pie" << QByteArray("") << "Problem importing file"
-                                          << notChart;
-    QTest::newRow("import a newer version") << "import" << "newer.pie" << newer << "Problem importing file"
-                                            << "another version";
-    QTest::newRow("save into a missing folder") << "save" << "gone/chart.pie" << QByteArray() << "Problem saving file"
-                                                << unwritable;
-    QTest::newRow("export SVG into a missing folder")
-        << "svg" << "gone/chart.svg" << QByteArray() << "Problem exporting image" << unwritable;
-    QTest::newRow("export PNG into a missing folder")
-        << "png" << "gone/chart.png" << QByteArray() << "Problem exporting image" << unwritable;
+    QTest::newRow("import a newer version") << "import" << "newer.pie" << newer << "another version";
+    QTest::newRow("save into a missing folder") << "save" << "gone/chart.pie" << QByteArray() << unwritable;
+    QTest::newRow("export SVG into a missing folder") << "svg" << "gone/chart.svg" << QByteArray() << unwritable;
+    QTest::newRow("export PNG into a missing folder") << "png" << "gone/chart.png" << QByteArray() << unwritable;
 }
 
 void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
@@ -322,42 +334,35 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
     QFETCH(QString, operation);
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
-    QFETCH(QString, title);
     QFETCH(QString, reason);
 
     const QString path = dir->filePath(name);
-    if (!content.isNull())
-        write(path, content);
-    auto window = chartWindow();
+    QFile file(path);
+    QVERIFY(content.isNull() || (file.open(QIODevice::WriteOnly) && file.write(content) == content.size()));
+    file.close();
+    auto window = makeWindow();
     Scene& scene = window->getScene();
     scene.itemAddLine(QPointF(300, 0));
     const QJsonArray before = scene.getItemManager().toJson();
 
-    bool done = true;
-    if (operation == QLatin1String("open"))
-        done = window->openFile(path);
-    else if (operation == QLatin1String("import"))
-        done = window->importFile(path);
-    else if (operation == QLatin1String("save"))
-        done = window->saveFile(path);
-    else if (operation == QLatin1String("svg"))
-        done = window->exportSvg(path);
-    else
-        done = window->exportPng(path, 1.0);
-    QVERIFY(!done);
+    const std::map<QString, std::function<bool()>> operations{
+        {"open", [&] { return window->openFile(path); }},
+        {"import", [&] { return window->importFile(path); }},
+        {"save", [&] { return window->saveFile(path); }},
+        {"svg", [&] { return window->exportSvg(path); }},
+        {"png", [&] { return window->exportPng(path, 1.0); }}};
+    QVERIFY(!operations.at(operation)());
 
     QCOMPARE(prompter->shown.size(), 1);
     const ScriptedPrompter::Shown& shown = prompter->shown.first();
     QCOMPARE(int(shown.icon), int(QMessageBox::Warning));
-    QCOMPARE(shown.title, title);
     QVERIFY2(shown.text.contains(QDir::toNativeSeparators(path)), qPrintable(shown.text));
     QVERIFY2(shown.text.contains(reason), qPrintable(shown.text));
-    // Nothing of the chart was lost, and it still needs saving.
+    // Nothing of the chart was lost, it still needs saving, and no file was left half-written.
     QCOMPARE(scene.getItemManager().toJson(), before);
     QVERIFY(window->isWindowModified());
     QVERIFY(window->getFileName().isEmpty());
-    if (content.isNull())
-        QVERIFY(!QFileInfo::exists(path));
+    QCOMPARE(QFileInfo::exists(path), !content.isNull());
 }
 
 void TestEditorWindow::paintModeOneStepPerClick_data()
@@ -379,43 +384,33 @@ void TestEditorWindow::paintModeOneStepPerClick()
     QFETCH(bool, shift);
     QFETCH(int, painted);
 
-    auto window = chartWindow();
+    auto window = makeWindow();
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     Scene& scene = window->getScene();
     const QColor paint(0x12, 0x34, 0x56);
     window->setPaintColor(paint);
     window->getActions().mode.at(Scene::CursorMode::Paint)->trigger();
-    QCOMPARE(scene.getCursorMode(), Scene::CursorMode::Paint);
-
-    const auto fills = [&scene] {
-        QStringList result;
-        for (QGraphicsItem* item : scene.items(Qt::AscendingOrder)) {
-            if (auto slice = dynamic_cast<Slice*>(item))
-                result << slice->getText().text + QLatin1Char('=') + slice->getBrush().color().name();
-        }
-        return result;
+    const auto paintedSlices = [&] {
+        const QList<QGraphicsItem*> items = scene.items();
+        return std::count_if(items.begin(), items.end(), [&](QGraphicsItem* item) {
+            auto slice = dynamic_cast<Slice*>(item);
+            return slice && slice->getBrush().color() == paint;
+        });
     };
-    const QStringList before = fills();
     const QPointF at = target.isEmpty() ? QPointF(400, 400) : inside(*sliceLabelled(scene, target));
-    window->getView()->centerOn(at);
-    QTest::mouseClick(window->getView()->viewport(), Qt::LeftButton, shift ? Qt::ShiftModifier : Qt::NoModifier,
-                      window->getView()->mapFromScene(at));
-
-    const QStringList after = fills();
-    int changed = 0;
-    for (int i = 0; i < after.size(); ++i) {
-        if (after[i] != before[i]) {
-            ++changed;
-            QVERIFY2(after[i].endsWith(paint.name()), qPrintable(after[i]));
-        }
-    }
-    QCOMPARE(changed, painted);
+    View* view = window->getView();
+    view->centerOn(at);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, shift ? Qt::ShiftModifier : Qt::NoModifier,
+                      view->mapFromScene(at));
+    QCOMPARE(int(paintedSlices()), painted);
+    if (painted)
+        QCOMPARE(sliceLabelled(scene, target)->getBrush().color(), paint);
     QCOMPARE(scene.getUndoManager().getUndoCount(), painted ? 1 : 0);
     // Painting goes on until another mode is chosen.
     QCOMPARE(scene.getCursorMode(), Scene::CursorMode::Paint);
     scene.slotUndo();
-    QCOMPARE(fills(), before);
+    QCOMPARE(int(paintedSlices()), 0);
 }
 
 void TestEditorWindow::closingAsksAboutUnsavedChanges_data()
@@ -437,7 +432,7 @@ void TestEditorWindow::closingAsksAboutUnsavedChanges()
     QFETCH(QString, saveAs);
     QFETCH(bool, closed);
 
-    auto window = chartWindow();
+    auto window = makeWindow();
     window->show();
     QVERIFY(window->close());
     QVERIFY(prompter->shown.isEmpty());
@@ -453,35 +448,10 @@ void TestEditorWindow::closingAsksAboutUnsavedChanges()
     QCOMPARE(prompter->filters.value(0), answer == QMessageBox::Save ? MainWindow::fileFilter : QString());
     if (saveAs == QLatin1String("kept")) {
         // No extension typed: the chart file's is added.
-        const QString file = dir->filePath(QStringLiteral("kept.pie"));
+        const QString file = dir->filePath("kept.pie");
         QCOMPARE(window->getFileName(), file);
-        const nu::JsonDataFile saved(Scene::getFileInfo(file));
-        QCOMPARE(saved.data(), window->getScene().getItemManager().toJson());
+        QCOMPARE(nu::JsonDataFile(Scene::getFileInfo(file)).data(), window->getScene().getItemManager().toJson());
     }
-}
-
-void TestEditorWindow::editUnderWayIsSaved()
-{
-    auto window = chartWindow();
-    window->show();
-    window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
-    Scene& scene = window->getScene();
-    const long text = scene.itemAddRectText(QPointF(250, 0));
-    QCOMPARE(window->getPropertiesWidget()->getSelectedId(), text);
-    auto editor = qobject_cast<QLineEdit*>(window->getPropertiesWidget()->getEditor(QStringLiteral("text")));
-    QVERIFY(editor);
-    editor->setFocus();
-    QTRY_VERIFY(editor->hasFocus());
-    editor->selectAll();
-    QTest::keyClicks(editor, QStringLiteral("Figure 2"));
-    // Saved with the shortcut, the field still being edited.
-    const QString path = dir->filePath(QStringLiteral("figure.pie"));
-    QVERIFY(window->saveFile(path));
-    QCOMPARE(scene.getItemManager().getItem(text)->getPropertyValue(QStringLiteral("text")).toString(),
-             QStringLiteral("Figure 2"));
-    QVERIFY(contents(path).contains("Figure 2"));
-    QVERIFY(!window->isWindowModified());
 }
 
 QTEST_MAIN(TestEditorWindow)
