@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/edit/propertydouble.h"
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/graphics/arcbracketitem.h"
 
@@ -12,6 +13,9 @@ namespace edit {
 class ArcBracketItem : public PropertyGraphicsItem<graphics::ArcBracketItem, 5>
 {
 public:
+    // Its knobs.
+    using ItemHandler = ArcBracketItemHandler;
+
     ArcBracketItem(graphics::ArcBracketItem& item, Id id, Id parentId);
 
     // The editor keeps it positive; the bracket itself takes negative lengths (outward tips).

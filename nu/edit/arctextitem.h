@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/edit/propertyfont.h"
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/edit/propertyoption.h"
 #include "nu/edit/propertystring.h"
@@ -13,6 +14,9 @@ namespace edit {
 class ArcTextItem : public PropertyGraphicsItem<graphics::ArcTextItem, 1>
 {
 public:
+    // Its knobs.
+    using ItemHandler = ArcTextItemHandler;
+
     ArcTextItem(graphics::ArcTextItem& item, Id id, Id parentId);
 
     class Text : public PropertyString

@@ -144,10 +144,10 @@ bool GraphicsItemManager::isSelectable(QGraphicsItem* item) const
     return false;
 }
 
-Handler* GraphicsItemManager::getItemHandler(QGraphicsItem* item) const
+std::unique_ptr<Handler> GraphicsItemManager::getItemHandler(QGraphicsItem* item) const
 {
     for (const auto& type : types) {
-        if (Handler* handler = type.second->itemHandler(item))
+        if (auto handler = type.second->itemHandler(item))
             return handler;
     }
     return nullptr;
@@ -209,11 +209,13 @@ void GraphicsItemManager::endBatch()
 {
     if (batchDepth == 0 || --batchDepth > 0 || !scene)
         return;
+    // Only charts whose counts moved are laid out again: a deletion leaves its gap where it was,
+    // and undoing a text edit does not lay out every chart.
     std::vector<graphics::CountItem*> roots;
     for (QGraphicsItem* item : scene->items()) {
         if (auto counted = dynamic_cast<graphics::CountItem*>(item)) {
             counted->setLayoutDeferred(false);
-            if (!counted->getCountParent())
+            if (!counted->getCountParent() && counted->isLayoutPending())
                 roots.push_back(counted);
         }
     }

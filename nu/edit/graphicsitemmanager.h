@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/handler.h"
 #include "nu/edit/idgenerator.h"
 #include "nu/edit/itemmanager.h"
 
@@ -18,7 +19,6 @@ class QGraphicsItem;
 namespace nu {
 namespace edit {
 
-class Handler;
 class Scene;
 
 // Gives every editable graphics item of a scene an id, knows the editable item types by their
@@ -38,9 +38,8 @@ public:
         virtual std::unique_ptr<QGraphicsItem> buildItem() = 0;
         // Empty when the graphics item is of another type.
         virtual std::shared_ptr<PropertyItem> wrapItem(QGraphicsItem& item, long id, long parentId) = 0;
-        // The item's handles, placed in the item's scene (which owns them); null when the item is
-        // of another type or the type has no handles.
-        virtual Handler* itemHandler(QGraphicsItem* item) = 0;
+        // The item's knobs, placed in the item's scene; null when the item is of another type.
+        virtual std::unique_ptr<Handler> itemHandler(QGraphicsItem* item) = 0;
         virtual bool isItem(QGraphicsItem* item) = 0;
     };
 
@@ -57,8 +56,11 @@ public:
             auto graphics = dynamic_cast<Graphics*>(&item);
             return graphics ? std::make_shared<T>(*graphics, id, parentId) : nullptr;
         }
-        // Handles come with the handle classes.
-        Handler* itemHandler(QGraphicsItem*) override { return nullptr; }
+        std::unique_ptr<Handler> itemHandler(QGraphicsItem* item) override
+        {
+            auto graphics = dynamic_cast<Graphics*>(item);
+            return graphics ? std::make_unique<typename T::ItemHandler>(*graphics) : nullptr;
+        }
         bool isItem(QGraphicsItem* item) override { return dynamic_cast<Graphics*>(item) != nullptr; }
     };
 
@@ -98,7 +100,8 @@ public:
     // 0 for null and for a graphics item that has no id.
     long findId(QGraphicsItem* item) const;
     bool isSelectable(QGraphicsItem* item) const;
-    Handler* getItemHandler(QGraphicsItem* item) const;
+    // The knobs of the first registered type the item is of; null for none.
+    std::unique_ptr<Handler> getItemHandler(QGraphicsItem* item) const;
     // Detaches the item from its parent, drops its handle and deletes it with its child graphics
     // items; the ids of those children are forgotten too.
     void deleteItem(long id) override;

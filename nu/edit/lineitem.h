@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/edit/propertypointf.h"
 #include "nu/graphics/lineitem.h"
@@ -11,6 +12,9 @@ namespace edit {
 class LineItem : public PropertyGraphicsItem<graphics::LineItem, 7>
 {
 public:
+    // Its knobs.
+    using ItemHandler = LineItemHandler;
+
     LineItem(graphics::LineItem& item, Id id, Id parentId);
 
     // The far end of the line, in the line's own coordinates.

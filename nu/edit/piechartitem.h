@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/graphics/piechartitem.h"
 
@@ -11,6 +12,9 @@ namespace edit {
 class PieChartItem : public PropertyGraphicsItem<graphics::PieChartItem, 3>
 {
 public:
+    // Its knobs.
+    using ItemHandler = PieChartItemHandler;
+
     PieChartItem(graphics::PieChartItem& item, Id id, Id parentId);
 };
 

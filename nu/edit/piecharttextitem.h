@@ -2,6 +2,7 @@
 
 #include "nu/edit/propertybool.h"
 #include "nu/edit/propertydrawabletext.h"
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/graphics/piecharttextitem.h"
 
@@ -13,6 +14,9 @@ namespace edit {
 class PieChartTextItem : public PropertyGraphicsItem<graphics::PieChartTextItem, 2>
 {
 public:
+    // Its knobs.
+    using ItemHandler = PieChartItemHandler;
+
     PieChartTextItem(graphics::PieChartTextItem& item, Id id, Id parentId);
 
     // The label: the drawable text's members, then "<name>.show".

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/graphics/pieitem.h"
 
@@ -11,6 +12,9 @@ namespace edit {
 class PieItem : public PropertyGraphicsItem<graphics::PieItem, 4>
 {
 public:
+    // Its knobs.
+    using ItemHandler = PieItemHandler;
+
     PieItem(graphics::PieItem& item, Id id, Id parentId);
 };
 

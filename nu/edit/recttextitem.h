@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/edit/propertyfont.h"
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/edit/propertystring.h"
 #include "nu/graphics/recttextitem.h"
@@ -12,6 +13,9 @@ namespace edit {
 class RectTextItem : public PropertyGraphicsItem<graphics::RectTextItem, 6>
 {
 public:
+    // Its knobs.
+    using ItemHandler = RectTextItemHandler;
+
     RectTextItem(graphics::RectTextItem& item, Id id, Id parentId);
 
     class Text : public PropertyString

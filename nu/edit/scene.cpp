@@ -1,21 +1,556 @@
 #include "nu/edit/scene.h"
 
 #include "nu/edit/graphicsitemmanager.h"
+#include "nu/edit/handler.h"
+#include "nu/edit/loadjson.h"
+
+#include "nu/graphics/angularparentitem.h"
+#include "nu/graphics/baseitem.h"
+#include "nu/graphics/geometry.h"
+#include "nu/graphics/subspaceitem.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
+#include <QKeyEvent>
+#include <QSet>
+
+#include <algorithm>
 
 namespace nu {
 namespace edit {
 
+namespace {
+
+enum Type { ArcText = 1, ArcBracket = 5, RectText = 6, Line = 7, SubSpace = 8, RectBracket = 9 };
+
+} // namespace
+
 Scene::Scene(GraphicsItemManager& manager, QObject* parent)
     : QGraphicsScene(parent)
     , manager(manager)
+    , undoManager(manager)
 {
+    // The signals carry ids under this name; receivers through a queue or a spy need it known.
+    qRegisterMetaType<PropertyItem::Id>("nu::edit::PropertyItem::Id");
     setSceneRect(-500, -500, 1000, 1000);
     manager.setScene(*this);
 }
 
-void Scene::deleteItemHandler(QGraphicsItem*)
+Scene::~Scene()
 {
-    // No handles are shown yet.
+    // While this is still an editor scene: the knobs tell it they go.
+    deleteHandlers();
+}
+
+void Scene::setClean()
+{
+    undoManager.setClean();
+    undoStateChanged();
+}
+
+void Scene::reset()
+{
+    closeDrag();
+    deleteHandlers();
+    manager.reset();
+    undoManager.clear();
+    emit signalHandlerChanged();
+    emit signalItemSelected(0);
+    emit signalSceneChanged();
+    undoStateChanged();
+}
+
+bool Scene::generateItemHandler(QGraphicsItem* item)
+{
+    deleteHandlers();
+    // Only items the manager knows: a change by knob is recorded by id.
+    if (!manager.findId(item))
+        return false;
+    std::unique_ptr<Handler> handler = manager.getItemHandler(item);
+    if (!handler)
+        return false;
+    handlers.push_back(std::move(handler));
+    return true;
+}
+
+QGraphicsItem* Scene::getHandledItem() const
+{
+    return handlers.empty() ? nullptr : handlers.front()->getHandledItem();
+}
+
+bool Scene::selectItem(QGraphicsItem* item)
+{
+    if (!generateItemHandler(item))
+        return false;
+    emit signalItemSelected(manager.findId(item));
+    return true;
+}
+
+void Scene::deleteItem(QGraphicsItem* item)
+{
+    const PropertyItem::Id id = manager.findId(item);
+    if (!id)
+        return;
+    if (const auto wrapped = manager.getItem(item, id))
+        undoManager.deleteItem(*wrapped);
+    for (QGraphicsItem* child : item->childItems()) {
+        if (manager.findId(child))
+            deleteItem(child);
+    }
+    manager.deleteItem(id);
+}
+
+void Scene::deleteItemHandler(QGraphicsItem* item)
+{
+    const auto found = std::find_if(handlers.begin(), handlers.end(), [item](const std::unique_ptr<Handler>& held) {
+        return held->getHandledItem() == item;
+    });
+    if (found == handlers.end())
+        return;
+    // Out of the list before it goes, so that its farewell finds nothing to release.
+    const std::unique_ptr<Handler> doomed = std::move(*found);
+    handlers.erase(found);
+}
+
+void Scene::releaseHandler(Handler* handler)
+{
+    const auto found = std::find_if(handlers.begin(), handlers.end(),
+                                    [handler](const std::unique_ptr<Handler>& held) { return held.get() == handler; });
+    if (found == handlers.end())
+        return;
+    // Its Qt parent is deleting it.
+    found->release();
+    handlers.erase(found);
+}
+
+void Scene::notifyHandlerChanged()
+{
+    emit signalHandlerChanged();
+}
+
+void Scene::deleteHandlers()
+{
+    Handlers doomed;
+    doomed.swap(handlers);
+}
+
+void Scene::refreshHandlers(PropertyItem::Id handled)
+{
+    if (!handled)
+        return;
+    if (generateItemHandler(manager.getGraphicsItem(handled)))
+        return;
+    emit signalItemSelected(0);
+}
+
+std::pair<Scene::Pick, QGraphicsItem*> Scene::pickItem(const QPointF& point, const QTransform& deviceTransform) const
+{
+    // A few units of slack, so that a thin line can be hit.
+    const QRectF area = graphics::centeredRect(point, 4.0);
+    const QList<QGraphicsItem*> shapeHits =
+        items(area, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform);
+    const QSet<QGraphicsItem*> hit(shapeHits.begin(), shapeHits.end());
+    const auto editable = [this](QGraphicsItem* item) { return manager.findId(item) && manager.isSelectable(item); };
+
+    // A hidden subspace has no outline to hit: its bounds (around its origin) stand in for it.
+    for (QGraphicsItem* item : items(area, Qt::IntersectsItemBoundingRect, Qt::DescendingOrder, deviceTransform)) {
+        const auto subSpace = dynamic_cast<graphics::SubSpaceItem*>(item);
+        const bool hidden = subSpace && !subSpace->getSubSpaceVisible();
+        if (!hidden && !hit.contains(item))
+            continue;
+        // A grey knob takes no press: what lies beneath is picked (it may even be hidden under
+        // an inner ring of the chart).
+        if (dynamic_cast<Handler*>(item)) {
+            if (item->flags() & QGraphicsItem::ItemIsMovable)
+                return {Pick::Handle, item};
+            continue;
+        }
+        if (subSpace)
+            return {!hidden && editable(item) ? Pick::Item : Pick::Blocked, item};
+        if (editable(item))
+            return {Pick::Item, item};
+    }
+    return {Pick::Nothing, nullptr};
+}
+
+QTransform Scene::deviceTransformOf(const QGraphicsSceneMouseEvent* event)
+{
+    QWidget* viewport = event->widget();
+    if (auto view = viewport ? qobject_cast<QGraphicsView*>(viewport->parentWidget()) : nullptr)
+        return view->viewportTransform();
+    return QTransform();
+}
+
+void Scene::mousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    QGraphicsScene::mousePressEvent(event);
+    // A knob took the press: its drag goes on, the selection stays.
+    if (dynamic_cast<Handler*>(mouseGrabberItem()))
+        return;
+    const auto picked = pickItem(event->scenePos(), deviceTransformOf(event));
+    if (picked.first == Pick::Handle || picked.first == Pick::Blocked)
+        return;
+    if (picked.first == Pick::Item && selectItem(picked.second))
+        return;
+    deleteHandlers();
+    emit signalItemSelected(0);
+}
+
+void Scene::keyPressEvent(QKeyEvent* event)
+{
+    QGraphicsScene::keyPressEvent(event);
+    if (event->key() == Qt::Key_Delete) {
+        slotDeleteSelected();
+        event->accept();
+    }
+}
+
+void Scene::slotMoveHandlerStart(QGraphicsItem* item)
+{
+    closeDrag();
+    undoManager.changeBegin();
+    dragOpen = true;
+    if (const auto wrapped = manager.getItem(item))
+        undoManager.changeItem(*wrapped);
+}
+
+void Scene::slotMoveHandlerEnd(QGraphicsItem*)
+{
+    if (!dragOpen)
+        return;
+    closeDrag();
+    emit signalSceneChanged();
+}
+
+void Scene::closeDrag()
+{
+    if (!dragOpen)
+        return;
+    dragOpen = false;
+    undoManager.changeEnd();
+    undoStateChanged();
+}
+
+void Scene::slotUpdate()
+{
+    for (const auto& handler : handlers)
+        handler->updateHandler();
+    emit signalSceneChanged();
+    undoStateChanged();
+}
+
+void Scene::slotUndo()
+{
+    closeDrag();
+    if (!undoManager.canUndo())
+        return;
+    const PropertyItem::Id handled = manager.findId(getHandledItem());
+    undoManager.undo();
+    // Restored items come back as they were made, visible.
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
+    // The handled item may have been made anew or moved to another parent: new knobs.
+    refreshHandlers(handled);
+    emit signalHandlerChanged();
+    emit signalSceneChanged();
+    undoStateChanged();
+}
+
+void Scene::slotRedo()
+{
+    closeDrag();
+    if (!undoManager.canRedo())
+        return;
+    const PropertyItem::Id handled = manager.findId(getHandledItem());
+    undoManager.redo();
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
+    refreshHandlers(handled);
+    emit signalHandlerChanged();
+    emit signalSceneChanged();
+    undoStateChanged();
+}
+
+void Scene::slotDeleteSelected()
+{
+    closeDrag();
+    std::vector<QGraphicsItem*> doomed;
+    for (const auto& handler : handlers) {
+        if (handler->isDeletable())
+            doomed.push_back(handler->getHandledItem());
+    }
+    if (doomed.empty())
+        return;
+    undoManager.changeBegin();
+    {
+        const ItemManager::Batch batch(manager);
+        for (QGraphicsItem* item : doomed) {
+            // Compared, not followed: an earlier deletion may have taken it along.
+            if (manager.findId(item))
+                deleteItem(item);
+        }
+    }
+    undoManager.changeEnd();
+    deleteHandlers();
+    emit signalHandlerChanged();
+    emit signalItemSelected(0);
+    emit signalSceneChanged();
+    undoStateChanged();
+}
+
+void Scene::slotFitCanvas()
+{
+    QRectF bounds;
+    for (QGraphicsItem* item : items()) {
+        if (!dynamic_cast<Handler*>(item))
+            bounds |= item->sceneBoundingRect();
+    }
+    setSceneRect(bounds.adjusted(-20, -20, 20, 20));
+}
+
+void Scene::slotEditSubSpacesVisible(bool visible)
+{
+    const bool changed = visible != subSpaceVisible;
+    subSpaceVisible = visible;
+    QGraphicsItem* handled = getHandledItem();
+    applySubSpaceVisibility(visible);
+    if (handled && !getHandledItem())
+        emit signalItemSelected(0);
+    if (changed)
+        emit signalSubSpacesVisibleChanged(visible);
+    emit signalSceneChanged();
+}
+
+void Scene::applySubSpaceVisibility(bool visible)
+{
+    for (QGraphicsItem* item : items()) {
+        auto subSpace = dynamic_cast<graphics::SubSpaceItem*>(item);
+        if (!subSpace)
+            continue;
+        if (subSpace->getSubSpaceVisible() != visible)
+            subSpace->setSubSpaceVisible(visible);
+        // No knobs on an invisible item.
+        if (!visible)
+            deleteItemHandler(item);
+    }
+}
+
+void Scene::slotDeselect() {}
+
+void Scene::undoStateChanged()
+{
+    emit signalUndoStateChanged();
+}
+
+void Scene::notifyItemCreated(PropertyItem::Id id)
+{
+    generateItemHandler(manager.getGraphicsItem(id));
+    emit signalItemCreated(id);
+    emit signalItemSelected(id);
+}
+
+std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, const QPointF& point,
+                                              QGraphicsItem* parent)
+{
+    const auto item = manager.createItem(type);
+    if (!item)
+        return nullptr;
+    undoManager.createItem(*item);
+    for (const auto& value : values)
+        item->setPropertyValue(value.first, value.second);
+    if (const auto parentItem = manager.getItem(parent)) {
+        item->setParent(parentItem.get());
+    } else {
+        item->setPropertyValue(QStringLiteral("position.x"), point.x());
+        item->setPropertyValue(QStringLiteral("position.y"), point.y());
+    }
+    // A wrapper made after parenting: which properties an item has can depend on its parent.
+    return manager.getItem(item->getId());
+}
+
+PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent)
+{
+    closeDrag();
+    undoManager.changeBegin();
+    const auto item = makeItem(type, values, point, parent);
+    undoManager.changeEnd();
+    if (!item)
+        return 0;
+    emit signalSceneChanged();
+    notifyItemCreated(item->getId());
+    undoStateChanged();
+    return item->getId();
+}
+
+PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* parent)
+{
+    Values values{{QStringLiteral("radius"), 100.0},
+                  {QStringLiteral("tip-length"), 10.0},
+                  {QStringLiteral("angle"), 45.0}};
+    // On a slice the angle is an offset from the slice's span.
+    if (manager.findId(parent) && dynamic_cast<graphics::AngularParentItem*>(parent))
+        values.emplace_back(QStringLiteral("angle"), 0.0);
+    return makeOne(ArcBracket, values, point, parent);
+}
+
+PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* parent)
+{
+    return makeOne(RectBracket, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
+                   parent);
+}
+
+PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* parent)
+{
+    closeDrag();
+    undoManager.changeBegin();
+    const Values values{{QStringLiteral("radius"), 100.0}, {QStringLiteral("text"), QStringLiteral("new text")}};
+    const auto item = makeItem(ArcText, values, point, parent);
+    // On a slice (or on a bracket on one) the text starts as the slice's label.
+    if (item && item->getParentId()) {
+        if (auto graphics = dynamic_cast<graphics::BaseItem*>(manager.getGraphicsItem(item->getId())))
+            item->setPropertyValue(QStringLiteral("text"), graphics->getDefaultText());
+    }
+    undoManager.changeEnd();
+    if (!item)
+        return 0;
+    emit signalSceneChanged();
+    notifyItemCreated(item->getId());
+    undoStateChanged();
+    return item->getId();
+}
+
+PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
+{
+    return makeOne(RectText,
+                  {{QStringLiteral("position.x"), 0.0},
+                   {QStringLiteral("position.y"), 0.0},
+                   {QStringLiteral("text"), QStringLiteral("new text")}},
+                  point, parent);
+}
+
+PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* parent)
+{
+    // A line up from the anchor, a level line hanging on its end and the text hanging on that:
+    // moving the first line moves the rest. The three are one annotation to the user, so they
+    // are made in one undo step, and one undo takes the whole of it away rather than leaving a
+    // bare bent line behind.
+    Values first{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
+                 {QStringLiteral("end.x"), 30.0}, {QStringLiteral("end.y"), -30.0}};
+    Values second{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
+                  {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), 0.0}};
+    // On a chart the label stays upright and legible however the chart is turned or zoomed.
+    if (manager.findId(parent)) {
+        first.emplace_back(QStringLiteral("ignoretransformations"), true);
+        second.emplace_back(QStringLiteral("ignoretransformations"), true);
+    }
+    closeDrag();
+    undoManager.changeBegin();
+    std::shared_ptr<PropertyItem> text;
+    if (const auto line = makeItem(Line, first, point, parent)) {
+        if (const auto elbow = makeItem(Line, second, point, manager.getGraphicsItem(line->getId()))) {
+            text = makeItem(RectText,
+                           {{QStringLiteral("position.x"), 3.0}, {QStringLiteral("position.y"), 0.0},
+                            {QStringLiteral("text"), QStringLiteral("new text")}},
+                           point, manager.getGraphicsItem(elbow->getId()));
+        }
+    }
+    undoManager.changeEnd();
+    if (!text)
+        return 0;
+    emit signalSceneChanged();
+    // The text is what the user goes on to edit.
+    notifyItemCreated(text->getId());
+    undoStateChanged();
+    return text->getId();
+}
+
+PropertyItem::Id Scene::itemAddLine(const QPointF& point, QGraphicsItem* parent)
+{
+    return makeOne(Line,
+                  {{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
+                   {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), -20.0}},
+                  point, parent);
+}
+
+PropertyItem::Id Scene::itemAddSubSpace(const QPointF& point, QGraphicsItem* parent)
+{
+    // Whoever adds a subspace wants to see it.
+    if (!subSpaceVisible)
+        slotEditSubSpacesVisible(true);
+    return makeOne(SubSpace,
+                  {{QStringLiteral("position.x"), 0.0},
+                   {QStringLiteral("position.y"), 0.0},
+                   {QStringLiteral("rotation"), 0.0}},
+                  point, parent);
+}
+
+void Scene::saveToFile(const JsonDataFile::Info& info)
+{
+    JsonDataFile::save(info, manager.toJson());
+    setClean();
+}
+
+int Scene::loadFromFile(const JsonDataFile::Info& info)
+{
+    // Read and checked before anything of the present chart goes.
+    const JsonDataFile file(info);
+    closeDrag();
+    deleteHandlers();
+    manager.reset();
+    undoManager.clear();
+    const int skipped = manager.fromJson(file.data());
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
+    slotFitCanvas();
+    emit signalHandlerChanged();
+    emit signalItemSelected(0);
+    emit signalChangeApplied();
+    emit signalSceneChanged();
+    undoStateChanged();
+    return skipped;
+}
+
+int Scene::importFromFile(const JsonDataFile::Info& info)
+{
+    const JsonDataFile file(info);
+    // Every item is new: undoing the import deletes them, redoing makes them again with their
+    // parents, so nothing else needs recording.
+    struct Recording
+    {
+        GraphicsItemManager& manager;
+        UndoManager& undo;
+
+        std::shared_ptr<PropertyItem> createItem(int type)
+        {
+            auto item = manager.createItem(type);
+            if (item)
+                undo.createItem(*item);
+            return item;
+        }
+        std::shared_ptr<PropertyItem> getItem(long id) { return manager.getItem(id); }
+        void setParent(long childId, long parentId)
+        {
+            const auto child = manager.getItem(childId);
+            const auto parent = manager.getItem(parentId);
+            if (child && parent)
+                child->setParent(parent.get());
+        }
+    };
+    closeDrag();
+    undoManager.changeBegin();
+    int skipped = 0;
+    {
+        const ItemManager::Batch batch(manager);
+        skipped = loadJson(Recording{manager, undoManager}, file.data());
+    }
+    undoManager.changeEnd();
+    if (!subSpaceVisible)
+        applySubSpaceVisibility(false);
+    slotFitCanvas();
+    emit signalChangeApplied();
+    emit signalSceneChanged();
+    undoStateChanged();
+    return skipped;
 }
 
 } // namespace edit

@@ -1,28 +1,151 @@
 #pragma once
 
+#include "nu/edit/propertyitem.h"
+#include "nu/edit/undomanager.h"
+#include "nu/jsondatafile.h"
+
 #include <QGraphicsScene>
+
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace nu {
 namespace edit {
 
 class GraphicsItemManager;
+class Handler;
 
 // The editor's scene: holds the chart's graphics items, whose ids and editable wrappers the item
-// manager keeps.
+// manager keeps, and the undo history of the chart. A press selects the topmost editable item
+// and shows its knobs; dragging a knob, creating, deleting and importing are each one undo step.
 class Scene : public QGraphicsScene
 {
     Q_OBJECT
 public:
+    // The live knob sets; the scene deletes them when the selection changes.
+    using Handlers = std::vector<std::unique_ptr<Handler>>;
+
     // The manager is not owned; it works on this scene from now on.
     explicit Scene(GraphicsItemManager& manager, QObject* parent = nullptr);
+    ~Scene() override;
 
     GraphicsItemManager& getItemManager() const { return manager; }
+    // For the properties sheet, which records its changes itself.
+    UndoManager& getUndoManager() { return undoManager; }
 
-    // Drops the handle shown on this item, if any; called before the item is deleted.
+    // Whether the chart differs from the one last saved or loaded.
+    bool hasChanged() const { return undoManager.hasChanged(); }
+    bool canUndo() const { return undoManager.canUndo(); }
+    bool canRedo() const { return undoManager.canRedo(); }
+    // Marks the chart as saved.
+    void setClean();
+
+    // Deletes every item and the whole undo history.
+    void reset();
+    bool getSubSpaceVisible() const { return subSpaceVisible; }
+
+    // Shows the item's knobs instead of the current ones; false (and no knobs) for an item the
+    // manager does not know or cannot give knobs.
+    bool generateItemHandler(QGraphicsItem* item);
+    // The item the knobs are on, or null.
+    QGraphicsItem* getHandledItem() const;
+    // Shows the item's knobs and tells whom it may concern; false when it has none.
+    bool selectItem(QGraphicsItem* item);
+    // Records the item in the open undo step and deletes it with its children, children first.
+    void deleteItem(QGraphicsItem* item);
+    // Drops the knobs shown on this item, if any; called before the item is deleted.
     virtual void deleteItemHandler(QGraphicsItem* item);
+    // A knob being deleted by its Qt parent (the item's parent going) leaves the list.
+    void releaseHandler(Handler* handler);
+    // A knob changed its item.
+    void notifyHandlerChanged();
+
+    // New annotations, each one undo step: at point, or on parent (which then places them) when
+    // one is given. Each returns the new item's id (the text's for an elbow text), which is then
+    // selected, or 0 when nothing was made.
+    PropertyItem::Id itemAddArcBracket(const QPointF& point, QGraphicsItem* parent = nullptr);
+    // Type 9 is no editable type: makes nothing.
+    PropertyItem::Id itemAddRectBracket(const QPointF& point, QGraphicsItem* parent = nullptr);
+    PropertyItem::Id itemAddArcText(const QPointF& point, QGraphicsItem* parent = nullptr);
+    PropertyItem::Id itemAddRectText(const QPointF& point, QGraphicsItem* parent = nullptr);
+    PropertyItem::Id itemAddElbowText(const QPointF& point, QGraphicsItem* parent = nullptr);
+    PropertyItem::Id itemAddLine(const QPointF& point, QGraphicsItem* parent = nullptr);
+    PropertyItem::Id itemAddSubSpace(const QPointF& point, QGraphicsItem* parent = nullptr);
+
+    // Writes the chart file; the chart is then clean. Throws JsonDataFile::FileOpenException.
+    void saveToFile(const JsonDataFile::Info& info);
+    // Replaces the chart by the file's, with a fresh history, and fits the canvas. The file is
+    // read and checked first: a file that can't be loaded throws JsonDataFile's exceptions and
+    // leaves the chart as it was. Returns how many elements of the file were skipped.
+    int loadFromFile(const JsonDataFile::Info& info);
+    // Adds the file's items to the chart as one undo step, and fits the canvas. Throws as load.
+    int importFromFile(const JsonDataFile::Info& info);
+
+    // The editable item under a scene point, for a press: the topmost item, skipping those that
+    // are not editable and grey knobs; a knob or a subspace ends the search. A hidden subspace
+    // still covers its origin: it is not picked, and neither is anything beneath it there.
+    enum class Pick { Nothing, Handle, Blocked, Item };
+    std::pair<Pick, QGraphicsItem*> pickItem(const QPointF& point,
+                                             const QTransform& deviceTransform = QTransform()) const;
+
+signals:
+    void signalItemCreated(nu::edit::PropertyItem::Id id);
+    // 0 when nothing is selected.
+    void signalItemSelected(nu::edit::PropertyItem::Id id);
+    void signalSceneChanged();
+    void signalHandlerChanged();
+    // A chart was loaded or imported.
+    void signalChangeApplied();
+    // What can be undone or redone, or whether the chart is saved, may have changed.
+    void signalUndoStateChanged();
+    void signalSubSpacesVisibleChanged(bool visible);
+
+public slots:
+    void slotMoveHandlerStart(QGraphicsItem* item);
+    void slotMoveHandlerEnd(QGraphicsItem* item);
+    // After a change made elsewhere (the properties sheet): the knobs follow.
+    void slotUpdate();
+    void slotUndo();
+    void slotRedo();
+    // Deletes the selected item with everything on it, as one undo step.
+    void slotDeleteSelected();
+    // The scene rectangle becomes the drawing's bounds grown by 20 on every side.
+    void slotFitCanvas();
+    void slotEditSubSpacesVisible(bool visible);
+    void slotDeselect();
+
+protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    // The transform of the view an event came through, for items that ignore transformations.
+    static QTransform deviceTransformOf(const QGraphicsSceneMouseEvent* event);
+    // Shows the new item's knobs and announces it.
+    void notifyItemCreated(PropertyItem::Id id);
 
 private:
+    using Values = std::vector<std::pair<QString, QVariant>>;
+
+    // Within an open undo step: a new item of the type with the values, placed on parent or at
+    // point. Null when the type can't be made.
+    std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
+                                           QGraphicsItem* parent);
+    PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
+    void deleteHandlers();
+    // Ends a knob drag still under way as its own step, before another action (a shortcut
+    // pressed while the mouse is held) opens one.
+    void closeDrag();
+    // Knobs anew on the handled item after its values or its parent changed under them.
+    void refreshHandlers(PropertyItem::Id handled);
+    void applySubSpaceVisibility(bool visible);
+    void undoStateChanged();
+
     GraphicsItemManager& manager;
+    UndoManager undoManager;
+    Handlers handlers;
+    bool subSpaceVisible = true;
+    bool dragOpen = false;
 };
 
 } // namespace edit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/graphics/subspaceitem.h"
 
@@ -10,6 +11,9 @@ namespace edit {
 class SubSpaceItem : public PropertyGraphicsItem<graphics::SubSpaceItem, 8>
 {
 public:
+    // Its knobs.
+    using ItemHandler = SubSpaceItemHandler;
+
     SubSpaceItem(graphics::SubSpaceItem& item, Id id, Id parentId);
 };
 

@@ -3,7 +3,6 @@
 #include "nu/edit/itemmanager.h"
 #include "nu/edit/propertyitem.h"
 
-#include <algorithm>
 
 namespace nu {
 namespace edit {
@@ -24,25 +23,33 @@ bool UndoManager::Data::undoDiff(const PropertyItem& item)
 
 UndoManager::DataSet::Items::iterator UndoManager::DataSet::find(long id)
 {
-    return std::find_if(items.begin(), items.end(), [id](const Data& data) { return data.getId() == id; });
+    const auto found = positions.find(id);
+    return found == positions.end() ? items.end() : items.begin() + found->second;
 }
 
 UndoManager::DataSet::Items::const_iterator UndoManager::DataSet::find(long id) const
 {
-    return std::find_if(items.begin(), items.end(), [id](const Data& data) { return data.getId() == id; });
+    const auto found = positions.find(id);
+    return found == positions.end() ? items.end() : items.begin() + found->second;
+}
+
+void UndoManager::DataSet::addState(Data data)
+{
+    positions[data.getId()] = items.size();
+    items.push_back(std::move(data));
 }
 
 void UndoManager::DataSet::insert(const PropertyItem& item)
 {
     if (find(item.getId()) == items.end())
-        items.emplace_back(item);
+        addState(Data(item));
 }
 
 void UndoManager::DataSet::replace(const PropertyItem& item)
 {
     const auto found = find(item.getId());
     if (found == items.end())
-        items.emplace_back(item);
+        addState(Data(item));
     else
         *found = Data(item);
 }
@@ -97,8 +104,16 @@ void UndoManager::changeEnd()
     current = DataSet();
     if (step.isEmpty())
         return;
+    // The clean state was undone and is dropped with the redo steps.
+    if (cleanDepth > int(undoSteps.size()))
+        cleanDepth = -1;
     undoSteps.push_back(std::move(step));
     redoSteps.clear();
+}
+
+void UndoManager::setClean()
+{
+    cleanDepth = int(undoSteps.size());
 }
 
 void UndoManager::undo()
@@ -124,6 +139,7 @@ void UndoManager::clear()
     undoSteps.clear();
     redoSteps.clear();
     current = DataSet();
+    cleanDepth = 0;
 }
 
 UndoManager::DataSet UndoManager::apply(const DataSet& step)
@@ -147,18 +163,32 @@ UndoManager::DataSet UndoManager::apply(const DataSet& step)
     }
 
     const ItemManager::Batch batch(manager);
-    // Every item first, so that parents exist whatever the order of the entries.
-    std::vector<bool> present;
-    for (const Data& recorded : step.getItems())
-        present.push_back(bool(manager.getItemOrCreate(recorded.getId(), recorded.getType())));
-    for (std::size_t i = 0; i < step.getItems().size(); ++i) {
+    // Every item first, so that parents exist whatever the order of the entries. A re-created
+    // item takes its values before it joins its parent: a chart slice then brings its count along
+    // as it is attached, which fills the gap its deletion left in the parent's total instead of
+    // counting it a second time. Offsets from the parent survive the attachment.
+    std::vector<std::shared_ptr<PropertyItem>> items;
+    for (const Data& recorded : step.getItems()) {
+        auto item = manager.getItem(recorded.getId());
+        if (!item) {
+            item = manager.createItem(recorded.getId(), recorded.getType());
+            if (item)
+                item->set(recorded.getSnapshot());
+        }
+        items.push_back(std::move(item));
+    }
+    for (std::size_t i = 0; i < items.size(); ++i) {
         const Data& recorded = step.getItems()[i];
-        if (!present[i])
+        std::shared_ptr<PropertyItem>& item = items[i];
+        if (!item)
             continue;
-        const auto parent = recorded.getParentId() ? manager.getItem(recorded.getParentId()) : nullptr;
-        manager.getItem(recorded.getId())->setParent(parent.get());
-        // A new wrapper: which properties an item has can depend on its parent.
-        manager.getItem(recorded.getId())->set(recorded.getSnapshot());
+        if (item->getParentId() != recorded.getParentId()) {
+            const auto parent = recorded.getParentId() ? manager.getItem(recorded.getParentId()) : nullptr;
+            item->setParent(parent.get());
+            // A new wrapper: which properties an item has can depend on its parent.
+            item = manager.getItem(recorded.getId());
+        }
+        item->set(recorded.getSnapshot());
     }
     for (long id : step.getCreated())
         manager.deleteItem(id);

@@ -3,6 +3,7 @@
 #include "nu/edit/propertyset.h"
 
 #include <deque>
+#include <unordered_map>
 #include <vector>
 
 namespace nu {
@@ -60,13 +61,15 @@ public:
         // True when the step has no state of the item, or the item differs from it.
         bool undoDiff(const PropertyItem& item);
         void addCreated(long id) { created.push_back(id); }
-        void addState(Data data) { items.push_back(std::move(data)); }
+        void addState(Data data);
 
         const Items& getItems() const { return items; }
         const std::vector<long>& getCreated() const { return created; }
 
     private:
         Items items;
+        // Where each id's state is in items: a step deleting a whole chart holds thousands.
+        std::unordered_map<long, std::size_t> positions;
         std::vector<long> created;
     };
 
@@ -89,8 +92,14 @@ public:
     bool canRedo() const { return !redoSteps.empty(); }
     int getUndoCount() const { return int(undoSteps.size()); }
     int getRedoCount() const { return int(redoSteps.size()); }
-    // Whether anything can be undone.
-    bool hasChanged() const { return canUndo(); }
+    // Marks the present state as the saved one.
+    void setClean();
+    // Whether the state is the one last marked clean (at first: the empty history). Undo and redo
+    // can come back to it; a new step after undoing past it leaves it out of reach.
+    bool isClean() const { return cleanDepth == int(undoSteps.size()); }
+    // Whether the state differs from the one last marked clean.
+    bool hasChanged() const { return !isClean(); }
+    // Forgets every step; the state is clean.
     void clear();
 
 private:
@@ -101,6 +110,8 @@ private:
     std::deque<DataSet> undoSteps;
     std::deque<DataSet> redoSteps;
     DataSet current;
+    // How many steps could be undone in the clean state; -1 when it can no longer be reached.
+    int cleanDepth = 0;
 };
 
 } // namespace edit

@@ -43,11 +43,14 @@ void BaseItem::removeFromParent()
         c->updateRotationFromParentRemoveFromParent();
     if (auto* c = dynamic_cast<PositionChildItem*>(this))
         c->updatePositionFromParentRemoveFromParent();
+    auto* counted = dynamic_cast<CountItem*>(this);
+    if (counted)
+        counted->updateCountFromParentDetach();
     setParentItem(nullptr);
     // After the parent is gone this finds no count parent: the former parent's totals keep the
     // removed subtree's count on purpose.
-    if (auto* c = dynamic_cast<CountItem*>(this))
-        c->updateCountFromParentRemoveFromParent();
+    if (counted)
+        counted->updateCountFromParentRemoveFromParent();
 }
 
 QString BaseItem::getDefaultText() const

@@ -1,5 +1,7 @@
 #include "nu/graphics/countitem.h"
 
+#include <algorithm>
+
 namespace nu {
 namespace graphics {
 
@@ -16,17 +18,37 @@ void CountItem::setCount(int c)
 
 void CountItem::updateCount(qint64 oldCount, qint64 newCount)
 {
+    addToTotals(newCount - oldCount, false);
+}
+
+void CountItem::addToTotals(qint64 difference, bool attaching)
+{
     // Walks up instead of recursing, so a deep tree costs no stack.
     CountItem* item = this;
     for (;;) {
-        item->total += newCount - oldCount;
+        if (attaching && difference > 0 && item->detachedTotal > 0) {
+            const qint64 filled = std::min(difference, item->detachedTotal);
+            item->detachedTotal -= filled;
+            difference -= filled;
+        }
+        item->total += difference;
         CountItem* parent = item->getCountParent();
         if (!parent)
             break;
         item = parent;
     }
-    if (!item->layoutDeferred)
+    // Laid out even when the totals did not move: an attached subtree needs its place.
+    if (item->layoutDeferred)
+        item->layoutPending = true;
+    else
         item->updateCountFromParent();
+}
+
+void CountItem::setLayoutDeferred(bool deferred)
+{
+    if (deferred && !layoutDeferred)
+        layoutPending = false;
+    layoutDeferred = deferred;
 }
 
 void CountItem::updateCountFromParent()
@@ -42,7 +64,13 @@ CountItem* CountItem::getCountParent() const
 void CountItem::updateCountFromParentAddToParent()
 {
     if (CountItem* parent = getCountParent())
-        parent->updateCount(0, total);
+        parent->addToTotals(total, true);
+}
+
+void CountItem::updateCountFromParentDetach()
+{
+    if (CountItem* parent = getCountParent())
+        parent->detachedTotal += total;
 }
 
 void CountItem::updateCountFromParentRemoveFromParent()

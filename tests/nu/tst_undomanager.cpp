@@ -164,6 +164,8 @@ private slots:
     void newChangeEndsRedo();
     void emptyStacks();
     void dataSetKeepsTheFirstState();
+    void cleanMark_data();
+    void cleanMark();
 };
 
 void TestUndoManager::undoRedoUndo_data()
@@ -174,8 +176,7 @@ void TestUndoManager::undoRedoUndo_data()
     QTest::newRow("property apply") << "apply" << true;
     QTest::newRow("turn the chart") << "turn the chart" << true;
     QTest::newRow("recount a slice") << "recount" << true;
-    // A deleted slice leaves its count with its parent, so a restored one counts twice there.
-    QTest::newRow("delete a slice with its annotations") << "delete a slice" << false;
+    QTest::newRow("delete a slice with its annotations") << "delete a slice" << true;
     QTest::newRow("delete a bent line with its text") << "delete a bent line" << true;
     QTest::newRow("two deletions in one step") << "delete twice" << true;
     QTest::newRow("create and place") << "create" << true;
@@ -381,6 +382,50 @@ void TestUndoManager::dataSetKeepsTheFirstState()
     unchanged.insert(*line);
     QVERIFY(!unchanged.undoDiff(*line));
     QVERIFY(unchanged.find(Line)->getSnapshot().isEmpty());
+}
+
+void TestUndoManager::cleanMark_data()
+{
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<bool>("clean");
+
+    // c: a change, u: undo, r: redo, s: mark clean (saved), x: clear.
+    QTest::newRow("fresh") << "" << true;
+    QTest::newRow("changed") << "c" << false;
+    QTest::newRow("changed and undone") << "c u" << true;
+    QTest::newRow("saved") << "c c s" << true;
+    QTest::newRow("saved, then undone") << "c c s u" << false;
+    QTest::newRow("and redone") << "c c s u r" << true;
+    QTest::newRow("undone past the save, then changed") << "c s u c" << false;
+    QTest::newRow("the saved state is out of reach") << "c s u c u" << false;
+    QTest::newRow("saved with nothing to undo") << "c u s r u" << true;
+    QTest::newRow("cleared") << "c s c x" << true;
+}
+
+void TestUndoManager::cleanMark()
+{
+    QFETCH(QString, steps);
+    QFETCH(bool, clean);
+
+    Fixture f;
+    int changes = 0;
+    for (const QString& step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        if (step == QLatin1String("c")) {
+            f.undo.changeBegin();
+            f.set(Figure, "text", QStringLiteral("text %1").arg(++changes));
+            f.undo.changeEnd();
+        } else if (step == QLatin1String("u")) {
+            f.undo.undo();
+        } else if (step == QLatin1String("r")) {
+            f.undo.redo();
+        } else if (step == QLatin1String("s")) {
+            f.undo.setClean();
+        } else {
+            f.undo.clear();
+        }
+    }
+    QCOMPARE(f.undo.isClean(), clean);
+    QCOMPARE(f.undo.hasChanged(), !clean);
 }
 
 QTEST_MAIN(TestUndoManager)

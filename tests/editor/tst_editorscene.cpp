@@ -1,0 +1,621 @@
+#include "editor/scene.h"
+#include "nu/edit/handler.h"
+#include "nu/edit/handlergeometry.h"
+#include "nu/graphics/piechartitem.h"
+#include "nu/graphics/subspaceitem.h"
+#include "tests/support/editcharts.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QKeyEvent>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cmath>
+#include <map>
+
+using Sorvik::Edit::Scene;
+using nu::edit::HandlerPosition;
+using nu::edit::handlergeometry::polarPoint;
+using Mode = Scene::CursorMode;
+
+namespace {
+
+// Ids in the order addAnnotatedChart creates the items.
+const std::map<QString, long> chartIds{
+    {"root", 1},   {"Bacteria", 2}, {"Archaea", 3}, {"slice bracket", 4}, {"arc text", 5}, {"free bracket", 6},
+    {"figure", 7}, {"line", 8},     {"elbow", 9},   {"note", 10},         {"subspace", 11},
+};
+
+// Every item by id: its JSON and where it is drawn.
+std::map<long, QString> state(Scene::ItemManager& manager)
+{
+    std::map<long, QString> result;
+    for (const QJsonValue& value : manager.toJson()) {
+        const QJsonObject item = value.toObject();
+        const long id = item.value(QStringLiteral("id")).toInt();
+        const QRectF rect = manager.getGraphicsItem(id)->sceneBoundingRect();
+        result[id] = QString::fromUtf8(QJsonDocument(item).toJson(QJsonDocument::Compact))
+                     + QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width())
+                           .arg(rect.height());
+    }
+    return result;
+}
+
+// The properties of an item that differ between two of its JSON forms, as "name=value" sorted.
+QStringList changed(const QJsonObject& before, const QJsonObject& after)
+{
+    QStringList result;
+    const QJsonObject a = before.value(QStringLiteral("data")).toObject();
+    const QJsonObject b = after.value(QStringLiteral("data")).toObject();
+    for (auto it = b.begin(); it != b.end(); ++it) {
+        if (a.value(it.key()) == it.value())
+            continue;
+        const double value = it.value().toDouble();
+        result << it.key() + QLatin1Char('=') + QString::number(std::round(value * 1000) / 1000);
+    }
+    result.sort();
+    return result;
+}
+
+class Fixture
+{
+public:
+    Fixture()
+        : scene(manager)
+    {
+        Sorvik::Test::addAnnotatedChart(manager);
+    }
+
+    QGraphicsItem* item(const QString& name) { return manager.getGraphicsItem(chartIds.at(name)); }
+    QJsonObject json(const QString& name) { return manager.getItem(chartIds.at(name))->getJsonValue().toObject(); }
+
+    void mouse(QEvent::Type type, const QPointF& at)
+    {
+        QGraphicsSceneMouseEvent event(type);
+        event.setScenePos(at);
+        event.setLastScenePos(last);
+        event.setButton(type == QEvent::GraphicsSceneMouseMove ? Qt::NoButton : Qt::LeftButton);
+        event.setButtons(type == QEvent::GraphicsSceneMouseRelease ? Qt::NoButton : Qt::LeftButton);
+        QApplication::sendEvent(&scene, &event);
+        last = at;
+    }
+    void click(const QPointF& at)
+    {
+        mouse(QEvent::GraphicsSceneMousePress, at);
+        mouse(QEvent::GraphicsSceneMouseRelease, at);
+    }
+    // Press at from, move there in steps, release.
+    void drag(const QPointF& from, const QPointF& to)
+    {
+        mouse(QEvent::GraphicsSceneMousePress, from);
+        for (int step = 1; step <= 4; ++step)
+            mouse(QEvent::GraphicsSceneMouseMove, from + (to - from) * step / 4.0);
+        mouse(QEvent::GraphicsSceneMouseRelease, to);
+    }
+    void key(int key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&scene, &event);
+    }
+
+    HandlerPosition* knobs() const
+    {
+        for (QGraphicsItem* item : scene.items()) {
+            if (auto knob = dynamic_cast<HandlerPosition*>(item))
+                return knob;
+        }
+        return nullptr;
+    }
+    // 0 the position knob, then the others in the order they were made.
+    nu::edit::Handler* knob(int index) const
+    {
+        HandlerPosition* position = knobs();
+        if (!position || index == 0)
+            return position;
+        return index <= int(position->getHandlers().size()) ? position->getHandlers()[index - 1] : nullptr;
+    }
+
+    // A point inside a slice, in the middle of its ring and span.
+    QPointF inside(const QString& name)
+    {
+        auto slice = dynamic_cast<nu::graphics::PieChartItem*>(item(name));
+        return slice->mapToScene(polarPoint(slice->getLabelRadius(), slice->getAngle() / 2));
+    }
+    // A point where a press picks the item.
+    QPointF on(const QString& name)
+    {
+        QGraphicsItem* target = item(name);
+        const QRectF bounds = target->sceneBoundingRect();
+        for (int i = 0; i <= 40; ++i) {
+            for (int j = 0; j <= 40; ++j) {
+                const QPointF p = bounds.topLeft() + QPointF(bounds.width() * i / 40, bounds.height() * j / 40);
+                if (scene.pickItem(p).second == target)
+                    return p;
+            }
+        }
+        return QPointF(1e6, 1e6);
+    }
+
+    Scene::ItemManager manager;
+    Scene scene;
+    QPointF last;
+};
+
+} // namespace
+
+class TestEditorScene : public QObject
+{
+    Q_OBJECT
+private slots:
+    void pressSelectsTheTopmostEditableItem_data();
+    void pressSelectsTheTopmostEditableItem();
+    void knobSets_data();
+    void knobSets();
+    void dragChangesOneValueInOneStep_data();
+    void dragChangesOneValueInOneStep();
+    void dragThroughAZoomedView_data();
+    void dragThroughAZoomedView();
+    void shortcutsDuringADrag_data();
+    void shortcutsDuringADrag();
+    void deleteTakesTheChildrenInOneStep_data();
+    void deleteTakesTheChildrenInOneStep();
+    void creationInEachMode_data();
+    void creationInEachMode();
+    void elbowTextMovesWithItsFirstLine();
+    void hidingSubspacesDropsTheirKnobs();
+    void fitCanvas();
+    void filesAndTheCleanMark();
+};
+
+void TestEditorScene::pressSelectsTheTopmostEditableItem_data()
+{
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<bool>("hideSubSpaces");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("selected");
+
+    const QString bracket = QStringLiteral("free bracket");
+    QTest::newRow("empty canvas") << "canvas" << false << bracket << "";
+    QTest::newRow("an outer slice") << "Bacteria" << false << bracket << "Bacteria";
+    QTest::newRow("the centre slice") << "root" << false << bracket << "root";
+    QTest::newRow("a straight text") << "figure" << false << bracket << "figure";
+    QTest::newRow("a bent line's second line") << "elbow" << false << bracket << "elbow";
+    // The chart's centre slice stacks under every other top-level item.
+    QTest::newRow("a subspace over the chart") << "subspace" << false << bracket << "subspace";
+    // Nothing is picked at a hidden subspace's origin: the selection stays.
+    QTest::newRow("a hidden subspace over the chart") << "subspace origin" << true << bracket << "free bracket";
+    QTest::newRow("beside a hidden subspace") << "root" << true << bracket << "root";
+    // An outer slice's grey position knob lies on the chart's centre.
+    QTest::newRow("under a grey knob") << "centre" << true << "Archaea" << "root";
+}
+
+void TestEditorScene::pressSelectsTheTopmostEditableItem()
+{
+    QFETCH(QString, where);
+    QFETCH(bool, hideSubSpaces);
+    QFETCH(QString, before);
+    QFETCH(QString, selected);
+
+    Fixture f;
+    f.scene.slotEditSubSpacesVisible(!hideSubSpaces);
+    f.scene.selectItem(f.item(before));
+    const std::map<QString, QPointF> points{
+        {"canvas", QPointF(300, 300)},
+        {"Bacteria", f.inside(QStringLiteral("Bacteria"))},
+        {"root", QPointF(-15, 15)},
+        {"centre", f.item(QStringLiteral("root"))->scenePos()},
+        {"figure", f.on(QStringLiteral("figure"))},
+        {"elbow", f.item(QStringLiteral("elbow"))->mapToScene(QPointF(15, 0))},
+        {"subspace", f.item(QStringLiteral("subspace"))->mapToScene(QPointF(7, -7))},
+        {"subspace origin", f.item(QStringLiteral("subspace"))->scenePos()},
+    };
+    QSignalSpy selections(&f.scene, &Scene::signalItemSelected);
+    f.click(points.at(where));
+
+    const long expected = selected.isEmpty() ? 0 : chartIds.at(selected);
+    QCOMPARE(f.manager.findId(f.scene.getHandledItem()), expected);
+    if (where == QLatin1String("subspace origin")) {
+        QCOMPARE(selections.count(), 0);
+    } else {
+        QCOMPARE(selections.count(), 1);
+        QCOMPARE(selections.first().first().toLongLong(), qint64(expected));
+    }
+    QCOMPARE(f.knobs() != nullptr, expected != 0);
+}
+
+void TestEditorScene::knobSets_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("knobs");
+
+    // The position knob's colour and whether it moves, then how many other knobs there are.
+    QTest::newRow("free bracket") << "free bracket" << "yellow 5";
+    QTest::newRow("bracket on a slice: no rotation or span") << "slice bracket" << "grey 3";
+    QTest::newRow("arc text on a bracket") << "arc text" << "grey 1";
+    QTest::newRow("centre slice") << "root" << "yellow 2";
+    QTest::newRow("outer slice") << "Bacteria" << "grey 1";
+    QTest::newRow("straight text") << "note" << "yellow 1";
+    QTest::newRow("free line") << "line" << "yellow 1";
+    QTest::newRow("line on a line's end") << "elbow" << "grey 1";
+    QTest::newRow("subspace") << "subspace" << "yellow 1";
+}
+
+void TestEditorScene::knobSets()
+{
+    QFETCH(QString, item);
+    QFETCH(QString, knobs);
+
+    Fixture f;
+    QVERIFY(f.scene.selectItem(f.item(item)));
+    HandlerPosition* position = f.knobs();
+    QVERIFY(position);
+    const bool movable = position->flags() & QGraphicsItem::ItemIsMovable;
+    QCOMPARE(movable, position->getColor() == QColor(Qt::yellow));
+    const QString colour = movable ? QStringLiteral("yellow") : QStringLiteral("grey");
+    QCOMPARE(colour + QLatin1Char(' ') + QString::number(position->getHandlers().size()), knobs);
+    for (auto* sub : position->getHandlers()) {
+        QCOMPARE(sub->getColor(), QColor(Qt::red));
+        QVERIFY(sub->flags() & QGraphicsItem::ItemIsMovable);
+    }
+    // The knob set sits on the item's origin.
+    QCOMPARE(position->scenePos(), f.item(item)->scenePos());
+}
+
+void TestEditorScene::dragChangesOneValueInOneStep_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<int>("knob");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<QString>("changes");
+
+    // Targets in the knob set's frame: the item's origin, turned as its parent is. The free
+    // bracket is at (200, -20.5), turned 30, spanning 60, radius 100, tips 10.
+    QTest::newRow("bracket position") << "free bracket" << 0 << QPointF(210, -10) << "position.x=210 position.y=-10";
+    QTest::newRow("bracket radius") << "free bracket" << 1 << polarPoint(150, 10) << "radius=150";
+    QTest::newRow("bracket rotation") << "free bracket" << 2 << polarPoint(100, 80) << "rotation=80";
+    QTest::newRow("bracket span") << "free bracket" << 3 << polarPoint(120, 130) << "angle=100";
+    QTest::newRow("bracket start tip") << "free bracket" << 4 << polarPoint(70, 35) << "tip-length=30";
+    QTest::newRow("bracket end tip") << "free bracket" << 5 << polarPoint(95, 90) << "tip-length=5";
+    // Bacteria's ring ends at 70; its bracket is 12 further out.
+    QTest::newRow("bracket on a slice: radius") << "slice bracket" << 1 << polarPoint(100, 50) << "radius=30";
+    QTest::newRow("bracket on a slice: grey position") << "slice bracket" << 0 << QPointF(30, 30) << "";
+    // Bacteria spans 216 degrees; its bracket turns its text to 108, 82 out.
+    QTest::newRow("arc text radius and rotation")
+        << "arc text" << 1 << polarPoint(100, 128) << "radius=18 rotation=20";
+    QTest::newRow("chart position") << "root" << 0 << QPointF(-20, 30) << "position.x=-20 position.y=30";
+    QTest::newRow("chart rotation") << "root" << 1 << polarPoint(10, -120) << "rotation=-120";
+    QTest::newRow("chart centre width") << "root" << 2 << polarPoint(55, 0) << "radius=55";
+    QTest::newRow("outer slice width") << "Archaea" << 1 << polarPoint(110, 300) << "radius=70";
+    QTest::newRow("straight text rotation") << "figure" << 1 << polarPoint(30, 45) << "rotation=45";
+    QTest::newRow("straight text on a line's end") << "note" << 0 << QPointF(40, 5) << "position.x=10 position.y=5";
+    QTest::newRow("line end") << "line" << 1 << QPointF(50, 10) << "end.x=50 end.y=10";
+    QTest::newRow("line position") << "line" << 0 << QPointF(-210, 90) << "position.x=-210 position.y=90";
+    QTest::newRow("line on a line: end") << "elbow" << 1 << QPointF(35, 5) << "end.x=35 end.y=5";
+    QTest::newRow("subspace rotation") << "subspace" << 1 << polarPoint(30, 60) << "rotation=60";
+}
+
+void TestEditorScene::dragChangesOneValueInOneStep()
+{
+    QFETCH(QString, item);
+    QFETCH(int, knob);
+    QFETCH(QPointF, to);
+    QFETCH(QString, changes);
+
+    Fixture f;
+    QVERIFY(f.scene.selectItem(f.item(item)));
+    nu::edit::Handler* handle = f.knob(knob);
+    QVERIFY(handle);
+    const auto before = state(f.manager);
+    const QJsonObject json = f.json(item);
+    QSignalSpy sceneChanges(&f.scene, &Scene::signalSceneChanged);
+
+    QGraphicsItem* frame = handle->parentItem();
+    f.drag(handle->scenePos(), frame ? frame->mapToScene(to) : to);
+
+    QCOMPARE(changed(json, f.json(item)).join(QLatin1Char(' ')), changes);
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), changes.isEmpty() ? 0 : 1);
+    if (changes.isEmpty())
+        return;
+    QVERIFY(sceneChanges.count() > 0);
+    f.scene.slotUndo();
+    QCOMPARE(state(f.manager), before);
+    QCOMPARE(f.knobs()->getHandledItem(), f.item(item));
+}
+
+void TestEditorScene::dragThroughAZoomedView_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("changes");
+
+    // The mouse moves 30 pixels right and 20 down on a view zoomed twice.
+    QTest::newRow("a line's end") << "line" << "end.x=55 end.y=-10";
+    // A line that ignores transformations is measured in pixels.
+    QTest::newRow("the end of a line that ignores transformations") << "elbow" << "end.x=60 end.y=20";
+}
+
+void TestEditorScene::dragThroughAZoomedView()
+{
+    QFETCH(QString, item);
+    QFETCH(QString, changes);
+
+    Fixture f;
+    QGraphicsView view(&f.scene);
+    view.scale(2, 2);
+    view.resize(600, 600);
+    view.show();
+    QVERIFY(f.scene.selectItem(f.item(item)));
+    const QTransform toViewport = view.viewportTransform();
+    const QPoint from = f.knob(1)->deviceTransform(toViewport).map(QPointF()).toPoint();
+    const QJsonObject json = f.json(item);
+    const auto send = [&](QEvent::Type type, const QPoint& at) {
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        const Qt::MouseButtons buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, at, view.viewport()->mapToGlobal(at), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    send(QEvent::MouseButtonPress, from);
+    for (const QPoint& way : {QPoint(10, 7), QPoint(21, 12), QPoint(30, 20)})
+        send(QEvent::MouseMove, from + way);
+    send(QEvent::MouseButtonRelease, from + QPoint(30, 20));
+    QCOMPARE(changed(json, f.json(item)).join(QLatin1Char(' ')), changes);
+}
+
+void TestEditorScene::shortcutsDuringADrag_data()
+{
+    QTest::addColumn<QString>("shortcut");
+    QTest::addColumn<int>("undoSteps");
+    QTest::addColumn<int>("redoSteps");
+
+    // The drag so far is a step of its own; the rest of it goes nowhere.
+    QTest::newRow("delete") << "delete" << 2 << 0;
+    QTest::newRow("undo") << "undo" << 0 << 1;
+}
+
+void TestEditorScene::shortcutsDuringADrag()
+{
+    QFETCH(QString, shortcut);
+    QFETCH(int, undoSteps);
+    QFETCH(int, redoSteps);
+
+    Fixture f;
+    const auto before = state(f.manager);
+    QVERIFY(f.scene.selectItem(f.item(QStringLiteral("figure"))));
+    const QPointF from = f.knob(0)->scenePos();
+    f.mouse(QEvent::GraphicsSceneMousePress, from);
+    f.mouse(QEvent::GraphicsSceneMouseMove, from + QPointF(10, 10));
+    if (shortcut == QLatin1String("delete"))
+        f.key(Qt::Key_Delete);
+    else
+        f.scene.slotUndo();
+    f.mouse(QEvent::GraphicsSceneMouseMove, from + QPointF(20, 20));
+    f.mouse(QEvent::GraphicsSceneMouseRelease, from + QPointF(20, 20));
+
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), undoSteps);
+    QCOMPARE(f.scene.getUndoManager().getRedoCount(), redoSteps);
+    while (f.scene.canUndo())
+        f.scene.slotUndo();
+    QCOMPARE(state(f.manager), before);
+}
+
+void TestEditorScene::deleteTakesTheChildrenInOneStep_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QStringList>("gone");
+
+    QTest::newRow("a slice with its bracket and text")
+        << "Bacteria" << QStringList{"Bacteria", "slice bracket", "arc text"};
+    QTest::newRow("the whole chart") << "root"
+                                     << QStringList{"root", "Bacteria", "Archaea", "slice bracket", "arc text"};
+    QTest::newRow("a bent line with its text") << "line" << QStringList{"line", "elbow", "note"};
+    QTest::newRow("a lone bracket") << "free bracket" << QStringList{"free bracket"};
+    QTest::newRow("a text at the end of a line") << "note" << QStringList{"note"};
+}
+
+void TestEditorScene::deleteTakesTheChildrenInOneStep()
+{
+    QFETCH(QString, item);
+    QFETCH(QStringList, gone);
+
+    Fixture f;
+    const auto before = state(f.manager);
+    QVERIFY(f.scene.selectItem(f.item(item)));
+    f.key(Qt::Key_Delete);
+    QVERIFY(!f.knobs());
+    const auto after = state(f.manager);
+    QCOMPARE(after.size(), before.size() - gone.size());
+    for (const QString& name : gone)
+        QVERIFY2(!f.manager.getItem(chartIds.at(name)), qPrintable(name));
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), 1);
+
+    // The chart keeps its angles: a deleted slice leaves a gap, and undo fills it exactly.
+    for (int round = 0; round < 2; ++round) {
+        f.scene.slotUndo();
+        QCOMPARE(state(f.manager), before);
+        f.scene.slotRedo();
+        QCOMPARE(state(f.manager), after);
+    }
+    // Nothing selected: Delete does nothing.
+    f.key(Qt::Key_Delete);
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), 1);
+}
+
+void TestEditorScene::creationInEachMode_data()
+{
+    QTest::addColumn<Mode>("mode");
+    QTest::addColumn<QString>("on");
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("items");
+    QTest::addColumn<QString>("value");
+
+    QTest::newRow("arc text") << Mode::ArcText << "" << 1 << 1 << "radius=100;text=new text";
+    QTest::newRow("arc text on a slice: its label")
+        << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria [60.00%]";
+    QTest::newRow("arc bracket") << Mode::ArcBracket << "" << 5 << 1 << "angle=45;tip-length=10";
+    QTest::newRow("arc bracket on a slice spans it")
+        << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=100;angles=";
+    QTest::newRow("straight text") << Mode::RectText << "" << 6 << 1 << "text=new text";
+    QTest::newRow("straight text on a bracket") << Mode::RectText << "free bracket" << 6 << 1 << "position.x=0";
+    QTest::newRow("elbow text") << Mode::ElbowText << "" << 6 << 3 << "text=new text";
+    QTest::newRow("elbow text on a slice") << Mode::ElbowText << "Archaea" << 6 << 3 << "position.x=3";
+    QTest::newRow("line") << Mode::Line << "" << 7 << 1 << "end.x=40;end.y=-20";
+    QTest::newRow("line on a line's end") << Mode::Line << "line" << 7 << 1 << "position=";
+    QTest::newRow("subspace") << Mode::SubSpace << "" << 8 << 1 << "rotation=0";
+    QTest::newRow("subspace on a straight text") << Mode::SubSpace << "figure" << 8 << 1 << "position.y=0";
+}
+
+void TestEditorScene::creationInEachMode()
+{
+    QFETCH(Mode, mode);
+    QFETCH(QString, on);
+    QFETCH(int, type);
+    QFETCH(int, items);
+    QFETCH(QString, value);
+
+    Fixture f;
+    const auto before = state(f.manager);
+    const QPointF at = on.isEmpty()                                                       ? QPointF(300, 300)
+                       : on == QLatin1String("Bacteria") || on == QLatin1String("Archaea") ? f.inside(on)
+                                                                                           : f.on(on);
+    if (!on.isEmpty())
+        QCOMPARE(f.scene.pickItem(at).second, f.item(on));
+    QSignalSpy created(&f.scene, &Scene::signalItemCreated);
+    QSignalSpy modes(&f.scene, &Scene::signalCursorModeChanged);
+    f.scene.setCursorMode(mode);
+    f.click(at);
+
+    QCOMPARE(f.scene.getCursorMode(), Mode::Select);
+    QCOMPARE(modes.count(), 2);
+    QCOMPARE(created.count(), 1);
+    const long id = created.first().first().toLongLong();
+    const auto item = f.manager.getItem(id);
+    QVERIFY(item);
+    QCOMPARE(item->getType(), type);
+    QCOMPARE(f.scene.getHandledItem(), f.manager.getGraphicsItem(id));
+    QCOMPARE(int(state(f.manager).size()), int(before.size()) + items);
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), 1);
+
+    // The first item made hangs on what was under the press, or stands at the press point.
+    QGraphicsItem* first = f.manager.getGraphicsItem(id);
+    for (int i = 1; i < items; ++i)
+        first = first->parentItem();
+    QCOMPARE(first->parentItem(), on.isEmpty() ? nullptr : f.item(on));
+    if (on.isEmpty())
+        QCOMPARE(first->scenePos(), at);
+
+    for (const QString& expected : value.split(QLatin1Char(';'))) {
+        const QString name = expected.section(QLatin1Char('='), 0, 0);
+        const QString text = expected.section(QLatin1Char('='), 1);
+        if (text.isEmpty()) {
+            QVERIFY2(!item->findProperty(name), qPrintable(name));
+            continue;
+        }
+        const QVariant property = item->getPropertyValue(name);
+        QCOMPARE(property.toString(), text);
+    }
+    if (mode == Mode::ArcBracket && !on.isEmpty()) {
+        auto bracket = dynamic_cast<nu::graphics::AngularItem*>(first);
+        QCOMPARE(bracket->getAngle(), dynamic_cast<nu::graphics::AngularItem*>(f.item(on))->getAngle());
+    }
+
+    f.scene.slotUndo();
+    QCOMPARE(state(f.manager), before);
+    QVERIFY(!f.scene.getHandledItem());
+}
+
+void TestEditorScene::elbowTextMovesWithItsFirstLine()
+{
+    Fixture f;
+    const long textId = f.scene.itemAddElbowText(QPointF(100, 100));
+    QGraphicsItem* text = f.manager.getGraphicsItem(textId);
+    QGraphicsItem* line = text->parentItem()->parentItem();
+    const QPointF start = text->scenePos();
+    // Bent: the text is neither level with the anchor nor straight above it.
+    QVERIFY(start.x() > 100 && start.y() < 100);
+
+    QVERIFY(f.scene.selectItem(line));
+    f.drag(QPointF(100, 100), QPointF(90, 120));
+    QCOMPARE(text->scenePos(), start + QPointF(-10, 20));
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), 2);
+}
+
+void TestEditorScene::hidingSubspacesDropsTheirKnobs()
+{
+    Fixture f;
+    QSignalSpy selections(&f.scene, &Scene::signalItemSelected);
+    QVERIFY(f.scene.selectItem(f.item(QStringLiteral("subspace"))));
+    f.scene.slotEditSubSpacesVisible(false);
+    QVERIFY(!f.knobs());
+    QCOMPARE(selections.last().first().toLongLong(), 0LL);
+    QVERIFY(!dynamic_cast<nu::graphics::SubSpaceItem*>(f.item(QStringLiteral("subspace")))->getSubSpaceVisible());
+
+    // A subspace brought back by undo, or added, follows the setting; adding one shows them all.
+    QVERIFY(f.scene.selectItem(f.item(QStringLiteral("subspace"))));
+    f.key(Qt::Key_Delete);
+    f.scene.slotUndo();
+    QVERIFY(!dynamic_cast<nu::graphics::SubSpaceItem*>(f.item(QStringLiteral("subspace")))->getSubSpaceVisible());
+    QSignalSpy shown(&f.scene, &Scene::signalSubSpacesVisibleChanged);
+    f.scene.itemAddSubSpace(QPointF(50, 50));
+    QCOMPARE(shown.count(), 1);
+    QVERIFY(f.scene.getSubSpaceVisible());
+    QVERIFY(dynamic_cast<nu::graphics::SubSpaceItem*>(f.item(QStringLiteral("subspace")))->getSubSpaceVisible());
+}
+
+void TestEditorScene::fitCanvas()
+{
+    Scene::ItemManager manager;
+    Scene scene(manager);
+    scene.slotFitCanvas();
+    QCOMPARE(scene.sceneRect(), QRectF(-20, -20, 40, 40));
+
+    Sorvik::Test::addAnnotatedChart(manager);
+    const QRectF drawing = scene.itemsBoundingRect();
+    // Knobs are no part of the drawing.
+    QVERIFY(scene.selectItem(manager.getGraphicsItem(chartIds.at(QStringLiteral("free bracket")))));
+    scene.slotFitCanvas();
+    QCOMPARE(scene.sceneRect(), drawing.adjusted(-20, -20, 20, 20));
+}
+
+void TestEditorScene::filesAndTheCleanMark()
+{
+    QTemporaryDir folder;
+    const auto info = Scene::getFileInfo(folder.filePath(QStringLiteral("chart.pie")));
+    Fixture f;
+    QVERIFY(!f.scene.hasChanged());
+    f.scene.itemAddLine(QPointF(0, 0));
+    QVERIFY(f.scene.hasChanged());
+    QSignalSpy undoState(&f.scene, &Scene::signalUndoStateChanged);
+    f.scene.saveToFile(info);
+    QVERIFY(!f.scene.hasChanged());
+    QCOMPARE(undoState.count(), 1);
+    f.scene.slotUndo();
+    QVERIFY(f.scene.hasChanged());
+    f.scene.slotRedo();
+    QVERIFY(!f.scene.hasChanged());
+
+    // Import: one step, undone whole.
+    const auto saved = state(f.manager);
+    QCOMPARE(f.scene.importFromFile(info), 0);
+    QCOMPARE(state(f.manager).size(), 2 * saved.size());
+    QCOMPARE(f.scene.getUndoManager().getUndoCount(), 2);
+    f.scene.slotUndo();
+    QCOMPARE(state(f.manager), saved);
+
+    // A file that can't be loaded leaves the chart and its history alone.
+    const auto wrong = nu::JsonDataFile::Info(info.path, QStringLiteral("other"), 1);
+    QVERIFY_EXCEPTION_THROWN(f.scene.loadFromFile(wrong), nu::JsonDataFile::WrongDescriptorException);
+    QCOMPARE(state(f.manager), saved);
+    QVERIFY(f.scene.canUndo());
+
+    f.scene.loadFromFile(info);
+    QCOMPARE(state(f.manager).size(), saved.size());
+    QVERIFY(!f.scene.canUndo());
+    QVERIFY(!f.scene.hasChanged());
+    QVERIFY(f.scene.sceneRect().contains(f.scene.itemsBoundingRect()));
+}
+
+QTEST_MAIN(TestEditorScene)
+#include "tst_editorscene.moc"
