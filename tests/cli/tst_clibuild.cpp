@@ -32,331 +32,314 @@ class TestCliBuild : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
+    void initTestCase()
+    {
+        QVERIFY(top.isValid());
+        QVERIFY(server.isListening());
+        const QString small = top.filePath(QStringLiteral("small.zip"));
+        QVERIFY(writeSmallTaxdump(small));
+        server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), fileContent(small));
+        server.serve(QStringLiteral("/html"), "<html>mirror moved</html>");
+        HttpServer::Route stall;
+        stall.behaviour = HttpServer::Behaviour::Stall;
+        stall.body = fileContent(small);
+        stall.stallAfter = 10;
+        server.setRoute(QStringLiteral("/stall.zip"), stall);
+        ::signal(SIGPIPE, SIG_IGN);
+    }
 
-    void buildsEveryFormat_data();
-    void buildsEveryFormat();
-    void refusals_data();
-    void refusals();
-    void usageErrors_data();
-    void usageErrors();
-    void importTaxonomy_data();
-    void importTaxonomy();
-    void importedTaxonomyServesLaterBuilds();
-    void interruptDuringDownload();
-    void interruptWhileReadingKrona();
+    void init()
+    {
+        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
+        QVERIFY(dir->isValid());
+    }
+
+    void buildsEveryFormat_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<bool>("cached");
+        QTest::addColumn<QString>("chart");
+
+        QTest::newRow("krona") << "krona" << QByteArray("5\tBacteria\tFirmicutes\n3\tBacteria\n2\n") << QStringList() << false
+                               << "root:2(Bacteria:3(Firmicutes:5))";
+        QTest::newRow("qiime first column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n") << QStringList()
+                                            << false << "root:0(\"k  B\":0(\"p  F\":2500))";
+        QTest::newRow("qiime second column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n")
+                                             << QStringList{"--column", "1"} << false << "root:0(\"k  B\":0(\"p  F\":5000))";
+        QTest::newRow("taxids cached") << "taxids" << QByteArray("562\n562\n9606\n") << QStringList() << true << smallChart;
+        QTest::newRow("taxid-counts cached") << "taxid-counts" << QByteArray("562\t2\n9606\t1\n") << QStringList() << true
+                                             << smallChart;
+        QTest::newRow("mgtaxa cached") << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t9\t562\ns2\t9\t562\ns3\t9\t9606\n")
+                                       << QStringList() << true << smallChart;
+        QTest::newRow("taxids downloaded") << "taxids" << QByteArray("562 562 9606") << QStringList() << false << smallChart;
+    }
+
+    void buildsEveryFormat()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, input);
+        QFETCH(QStringList, options);
+        QFETCH(bool, cached);
+        QFETCH(QString, chart);
+        if (cached)
+            writeTree(path(QStringLiteral("ncbi.ontology")),
+                      QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia(562=\"Escherichia "
+                                     "coli\")) 9606=\"Homo sapiens\"))"),
+                      false);
+        const QString output = path(QStringLiteral("out.piechart"));
+        QStringList arguments{"build", format, write(QStringLiteral("input.txt"), input), "-o", output};
+        if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
+            arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
+        const CliResult result = runCli(arguments + options, environment(QStringLiteral("/pub/taxonomy/taxdmp.zip")));
+        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        QCOMPARE(result.err, QString());
+        QCOMPARE(describeOntology(output), chart);
+        if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
+            QVERIFY(!Zem::Ontology::Ontology(path(QStringLiteral("ncbi.ontology"))).isCounted());
+    }
+
+    void refusals_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QString>("urlPath");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("outputWritten");
+
+        const QString ncbi = QStringLiteral("/pub/taxonomy/taxdmp.zip");
+        QTest::newRow("empty krona") << "krona" << QByteArray() << "" << "no counted taxa in" << true;
+        QTest::newRow("overlong line") << "krona" << QByteArray(17 * 1024 * 1024, 'x') << ""
+                                       << "Piechart couldn't be generated: a line is too long" << false;
+        QTest::newRow("qiime without value columns") << "qiime" << QByteArray("Taxon\nk__A\n") << ""
+                                                     << "has no QIIME header with value columns" << false;
+        QTest::newRow("report as taxids")
+            << "taxids" << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
+            << "does not look like a list of NCBI taxon ids" << false;
+        QTest::newRow("three words per line") << "taxid-counts" << QByteArray("562 2 x\n9606 1 y\n") << ncbi
+                                              << "expected a taxon id and a count" << false;
+        QTest::newRow("ids unknown to the taxonomy") << "taxids" << QByteArray("424242\n") << ncbi << "no counted taxa in"
+                                                     << true;
+        QTest::newRow("download not found") << "taxids" << QByteArray("562\n") << "/nothing.zip"
+                                            << "NCBI data couldn't be downloaded: " << false;
+        QTest::newRow("download not a zip")
+            << "taxids" << QByteArray("562\n") << "/html"
+            << "Pie chart couldn't be generated: the taxonomy archive is not a ZIP file" << false;
+        QTest::newRow("missing input") << "krona" << QByteArray("<missing>") << "" << "cannot read" << false;
+    }
+
+    void refusals()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, input);
+        QFETCH(QString, urlPath);
+        QFETCH(QString, message);
+        QFETCH(bool, outputWritten);
+        const QString inputFile =
+            input == "<missing>" ? path(QStringLiteral("missing.txt")) : write(QStringLiteral("input.txt"), input);
+        const QString output = path(QStringLiteral("out.piechart"));
+        QStringList arguments{"build", format, inputFile, "-o", output};
+        if (!urlPath.isEmpty())
+            arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
+        const CliResult result = runCli(arguments, environment(urlPath));
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.err.startsWith(QLatin1String("sorvik-cli build: ")) && result.err.contains(message),
+                 qPrintable(result.err));
+        QCOMPARE(result.err.count(QLatin1Char('\n')), 1);
+        QCOMPARE(QFileInfo::exists(output), outputWritten);
+        // Nothing is left in the temporary folder but the input.
+        QStringList left = QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
+        left.removeAll(QStringLiteral("input.txt"));
+        left.removeAll(QStringLiteral("out.piechart"));
+        left.removeAll(QStringLiteral("ncbi.ontology"));
+        QCOMPARE(left, QStringList());
+    }
+
+    void usageErrors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unknown format") << QStringList{"build", "biom", "IN", "-o", "OUT"} << "unknown format 'biom'";
+        QTest::newRow("no output") << QStringList{"build", "krona", "IN"} << "missing -o OUT";
+        QTest::newRow("column for krona") << QStringList{"build", "krona", "IN", "-o", "OUT", "--column", "1"}
+                                          << "--column applies to qiime only";
+        QTest::newRow("negative column") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--column", "-1"}
+                                         << "--column needs a number";
+        QTest::newRow("column past the last") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--column", "2"}
+                                              << "column 2 is out of range: IN has 2 value columns (S1, S2)";
+        QTest::newRow("output is input") << QStringList{"build", "krona", "IN", "-o", "IN"} << "OUT must not be INPUT";
+        QTest::newRow("output is the taxonomy") << QStringList{"build", "taxids", "IN", "-o", "T", "--taxonomy", "T"}
+                                                << "OUT must not be the taxonomy file";
+        QTest::newRow("import without output") << QStringList{"import-taxonomy", "A"} << "missing -o OUT";
+    }
+
+    void usageErrors()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        const QString input = write(QStringLiteral("IN"), "Taxon\tS1\tS2\nA\t1\t2\n");
+        for (QString& argument : arguments) {
+            if (argument == QLatin1String("IN") || argument == QLatin1String("OUT") || argument == QLatin1String("T"))
+                argument = path(argument);
+        }
+        message.replace(QLatin1String("IN has"), input + QStringLiteral(" has"));
+        const CliResult result = runCli(arguments);
+        QCOMPARE(result.exitCode, 2);
+        QVERIFY2(result.err.contains(message), qPrintable(result.err));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("OUT"))));
+    }
+
+    void importTaxonomy_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("taxdmp.zip") << "small" << 0 << "";
+        QTest::newRow("orphans left out") << "orphans" << 0 << "note: 2 ids are not linked to the root";
+        QTest::newRow("not a zip") << "text" << 1 << "Pie chart couldn't be generated: the taxonomy archive is not a ZIP file";
+        QTest::newRow("no nodes.dmp") << "no nodes" << 1 << "holds no nodes.dmp";
+        QTest::newRow("nothing below the root") << "root only" << 1 << "gives no taxa below the root";
+        QTest::newRow("no root") << "no root" << 1 << "the input has no root node";
+        QTest::newRow("missing") << "missing" << 1 << "cannot read";
+    }
+
+    void importTaxonomy()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
+        const QString archive = path(QStringLiteral("taxdmp.zip"));
+        if (kind == QLatin1String("small"))
+            QVERIFY(writeSmallTaxdump(archive));
+        else if (kind == QLatin1String("orphans"))
+            QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), smallNodes() + dumpRow({"7", "99", "species"})}}));
+        else if (kind == QLatin1String("text"))
+            write(QStringLiteral("taxdmp.zip"), "1\t|\t1\t|\n");
+        else if (kind == QLatin1String("no nodes"))
+            QVERIFY(writeZip(archive, {{QStringLiteral("names.dmp"), smallNames()}}));
+        else if (kind == QLatin1String("root only"))
+            QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), dumpRow({"1", "1"}) + dumpRow({"5", "4"})}}));
+        else if (kind == QLatin1String("no root"))
+            QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), dumpRow({"2", "1"})}}));
+        const QString output = path(QStringLiteral("ncbi.ontology"));
+        const CliResult result = runCli({"import-taxonomy", archive, "-o", output, "--quiet"});
+        QCOMPARE(result.exitCode, exitCode);
+        QVERIFY2(message.isEmpty() ? result.err.isEmpty() : result.err.contains(message), qPrintable(result.err));
+        QCOMPARE(QFileInfo::exists(output), exitCode == 0);
+        if (exitCode == 0) {
+            const Zem::Ontology::Ontology ontology(output);
+            QVERIFY(!ontology.isCounted());
+            QCOMPARE(ontology.getNodeNumber(), 6);
+        }
+        QCOMPARE(QDir(dir->path()).entryList(QStringList{QStringLiteral("sorvik-*")}, QDir::AllEntries), QStringList());
+    }
+
+    void importedTaxonomyServesLaterBuilds()
+    {
+        QVERIFY(writeSmallTaxdump(path(QStringLiteral("taxdmp.zip"))));
+        const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
+        QCOMPARE(runCli({"import-taxonomy", path(QStringLiteral("taxdmp.zip")), "-o", taxonomy}).exitCode, 0);
+        const int requests = server.getRequestCount(QStringLiteral("/html"));
+        const CliResult result = runCli({"build", "taxids", write(QStringLiteral("in.txt"), "562\n9606\n562\n"), "-o",
+                                         path(QStringLiteral("out.piechart")), "--taxonomy", taxonomy},
+                                        environment(QStringLiteral("/html")));
+        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        QCOMPARE(server.getRequestCount(QStringLiteral("/html")), requests);
+        QCOMPARE(describeOntology(path(QStringLiteral("out.piechart"))), smallChart);
+
+        // A chart is no taxonomy: it is refused, and left as it is.
+        const QString counted = path(QStringLiteral("out.piechart"));
+        const QByteArray chart = fileContent(counted);
+        const CliResult refused = runCli({"build", "taxids", path(QStringLiteral("in.txt")), "-o",
+                                          path(QStringLiteral("other.piechart")), "--taxonomy", counted});
+        QCOMPARE(refused.exitCode, 1);
+        QVERIFY(refused.err.contains(QLatin1String("is a counted chart, not a taxonomy")));
+        QVERIFY(fileContent(counted) == chart);
+    }
+
+    void interruptDuringDownload()
+    {
+        const QString output = path(QStringLiteral("out.piechart"));
+        const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
+        QProcess process;
+        process.setProcessEnvironment(environment(QStringLiteral("/stall.zip")));
+        bool done = false;
+        connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, [&done] { done = true; });
+        const int before = server.getRequestCount(QStringLiteral("/stall.zip"));
+        process.start(QStringLiteral(SORVIK_CLI), {"build", "taxids", write(QStringLiteral("in.txt"), "562\n"), "-o", output,
+                                                   "--taxonomy", taxonomy});
+        QVERIFY(process.waitForStarted());
+        QTRY_COMPARE_WITH_TIMEOUT(server.getRequestCount(QStringLiteral("/stall.zip")), before + 1, 60000);
+        ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+        QTRY_VERIFY_WITH_TIMEOUT(done, 60000);
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 130);
+        QVERIFY(QString::fromUtf8(process.readAllStandardError()).contains(QLatin1String("interrupted")));
+        QVERIFY(!QFileInfo::exists(output));
+        QVERIFY(!QFileInfo::exists(taxonomy));
+        QCOMPARE(QDir(dir->path()).entryList(QStringList{QStringLiteral("sorvik-*")}, QDir::AllEntries), QStringList());
+    }
+
+    void interruptWhileReadingKrona()
+    {
+        // The input is a pipe that the test keeps filling, so the build is surely still reading.
+        const QString fifo = path(QStringLiteral("input.fifo"));
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        const QString output = path(QStringLiteral("out.piechart"));
+        QProcess process;
+        process.start(QStringLiteral(SORVIK_CLI), {"build", "krona", fifo, "-o", output});
+        QVERIFY(process.waitForStarted());
+        QFile pipe(fifo);
+        QVERIFY(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QByteArray lines;
+        for (int i = 0; i < 1000; ++i)
+            lines.append("3\tBacteria\tFirmicutes\tClostridia\t").append(QByteArray::number(i)).append('\n');
+        qint64 sent = 0;
+        bool interrupted = false;
+        while (pipe.write(lines) == lines.size()) {
+            sent += lines.size();
+            if (!interrupted && sent > 2 * 1024 * 1024) {
+                ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+                interrupted = true;
+            }
+            if (sent > 2000LL * 1024 * 1024)
+                break;
+        }
+        pipe.close();
+        QVERIFY(process.waitForFinished(60000));
+        QVERIFY(interrupted);
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 130);
+        QVERIFY(!QFileInfo::exists(output));
+        QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System),
+                 QStringList{QStringLiteral("input.fifo")});
+    }
 
 private:
     QString path(const QString& name) const { return dir->filePath(name); }
-    QString write(const QString& name, const QByteArray& content);
-    QProcessEnvironment environment(const QString& urlPath) const;
-    void writeCache();
+
+    QString write(const QString& name, const QByteArray& content)
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            return QString();
+        return file.fileName();
+    }
+
+    // The download address and the temporary folder the command sees.
+    QProcessEnvironment environment(const QString& urlPath) const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), server.url(urlPath).toString());
+        env.insert(QStringLiteral("TMPDIR"), dir->path());
+        return env;
+    }
 
     QTemporaryDir top;
     std::unique_ptr<QTemporaryDir> dir;
     HttpServer server;
 };
-
-void TestCliBuild::initTestCase()
-{
-    QVERIFY(top.isValid());
-    QVERIFY(server.isListening());
-    const QString small = top.filePath(QStringLiteral("small.zip"));
-    QVERIFY(writeSmallTaxdump(small));
-    server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), fileContent(small));
-    server.serve(QStringLiteral("/html"), "<html>mirror moved</html>");
-    HttpServer::Route stall;
-    stall.behaviour = HttpServer::Behaviour::Stall;
-    stall.body = fileContent(small);
-    stall.stallAfter = 10;
-    server.setRoute(QStringLiteral("/stall.zip"), stall);
-    ::signal(SIGPIPE, SIG_IGN);
-}
-
-void TestCliBuild::init()
-{
-    dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-    QVERIFY(dir->isValid());
-}
-
-QString TestCliBuild::write(const QString& name, const QByteArray& content)
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        return QString();
-    return file.fileName();
-}
-
-QProcessEnvironment TestCliBuild::environment(const QString& urlPath) const
-{
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), server.url(urlPath).toString());
-    env.insert(QStringLiteral("TMPDIR"), dir->path());
-    return env;
-}
-
-void TestCliBuild::writeCache()
-{
-    writeTree(path(QStringLiteral("ncbi.ontology")),
-              QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia(562=\"Escherichia coli\")) "
-                             "9606=\"Homo sapiens\"))"),
-              false);
-}
-
-void TestCliBuild::buildsEveryFormat_data()
-{
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<bool>("cached");
-    QTest::addColumn<QString>("chart");
-
-    QTest::newRow("krona") << "krona" << QByteArray("5\tBacteria\tFirmicutes\n3\tBacteria\n2\n") << QStringList() << false
-                           << "root:2(Bacteria:3(Firmicutes:5))";
-    QTest::newRow("qiime first column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n") << QStringList()
-                                        << false << "root:0(\"k  B\":0(\"p  F\":2500))";
-    QTest::newRow("qiime second column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n")
-                                         << QStringList{"--column", "1"} << false << "root:0(\"k  B\":0(\"p  F\":5000))";
-    QTest::newRow("taxids cached") << "taxids" << QByteArray("562\n562\n9606\n") << QStringList() << true << smallChart;
-    QTest::newRow("taxid-counts cached") << "taxid-counts" << QByteArray("562\t2\n9606\t1\n") << QStringList() << true
-                                         << smallChart;
-    QTest::newRow("mgtaxa cached") << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t9\t562\ns2\t9\t562\ns3\t9\t9606\n")
-                                   << QStringList() << true << smallChart;
-    QTest::newRow("taxids downloaded") << "taxids" << QByteArray("562 562 9606") << QStringList() << false << smallChart;
-}
-
-void TestCliBuild::buildsEveryFormat()
-{
-    QFETCH(QString, format);
-    QFETCH(QByteArray, input);
-    QFETCH(QStringList, options);
-    QFETCH(bool, cached);
-    QFETCH(QString, chart);
-    if (cached)
-        writeCache();
-    QStringList arguments{"build", format, write(QStringLiteral("input.txt"), input), "-o", path(QStringLiteral("out.piechart"))};
-    if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
-        arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
-    const CliResult result = runCli(arguments + options, environment(QStringLiteral("/pub/taxonomy/taxdmp.zip")));
-    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-    QCOMPARE(result.err, QString());
-    QCOMPARE(describeOntology(path(QStringLiteral("out.piechart"))), chart);
-    if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
-        QVERIFY(!Zem::Ontology::Ontology(path(QStringLiteral("ncbi.ontology"))).isCounted());
-}
-
-void TestCliBuild::refusals_data()
-{
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<QString>("urlPath");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<bool>("outputWritten");
-
-    QTest::newRow("empty krona") << "krona" << QByteArray() << "" << "no counted taxa in" << true;
-    QTest::newRow("binary krona") << "krona" << QByteArray(5000, '\x01') << "" << "no counted taxa in" << true;
-    QTest::newRow("overlong line") << "krona" << QByteArray(17 * 1024 * 1024, 'x') << ""
-                                   << "Piechart couldn't be generated: a line is too long" << false;
-    QTest::newRow("qiime without value columns") << "qiime" << QByteArray("Taxon\nk__A\n") << ""
-                                                 << "has no QIIME header with value columns" << false;
-    QTest::newRow("report as taxids") << "taxids" << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n")
-                                      << "/pub/taxonomy/taxdmp.zip" << "does not look like a list of NCBI taxon ids" << false;
-    QTest::newRow("three words per line") << "taxid-counts" << QByteArray("562 2 x\n9606 1 y\n") << "/pub/taxonomy/taxdmp.zip"
-                                          << "expected a taxon id and a count" << false;
-    QTest::newRow("ids unknown to the taxonomy") << "taxids" << QByteArray("424242\n") << "/pub/taxonomy/taxdmp.zip"
-                                                 << "no counted taxa in" << true;
-    QTest::newRow("download not found") << "taxids" << QByteArray("562\n") << "/nothing.zip"
-                                        << "NCBI data couldn't be downloaded: " << false;
-    QTest::newRow("download not a zip") << "taxids" << QByteArray("562\n") << "/html"
-                                        << "Pie chart couldn't be generated: the taxonomy archive is not a ZIP file" << false;
-    QTest::newRow("missing input") << "krona" << QByteArray("<missing>") << "" << "cannot read" << false;
-}
-
-void TestCliBuild::refusals()
-{
-    QFETCH(QString, format);
-    QFETCH(QByteArray, input);
-    QFETCH(QString, urlPath);
-    QFETCH(QString, message);
-    QFETCH(bool, outputWritten);
-    const QString inputFile = input == "<missing>" ? path(QStringLiteral("missing.txt")) : write(QStringLiteral("input.txt"), input);
-    const QString output = path(QStringLiteral("out.piechart"));
-    QStringList arguments{"build", format, inputFile, "-o", output};
-    if (!urlPath.isEmpty())
-        arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
-    const CliResult result = runCli(arguments, environment(urlPath));
-    QCOMPARE(result.exitCode, 1);
-    QVERIFY2(result.err.startsWith(QLatin1String("sorvik-cli build: ")) && result.err.contains(message), qPrintable(result.err));
-    QCOMPARE(result.err.count(QLatin1Char('\n')), 1);
-    QCOMPARE(QFileInfo::exists(output), outputWritten);
-    // Nothing is left in the temporary folder but the input.
-    QStringList left = QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
-    left.removeAll(QStringLiteral("input.txt"));
-    left.removeAll(QStringLiteral("out.piechart"));
-    left.removeAll(QStringLiteral("ncbi.ontology"));
-    QCOMPARE(left, QStringList());
-}
-
-void TestCliBuild::usageErrors_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("unknown format") << QStringList{"build", "biom", "IN", "-o", "OUT"} << "unknown format 'biom'";
-    QTest::newRow("no input") << QStringList{"build", "krona", "-o", "OUT"} << "missing INPUT";
-    QTest::newRow("no output") << QStringList{"build", "krona", "IN"} << "missing -o OUT";
-    QTest::newRow("column for krona") << QStringList{"build", "krona", "IN", "-o", "OUT", "--column", "1"} << "--column applies to qiime only";
-    QTest::newRow("taxonomy for qiime") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--taxonomy", "T"} << "--taxonomy applies to";
-    QTest::newRow("negative column") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--column", "-1"} << "--column needs a number";
-    QTest::newRow("column past the last") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--column", "2"}
-                                          << "column 2 is out of range: IN has 2 value columns (S1, S2)";
-    QTest::newRow("output is input") << QStringList{"build", "krona", "IN", "-o", "IN"} << "OUT must not be INPUT";
-    QTest::newRow("output is the taxonomy") << QStringList{"build", "taxids", "IN", "-o", "T", "--taxonomy", "T"}
-                                            << "OUT must not be the taxonomy file";
-    QTest::newRow("import without output") << QStringList{"import-taxonomy", "A"} << "missing -o OUT";
-    QTest::newRow("import without archive") << QStringList{"import-taxonomy", "-o", "OUT"} << "missing ARCHIVE";
-}
-
-void TestCliBuild::usageErrors()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, message);
-    const QString input = write(QStringLiteral("IN"), "Taxon\tS1\tS2\nA\t1\t2\n");
-    for (QString& argument : arguments) {
-        if (argument == QLatin1String("IN") || argument == QLatin1String("OUT") || argument == QLatin1String("T"))
-            argument = path(argument);
-    }
-    message.replace(QLatin1String("IN has"), input + QStringLiteral(" has"));
-    const CliResult result = runCli(arguments);
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.err.contains(message), qPrintable(result.err));
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("OUT"))));
-}
-
-void TestCliBuild::importTaxonomy_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("taxdmp.zip") << "small" << 0 << "";
-    QTest::newRow("orphans left out") << "orphans" << 0 << "note: 2 ids are not linked to the root";
-    QTest::newRow("not a zip") << "text" << 1 << "Pie chart couldn't be generated: the taxonomy archive is not a ZIP file";
-    QTest::newRow("no nodes.dmp") << "no nodes" << 1 << "holds no nodes.dmp";
-    QTest::newRow("nothing below the root") << "root only" << 1 << "gives no taxa below the root";
-    QTest::newRow("no root") << "no root" << 1 << "the input has no root node";
-    QTest::newRow("missing") << "missing" << 1 << "cannot read";
-}
-
-void TestCliBuild::importTaxonomy()
-{
-    QFETCH(QString, kind);
-    QFETCH(int, exitCode);
-    QFETCH(QString, message);
-    const QString archive = path(QStringLiteral("taxdmp.zip"));
-    if (kind == QLatin1String("small"))
-        QVERIFY(writeSmallTaxdump(archive));
-    else if (kind == QLatin1String("orphans"))
-        QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), smallNodes() + dumpRow({"7", "99", "species"})}}));
-    else if (kind == QLatin1String("text"))
-        write(QStringLiteral("taxdmp.zip"), "1\t|\t1\t|\n");
-    else if (kind == QLatin1String("no nodes"))
-        QVERIFY(writeZip(archive, {{QStringLiteral("names.dmp"), smallNames()}}));
-    else if (kind == QLatin1String("root only"))
-        QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), dumpRow({"1", "1"}) + dumpRow({"5", "4"})}}));
-    else if (kind == QLatin1String("no root"))
-        QVERIFY(writeZip(archive, {{QStringLiteral("nodes.dmp"), dumpRow({"2", "1"})}}));
-    const QString output = path(QStringLiteral("ncbi.ontology"));
-    const CliResult result = runCli({"import-taxonomy", archive, "-o", output, "--quiet"});
-    QCOMPARE(result.exitCode, exitCode);
-    QVERIFY2(message.isEmpty() ? result.err.isEmpty() : result.err.contains(message), qPrintable(result.err));
-    QCOMPARE(QFileInfo::exists(output), exitCode == 0);
-    if (exitCode == 0) {
-        const Zem::Ontology::Ontology ontology(output);
-        QVERIFY(!ontology.isCounted());
-        QCOMPARE(ontology.getNodeNumber(), 6);
-    }
-    QCOMPARE(QDir(dir->path()).entryList(QStringList{QStringLiteral("sorvik-*")}, QDir::AllEntries), QStringList());
-}
-
-void TestCliBuild::importedTaxonomyServesLaterBuilds()
-{
-    QVERIFY(writeSmallTaxdump(path(QStringLiteral("taxdmp.zip"))));
-    const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
-    QCOMPARE(runCli({"import-taxonomy", path(QStringLiteral("taxdmp.zip")), "-o", taxonomy}).exitCode, 0);
-    const int requests = server.getRequestCount(QStringLiteral("/html"));
-    const CliResult result = runCli({"build", "taxids", write(QStringLiteral("in.txt"), "562\n9606\n562\n"), "-o",
-                                     path(QStringLiteral("out.piechart")), "--taxonomy", taxonomy},
-                                    environment(QStringLiteral("/html")));
-    QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-    QCOMPARE(server.getRequestCount(QStringLiteral("/html")), requests);
-    QCOMPARE(describeOntology(path(QStringLiteral("out.piechart"))), smallChart);
-
-    // A chart is no taxonomy: it is refused, and left as it is.
-    const QByteArray chart = fileContent(path(QStringLiteral("out.piechart")));
-    const CliResult refused = runCli({"build", "taxids", path(QStringLiteral("in.txt")), "-o", path(QStringLiteral("other.piechart")),
-                                      "--taxonomy", path(QStringLiteral("out.piechart"))});
-    QCOMPARE(refused.exitCode, 1);
-    QVERIFY(refused.err.contains(QLatin1String("is a counted chart, not a taxonomy")));
-    QVERIFY(fileContent(path(QStringLiteral("out.piechart"))) == chart);
-}
-
-void TestCliBuild::interruptDuringDownload()
-{
-    const QString output = path(QStringLiteral("out.piechart"));
-    const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
-    QProcess process;
-    process.setProcessEnvironment(environment(QStringLiteral("/stall.zip")));
-    bool done = false;
-    connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, [&done] { done = true; });
-    const int before = server.getRequestCount(QStringLiteral("/stall.zip"));
-    process.start(QStringLiteral(SORVIK_CLI), {"build", "taxids", write(QStringLiteral("in.txt"), "562\n"), "-o", output,
-                                               "--taxonomy", taxonomy});
-    QVERIFY(process.waitForStarted());
-    QTRY_COMPARE_WITH_TIMEOUT(server.getRequestCount(QStringLiteral("/stall.zip")), before + 1, 60000);
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-    QTRY_VERIFY_WITH_TIMEOUT(done, 60000);
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 130);
-    QVERIFY(QString::fromUtf8(process.readAllStandardError()).contains(QLatin1String("interrupted")));
-    QVERIFY(!QFileInfo::exists(output));
-    QVERIFY(!QFileInfo::exists(taxonomy));
-    QCOMPARE(QDir(dir->path()).entryList(QStringList{QStringLiteral("sorvik-*")}, QDir::AllEntries), QStringList());
-}
-
-void TestCliBuild::interruptWhileReadingKrona()
-{
-    // The input is a pipe that the test keeps filling, so the build is surely still reading.
-    const QString fifo = path(QStringLiteral("input.fifo"));
-    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    const QString output = path(QStringLiteral("out.piechart"));
-    QProcess process;
-    process.start(QStringLiteral(SORVIK_CLI), {"build", "krona", fifo, "-o", output});
-    QVERIFY(process.waitForStarted());
-    QFile pipe(fifo);
-    QVERIFY(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    QByteArray lines;
-    for (int i = 0; i < 1000; ++i)
-        lines.append("3\tBacteria\tFirmicutes\tClostridia\t").append(QByteArray::number(i)).append('\n');
-    qint64 sent = 0;
-    bool interrupted = false;
-    while (pipe.write(lines) == lines.size()) {
-        sent += lines.size();
-        if (!interrupted && sent > 2 * 1024 * 1024) {
-            ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-            interrupted = true;
-        }
-        if (sent > 2000LL * 1024 * 1024)
-            break;
-    }
-    pipe.close();
-    QVERIFY(process.waitForFinished(60000));
-    QVERIFY(interrupted);
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 130);
-    QVERIFY(!QFileInfo::exists(output));
-    QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System),
-             QStringList{QStringLiteral("input.fifo")});
-}
 
 QTEST_GUILESS_MAIN(TestCliBuild)
 #include "tst_clibuild.moc"

@@ -67,318 +67,280 @@ class TestAnnotationItems : public QObject
 {
     Q_OBJECT
 private slots:
-    void straightTextSitsOnItsAnchor_data();
-    void straightTextSitsOnItsAnchor();
-    void bracketOutline_data();
-    void bracketOutline();
-    void bracketFollowsItsSlice();
-    void bracketChildrenFollowTheBracket();
-    void radiiNeverNegative();
-    void arcTextIsCentredOnItsCircle_data();
-    void arcTextIsCentredOnItsCircle();
-    void lineChildrenHangOnTheEnd();
-    void hiddenSubspaceHasNoOutline();
-    void sliceLabelFitsOrIsNotDrawn_data();
-    void sliceLabelFitsOrIsNotDrawn();
-    void sliceLabelReadsLeftToRight_data();
-    void sliceLabelReadsLeftToRight();
-    void sliceDefaultTextAndToolTip();
-    void itemsPaintWithoutAView();
-};
-
-
-
-void TestAnnotationItems::straightTextSitsOnItsAnchor_data()
-{
-    QTest::addColumn<H>("h");
-    QTest::addColumn<V>("v");
-    QTest::addColumn<QPointF>("corner");
-    QTest::newRow("defaults: left edge, centred") << H::Left << V::Center << QPointF(0, 0.5);
-    QTest::newRow("bottom right") << H::Right << V::Bottom << QPointF(1, 1);
-    QTest::newRow("top centre") << H::Center << V::Top << QPointF(0.5, 0);
-}
-
-void TestAnnotationItems::straightTextSitsOnItsAnchor()
-{
-    QFETCH(H, h);
-    QFETCH(V, v);
-    QFETCH(QPointF, corner);
-    RectTextItem item;
-    item.setText(QStringLiteral("Firmicutes"));
-    item.setHorizontalAnchor(h);
-    item.setVerticalAnchor(v);
-    const QRectF box = item.path().boundingRect();
-    QVERIFY(box.width() > 10);
-    // The chosen point of the text's box (as a fraction of its size) lies on the origin.
-    const QPointF anchor(box.left() + corner.x() * box.width(), box.top() + corner.y() * box.height());
-    QVERIFY2(near(anchor, QPointF(), 1e-6), qPrintable(text(anchor)));
-}
-
-void TestAnnotationItems::bracketOutline_data()
-{
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<double>("tip");
-    QTest::addColumn<QRectF>("bounds");
-    QTest::newRow("angle 0 is only the tip") << 0.0 << 10.0 << QRectF(90, 0, 10, 0);
-    QTest::newRow("quarter") << 90.0 << 10.0 << QRectF(0, -100, 100, 100);
-    QTest::newRow("tips outwards") << 90.0 << -10.0 << QRectF(0, -110, 110, 110);
-    QTest::newRow("half") << 180.0 << 20.0 << QRectF(-100, -100, 200, 100);
-}
-
-void TestAnnotationItems::bracketOutline()
-{
-    QFETCH(double, angle);
-    QFETCH(double, tip);
-    QFETCH(QRectF, bounds);
-    ArcBracketItem bracket;
-    bracket.setRadius(100);
-    bracket.setAngle(angle);
-    bracket.setTipLength(tip);
-    const QPainterPath path = bracket.path();
-    QVERIFY2(near(path.boundingRect(), bounds), qPrintable(text(path.boundingRect().topLeft())));
-    QVERIFY(near(path.elementAt(0), QPointF(100 - tip, 0)));
-    // The end tip reaches in along the ray at the bracket's angle.
-    const double a = qDegreesToRadians(angle);
-    bool endTip = false;
-    for (int i = 0; i < path.elementCount(); ++i)
-        endTip = endTip || near(path.elementAt(i), QPointF((100 - tip) * std::cos(a), -(100 - tip) * std::sin(a)), 1e-6);
-    QVERIFY(endTip);
-}
-
-void TestAnnotationItems::bracketFollowsItsSlice()
-{
-    Slice chart(0, 90, QString());
-    auto owned = std::make_unique<ArcBracketItem>();
-    ArcBracketItem* bracket = owned.get();
-    bracket->setAngle(45);
-    bracket->setRadius(10);
-    chart.slice->addChild(owned.release());
-    // A new bracket spans the whole slice, 10 outside its outer edge.
-    QCOMPARE(bracket->getAngle(), 90.0);
-    QCOMPARE(bracket->getRadius(), 70.0);
-    QCOMPARE(bracket->getRadiusOffsetFromParent(), 10.0);
-    chart.slice->setAngle(120);
-    QCOMPARE(bracket->getAngle(), 120.0);
-    chart.slice->setRadiusOffset(50);
-    QCOMPARE(bracket->getRadius(), 90.0);
-    chart.root->setRadiusOffset(40);
-    QCOMPARE(bracket->getRadius(), 100.0);
-    bracket->setRadiusOffsetFromParent(-4);
-    QCOMPARE(bracket->getRadius(), 90.0);
-    bracket->removeFromParent();
-    owned.reset(bracket);
-    QCOMPARE(bracket->getRadius(), 0.0);
-    QCOMPARE(bracket->getAngle(), 0.0);
-}
-
-void TestAnnotationItems::bracketChildrenFollowTheBracket()
-{
-    ArcBracketItem bracket;
-    bracket.setRadius(100);
-    bracket.setAngle(90);
-    auto ownedArc = std::make_unique<ArcTextItem>();
-    ArcTextItem* arc = ownedArc.get();
-    arc->setRadius(15);
-    bracket.addChild(ownedArc.release());
-    auto ownedLabel = std::make_unique<RectTextItem>();
-    RectTextItem* label = ownedLabel.get();
-    label->setPos(5, 0);
-    bracket.addChild(ownedLabel.release());
-    QCOMPARE(arc->getRot(), 45.0);
-    QCOMPARE(arc->getRadius(), 115.0);
-    const double r = 100;
-    QVERIFY(near(label->pos(), QPointF(r * std::cos(M_PI / 4) + 5, -r * std::sin(M_PI / 4))));
-    bracket.setAngle(120);
-    QVERIFY(std::abs(arc->getRot() - 60.0) < 1e-9);
-    QVERIFY(near(label->pos(), QPointF(r * std::cos(M_PI / 3) + 5, -r * std::sin(M_PI / 3))));
-    bracket.setRadius(50);
-    QCOMPARE(arc->getRadius(), 65.0);
-    QVERIFY(near(label->pos(), QPointF(50 * std::cos(M_PI / 3) + 5, -50 * std::sin(M_PI / 3))));
-    QVERIFY(near(label->getPositionOffsetFromParent(), QPointF(5, 0)));
-}
-
-void TestAnnotationItems::radiiNeverNegative()
-{
-    ArcBracketItem bracket;
-    bracket.setRadius(-5);
-    QCOMPARE(bracket.getRadius(), 0.0);
-    ArcTextItem arc;
-    arc.setRadius(-5);
-    QCOMPARE(arc.getRadius(), 0.0);
-    arc.setRadiusOffsetFromParent(-3);
-    QCOMPARE(arc.getRadius(), 0.0);
-    arc.setText(QStringLiteral("at the centre"));
-    // Text bent onto a circle of radius 0 is left straight rather than made of NaNs.
-    QVERIFY(qIsFinite(arc.boundingRect().width()));
-}
-
-void TestAnnotationItems::arcTextIsCentredOnItsCircle_data()
-{
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("startsAbove");
-    QTest::newRow("inside runs clockwise") << 0 << true;
-    QTest::newRow("outside runs counter-clockwise") << 1 << false;
-}
-
-void TestAnnotationItems::arcTextIsCentredOnItsCircle()
-{
-    QFETCH(int, orientation);
-    QFETCH(bool, startsAbove);
-    ArcTextItem arc;
-    QFont font;
-    font.setPixelSize(10);
-    arc.setFont(font);
-    arc.setText(QStringLiteral("Proteobacteria"));
-    arc.setRadius(100);
-    arc.setOrientation(static_cast<ArcTextItem::Orientation>(orientation));
-    const QPainterPath path = arc.path();
-    const QRectF box = path.boundingRect();
-    QVERIFY2(std::abs(box.center().y()) < 2, qPrintable(text(box.center())));
-    for (int i = 0; i < path.elementCount(); ++i) {
-        const double distance = QLineF(QPointF(), path.elementAt(i)).length();
-        QVERIFY2(distance > 90 && distance < 110, qPrintable(QString::number(distance)));
-    }
-    // The first glyph lies on the side the text starts from.
-    QCOMPARE(path.elementAt(0).y < 0, startsAbove);
-}
-
-void TestAnnotationItems::lineChildrenHangOnTheEnd()
-{
-    LineItem first;
-    QCOMPARE(first.getEndPoint(), QPointF(20, 20));
-    auto owned = std::make_unique<LineItem>();
-    LineItem* second = owned.get();
-    second->setPos(3, 4);
-    first.addChild(owned.release());
-    QCOMPARE(second->pos(), QPointF(23, 24));
-    first.setEndPoint(QPointF(40, -20));
-    QCOMPARE(second->pos(), QPointF(43, -16));
-    QCOMPARE(second->getPositionOffsetFromParent(), QPointF(3, 4));
-    auto subspace = std::make_unique<SubSpaceItem>();
-    SubSpaceItem* s = subspace.get();
-    second->addChild(subspace.release());
-    second->setEndPoint(QPointF(1, 1));
-    QCOMPARE(s->pos(), QPointF(1, 1));
-    QCOMPARE(first.path().boundingRect(), QRectF(0, -20, 40, 20));
-}
-
-void TestAnnotationItems::hiddenSubspaceHasNoOutline()
-{
-    SubSpaceItem subspace;
-    QCOMPARE(subspace.path().boundingRect(), QRectF(-2.5, -32.5, 35, 35));
-    QVERIFY(subspace.shape().contains(QPointF(7, -7)));
-    subspace.setSubSpaceVisible(false);
-    QVERIFY(subspace.path().isEmpty());
-    QCOMPARE(subspace.boundingRect(), QRectF(-1, -1, 2, 2));
-    QVERIFY(!subspace.shape().contains(QPointF(7, -7)));
-}
-
-void TestAnnotationItems::sliceLabelFitsOrIsNotDrawn_data()
-{
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<bool>("show");
-    QTest::addColumn<bool>("drawn");
-    QTest::newRow("short name on a wide slice") << 120.0 << "Bacteria" << true << true;
-    QTest::newRow("long name on a narrow slice") << 10.0 << "Bacteroidetes/Chlorobi group" << true << false;
-    QTest::newRow("hidden") << 120.0 << "Bacteria" << false << false;
-    QTest::newRow("tiny slice") << 0.01 << "" << true << false;
-    QTest::newRow("empty label on a wide slice") << 120.0 << "" << true << false;
-}
-
-void TestAnnotationItems::sliceLabelFitsOrIsNotDrawn()
-{
-    QFETCH(double, angle);
-    QFETCH(QString, label);
-    QFETCH(bool, show);
-    QFETCH(bool, drawn);
-    Slice chart(10, angle, label);
-    chart.slice->setTextShow(show);
-    const QPainterPath path = chart.slice->getLabelPath();
-    QCOMPARE(!path.isEmpty(), drawn);
-    if (!drawn)
-        return;
-    // The label lies within its ring, between 30 and 60 from the centre.
-    for (int i = 0; i < path.elementCount(); ++i) {
-        const double distance = QLineF(QPointF(), chart.slice->mapToParent(path.elementAt(i))).length();
-        QVERIFY2(distance > 30 && distance < 60, qPrintable(QString::number(distance)));
-    }
-}
-
-void TestAnnotationItems::sliceLabelReadsLeftToRight_data()
-{
-    QTest::addColumn<double>("start");
-    QTest::addColumn<bool>("upper");
-    QTest::newRow("top") << 45.0 << true;
-    QTest::newRow("upper left") << 100.0 << true;
-    QTest::newRow("bottom") << 225.0 << false;
-    QTest::newRow("lower right") << 280.0 << false;
-}
-
-void TestAnnotationItems::sliceLabelReadsLeftToRight()
-{
-    QFETCH(double, start);
-    QFETCH(bool, upper);
-    Slice chart(start, 90, QStringLiteral("Firmicutes"));
-    const QPainterPath path = chart.root->mapFromItem(chart.slice, chart.slice->getLabelPath());
-    QVERIFY(!path.isEmpty());
-    const QRectF box = path.boundingRect();
-    QCOMPARE(box.center().y() < 0, upper);
-    // Centred on the middle of the slice.
-    const double middle = start + 45;
-    QVERIFY2(std::abs(QLineF(QPointF(), box.center()).angle() - std::fmod(middle, 360)) < 5,
-             qPrintable(text(box.center())));
-    // The first glyph is on the left and the last on the right in either half: the words never
-    // stand on their heads.
-    QVERIFY(path.elementAt(0).x < box.center().x());
-    QVERIFY(path.elementAt(path.elementCount() - 1).x > box.center().x());
-}
-
-void TestAnnotationItems::sliceDefaultTextAndToolTip()
-{
-    Slice chart(0, 45, QStringLiteral("Bacteria"));
-    QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("Bacteria [12.50%]"));
-    QCOMPARE(chart.slice->toolTip(), QStringLiteral("Bacteria"));
-    DrawableText t = chart.slice->getText();
-    t.text = QStringLiteral("odd %2 name");
-    chart.slice->setText(t);
-    QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("odd %2 name [12.50%]"));
-}
-
-void TestAnnotationItems::itemsPaintWithoutAView()
-{
-    // Every item drawn into an image through a scene: no crash, and something is drawn.
-    QGraphicsScene scene;
-    Slice chart(0, 120, QStringLiteral("Bacteria"));
-    scene.addItem(chart.root.get());
-    auto bracket = std::make_unique<ArcBracketItem>();
-    bracket->setRadius(5);
-    chart.slice->addChild(bracket.release());
-    auto arc = std::make_unique<ArcTextItem>();
-    arc->setText(QStringLiteral("arc"));
-    arc->setRadius(80);
-    chart.slice->addChild(arc.release());
-    auto line = std::make_unique<LineItem>();
-    auto* l = line.get();
-    chart.slice->addChild(line.release());
-    auto label = std::make_unique<RectTextItem>();
-    label->setText(QStringLiteral("straight"));
-    l->addChild(label.release());
-    l->addChild(std::make_unique<SubSpaceItem>().release());
-    QImage image(200, 200, QImage::Format_ARGB32);
-    image.fill(Qt::white);
+    void straightTextSitsOnItsAnchor_data()
     {
+        QTest::addColumn<H>("h");
+        QTest::addColumn<V>("v");
+        QTest::addColumn<QPointF>("corner");
+        QTest::newRow("defaults: left edge, centred") << H::Left << V::Center << QPointF(0, 0.5);
+        QTest::newRow("bottom right") << H::Right << V::Bottom << QPointF(1, 1);
+        QTest::newRow("top centre") << H::Center << V::Top << QPointF(0.5, 0);
+    }
+
+    void straightTextSitsOnItsAnchor()
+    {
+        QFETCH(H, h);
+        QFETCH(V, v);
+        QFETCH(QPointF, corner);
+        RectTextItem item;
+        item.setText(QStringLiteral("Firmicutes"));
+        item.setHorizontalAnchor(h);
+        item.setVerticalAnchor(v);
+        const QRectF box = item.path().boundingRect();
+        QVERIFY(box.width() > 10);
+        // The chosen point of the text's box (as a fraction of its size) lies on the origin.
+        const QPointF anchor(box.left() + corner.x() * box.width(), box.top() + corner.y() * box.height());
+        QVERIFY2(near(anchor, QPointF(), 1e-6), qPrintable(text(anchor)));
+    }
+
+    void bracketOutline_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("tip");
+        QTest::addColumn<QRectF>("bounds");
+        QTest::newRow("angle 0 is only the tip") << 0.0 << 10.0 << QRectF(90, 0, 10, 0);
+        QTest::newRow("quarter") << 90.0 << 10.0 << QRectF(0, -100, 100, 100);
+        QTest::newRow("tips outwards") << 90.0 << -10.0 << QRectF(0, -110, 110, 110);
+        QTest::newRow("half") << 180.0 << 20.0 << QRectF(-100, -100, 200, 100);
+    }
+
+    void bracketOutline()
+    {
+        QFETCH(double, angle);
+        QFETCH(double, tip);
+        QFETCH(QRectF, bounds);
+        ArcBracketItem bracket;
+        bracket.setRadius(100);
+        bracket.setAngle(angle);
+        bracket.setTipLength(tip);
+        const QPainterPath path = bracket.path();
+        QVERIFY2(near(path.boundingRect(), bounds), qPrintable(text(path.boundingRect().topLeft())));
+        QVERIFY(near(path.elementAt(0), QPointF(100 - tip, 0)));
+        // The end tip reaches in along the ray at the bracket's angle.
+        const double a = qDegreesToRadians(angle);
+        bool endTip = false;
+        for (int i = 0; i < path.elementCount(); ++i)
+            endTip = endTip || near(path.elementAt(i), QPointF((100 - tip) * std::cos(a), -(100 - tip) * std::sin(a)), 1e-6);
+        QVERIFY(endTip);
+    }
+
+    void bracketFollowsItsSlice()
+    {
+        Slice chart(0, 90, QString());
+        auto owned = std::make_unique<ArcBracketItem>();
+        ArcBracketItem* bracket = owned.get();
+        bracket->setAngle(45);
+        bracket->setRadius(10);
+        chart.slice->addChild(owned.release());
+        // A new bracket spans the whole slice, 10 outside its outer edge.
+        QCOMPARE(bracket->getAngle(), 90.0);
+        QCOMPARE(bracket->getRadius(), 70.0);
+        QCOMPARE(bracket->getRadiusOffsetFromParent(), 10.0);
+        chart.slice->setAngle(120);
+        QCOMPARE(bracket->getAngle(), 120.0);
+        chart.slice->setRadiusOffset(50);
+        QCOMPARE(bracket->getRadius(), 90.0);
+        chart.root->setRadiusOffset(40);
+        QCOMPARE(bracket->getRadius(), 100.0);
+        bracket->setRadiusOffsetFromParent(-4);
+        QCOMPARE(bracket->getRadius(), 90.0);
+        bracket->removeFromParent();
+        owned.reset(bracket);
+        QCOMPARE(bracket->getRadius(), 0.0);
+        QCOMPARE(bracket->getAngle(), 0.0);
+    }
+
+    void bracketChildrenFollowTheBracket()
+    {
+        ArcBracketItem bracket;
+        bracket.setRadius(100);
+        bracket.setAngle(90);
+        auto ownedArc = std::make_unique<ArcTextItem>();
+        ArcTextItem* arc = ownedArc.get();
+        arc->setRadius(15);
+        bracket.addChild(ownedArc.release());
+        auto ownedLabel = std::make_unique<RectTextItem>();
+        RectTextItem* label = ownedLabel.get();
+        label->setPos(5, 0);
+        bracket.addChild(ownedLabel.release());
+        QCOMPARE(arc->getRot(), 45.0);
+        QCOMPARE(arc->getRadius(), 115.0);
+        const double r = 100;
+        QVERIFY(near(label->pos(), QPointF(r * std::cos(M_PI / 4) + 5, -r * std::sin(M_PI / 4))));
+        bracket.setAngle(120);
+        QVERIFY(std::abs(arc->getRot() - 60.0) < 1e-9);
+        QVERIFY(near(label->pos(), QPointF(r * std::cos(M_PI / 3) + 5, -r * std::sin(M_PI / 3))));
+        bracket.setRadius(50);
+        QCOMPARE(arc->getRadius(), 65.0);
+        QVERIFY(near(label->pos(), QPointF(50 * std::cos(M_PI / 3) + 5, -50 * std::sin(M_PI / 3))));
+        QVERIFY(near(label->getPositionOffsetFromParent(), QPointF(5, 0)));
+    }
+
+    void arcTextIsCentredOnItsCircle_data()
+    {
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<bool>("startsAbove");
+        QTest::newRow("inside runs clockwise") << 0 << true;
+        QTest::newRow("outside runs counter-clockwise") << 1 << false;
+    }
+
+    void arcTextIsCentredOnItsCircle()
+    {
+        QFETCH(int, orientation);
+        QFETCH(bool, startsAbove);
+        ArcTextItem arc;
+        QFont font;
+        font.setPixelSize(10);
+        arc.setFont(font);
+        arc.setText(QStringLiteral("Proteobacteria"));
+        arc.setRadius(100);
+        arc.setOrientation(static_cast<ArcTextItem::Orientation>(orientation));
+        const QPainterPath path = arc.path();
+        const QRectF box = path.boundingRect();
+        QVERIFY2(std::abs(box.center().y()) < 2, qPrintable(text(box.center())));
+        for (int i = 0; i < path.elementCount(); ++i) {
+            const double distance = QLineF(QPointF(), path.elementAt(i)).length();
+            QVERIFY2(distance > 90 && distance < 110, qPrintable(QString::number(distance)));
+        }
+        // The first glyph lies on the side the text starts from.
+        QCOMPARE(path.elementAt(0).y < 0, startsAbove);
+        // Text bent onto a circle of radius 0 is left straight rather than made of NaNs.
+        arc.setRadius(-5);
+        QCOMPARE(arc.getRadius(), 0.0);
+        QVERIFY(qIsFinite(arc.boundingRect().width()));
+    }
+
+    void lineChildrenHangOnTheEnd()
+    {
+        LineItem first;
+        QCOMPARE(first.getEndPoint(), QPointF(20, 20));
+        auto owned = std::make_unique<LineItem>();
+        LineItem* second = owned.get();
+        second->setPos(3, 4);
+        first.addChild(owned.release());
+        QCOMPARE(second->pos(), QPointF(23, 24));
+        first.setEndPoint(QPointF(40, -20));
+        QCOMPARE(second->pos(), QPointF(43, -16));
+        QCOMPARE(second->getPositionOffsetFromParent(), QPointF(3, 4));
+        auto subspace = std::make_unique<SubSpaceItem>();
+        SubSpaceItem* s = subspace.get();
+        second->addChild(subspace.release());
+        second->setEndPoint(QPointF(1, 1));
+        QCOMPARE(s->pos(), QPointF(1, 1));
+        QCOMPARE(first.path().boundingRect(), QRectF(0, -20, 40, 20));
+    }
+
+    void hiddenSubspaceHasNoOutline()
+    {
+        SubSpaceItem subspace;
+        QCOMPARE(subspace.path().boundingRect(), QRectF(-2.5, -32.5, 35, 35));
+        QVERIFY(subspace.shape().contains(QPointF(7, -7)));
+        subspace.setSubSpaceVisible(false);
+        QVERIFY(subspace.path().isEmpty());
+        QCOMPARE(subspace.boundingRect(), QRectF(-1, -1, 2, 2));
+        QVERIFY(!subspace.shape().contains(QPointF(7, -7)));
+    }
+
+    void sliceLabelFitsOrIsNotDrawn_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("show");
+        QTest::addColumn<bool>("drawn");
+        QTest::newRow("short name on a wide slice") << 120.0 << "Bacteria" << true << true;
+        QTest::newRow("long name on a narrow slice") << 10.0 << "Bacteroidetes/Chlorobi group" << true << false;
+        QTest::newRow("hidden") << 120.0 << "Bacteria" << false << false;
+        QTest::newRow("tiny slice") << 0.01 << "" << true << false;
+        QTest::newRow("empty label on a wide slice") << 120.0 << "" << true << false;
+    }
+
+    void sliceLabelFitsOrIsNotDrawn()
+    {
+        QFETCH(double, angle);
+        QFETCH(QString, label);
+        QFETCH(bool, show);
+        QFETCH(bool, drawn);
+        Slice chart(10, angle, label);
+        chart.slice->setTextShow(show);
+        const QPainterPath path = chart.slice->getLabelPath();
+        QCOMPARE(!path.isEmpty(), drawn);
+        if (!drawn)
+            return;
+        // The label lies within its ring, between 30 and 60 from the centre.
+        for (int i = 0; i < path.elementCount(); ++i) {
+            const double distance = QLineF(QPointF(), chart.slice->mapToParent(path.elementAt(i))).length();
+            QVERIFY2(distance > 30 && distance < 60, qPrintable(QString::number(distance)));
+        }
+    }
+
+    void sliceLabelReadsLeftToRight_data()
+    {
+        QTest::addColumn<double>("start");
+        QTest::addColumn<bool>("upper");
+        QTest::newRow("top") << 45.0 << true;
+        QTest::newRow("upper left") << 100.0 << true;
+        QTest::newRow("bottom") << 225.0 << false;
+        QTest::newRow("lower right") << 280.0 << false;
+    }
+
+    void sliceLabelReadsLeftToRight()
+    {
+        QFETCH(double, start);
+        QFETCH(bool, upper);
+        Slice chart(start, 90, QStringLiteral("Firmicutes"));
+        const QPainterPath path = chart.root->mapFromItem(chart.slice, chart.slice->getLabelPath());
+        QVERIFY(!path.isEmpty());
+        const QRectF box = path.boundingRect();
+        QCOMPARE(box.center().y() < 0, upper);
+        // Centred on the middle of the slice.
+        const double middle = start + 45;
+        QVERIFY2(std::abs(QLineF(QPointF(), box.center()).angle() - std::fmod(middle, 360)) < 5,
+                 qPrintable(text(box.center())));
+        // The first glyph is on the left and the last on the right in either half: the words never
+        // stand on their heads.
+        QVERIFY(path.elementAt(0).x < box.center().x());
+        QVERIFY(path.elementAt(path.elementCount() - 1).x > box.center().x());
+    }
+
+    void sliceDefaultTextAndToolTip()
+    {
+        Slice chart(0, 45, QStringLiteral("Bacteria"));
+        QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("Bacteria [12.50%]"));
+        QCOMPARE(chart.slice->toolTip(), QStringLiteral("Bacteria"));
+        DrawableText t = chart.slice->getText();
+        t.text = QStringLiteral("odd %2 name");
+        chart.slice->setText(t);
+        QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("odd %2 name [12.50%]"));
+    }
+
+    void itemsPaintWithoutAView()
+    {
+        // Every kind of item drawn into an image through a scene: no crash, and something drawn.
+        QGraphicsScene scene;
+        Slice chart(0, 120, QStringLiteral("Bacteria"));
+        scene.addItem(chart.root.get());
+        chart.slice->addChild(std::make_unique<ArcBracketItem>().release());
+        auto arc = std::make_unique<ArcTextItem>();
+        arc->setText(QStringLiteral("arc"));
+        chart.slice->addChild(arc.release());
+        auto line = std::make_unique<LineItem>();
+        line->addChild(std::make_unique<RectTextItem>().release());
+        line->addChild(std::make_unique<SubSpaceItem>().release());
+        chart.slice->addChild(line.release());
+        QImage image(200, 200, QImage::Format_ARGB32);
+        image.fill(Qt::white);
         QPainter painter(&image);
         scene.render(&painter);
+        painter.end();
+        scene.removeItem(chart.root.get());
+        int painted = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                painted += image.pixel(x, y) != qRgb(255, 255, 255);
+        }
+        QVERIFY(painted > 1000);
     }
-    scene.removeItem(chart.root.get());
-    int painted = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            painted += image.pixel(x, y) != qRgb(255, 255, 255);
-    }
-    QVERIFY(painted > 1000);
-}
+};
 
 QTEST_MAIN(TestAnnotationItems)
 #include "tst_annotationitems.moc"

@@ -32,186 +32,163 @@ class TestFileDownloader : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase()
+    {
+        QVERIFY(server.isListening());
+        large = randomBytes(3 * 1024 * 1024 + 17);
+        server.serve(QStringLiteral("/taxdmp.zip"), large);
+        server.serve(QStringLiteral("/empty"), QByteArray());
+        HttpServer::Route missing;
+        missing.status = 404;
+        missing.body = "gone";
+        server.setRoute(QStringLiteral("/missing"), missing);
+        HttpServer::Route failing;
+        failing.status = 500;
+        server.setRoute(QStringLiteral("/failing"), failing);
+        HttpServer::Route cut;
+        cut.body = large;
+        cut.behaviour = HttpServer::Behaviour::CloseMidBody;
+        server.setRoute(QStringLiteral("/cut"), cut);
+        HttpServer::Route moved;
+        moved.status = 302;
+        moved.location = QStringLiteral("/taxdmp.zip");
+        server.setRoute(QStringLiteral("/moved"), moved);
+        HttpServer::Route silent;
+        silent.behaviour = HttpServer::Behaviour::Stall;
+        silent.body = large;
+        server.setRoute(QStringLiteral("/silent"), silent);
+        HttpServer::Route slow;
+        slow.behaviour = HttpServer::Behaviour::Stall;
+        slow.body = large;
+        slow.stallAfter = 100000;
+        server.setRoute(QStringLiteral("/slow"), slow);
+    }
 
-    void downloads_data();
-    void downloads();
-    void progressReachesTheTotal();
-    void abortBeforeAnyData();
-    void abortInTheMiddle();
-    void stallTimesOut();
-    void fileIsRemovedWithTheDownloaderUnlessKept();
-    void unusableTemporaryFolderThrows();
+    void downloads_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("complete");
+        QTest::newRow("success") << "/taxdmp.zip" << int(QNetworkReply::NoError) << true;
+        QTest::newRow("empty body") << "/empty" << int(QNetworkReply::NoError) << true;
+        QTest::newRow("redirect followed") << "/moved" << int(QNetworkReply::NoError) << true;
+        QTest::newRow("not found") << "/missing" << int(QNetworkReply::ContentNotFoundError) << false;
+        QTest::newRow("server error") << "/failing" << int(QNetworkReply::InternalServerError) << false;
+        QTest::newRow("closed mid-body") << "/cut" << int(QNetworkReply::RemoteHostClosedError) << false;
+        QTest::newRow("connection refused") << "<refused>" << int(QNetworkReply::ConnectionRefusedError) << false;
+    }
+
+    void downloads()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, error);
+        QFETCH(bool, complete);
+        const QUrl url = path == QLatin1String("<refused>") ? HttpServer::refusingUrl(QStringLiteral("/x")) : server.url(path);
+        FileDownloader downloader(url);
+        QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
+        QSignalSpy errors(&downloader, &FileDownloader::signalError);
+        QSignalSpy progress(&downloader, &FileDownloader::signalDownloadProgress);
+        QVERIFY(finished.wait(30000));
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(int(downloader.getError()), error);
+        QCOMPARE(errors.count(), error == QNetworkReply::NoError ? 0 : 1);
+        if (error != QNetworkReply::NoError) {
+            QCOMPARE(errors.at(0).at(0).value<QNetworkReply::NetworkError>(), QNetworkReply::NetworkError(error));
+            QVERIFY(!downloader.getErrorString().isEmpty());
+        }
+        if (complete) {
+            const QByteArray expected = path == QLatin1String("/empty") ? QByteArray() : large;
+            QVERIFY(fileContent(downloader.getFilename()) == expected);
+            QCOMPARE(progress.isEmpty() ? -1 : progress.last().at(0).toLongLong(), qint64(expected.size()));
+        } else {
+            QVERIFY(fileContent(downloader.getFilename()).size() < large.size());
+        }
+    }
+
+    void abort_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("received");
+        QTest::newRow("before any data") << "/silent" << 0;
+        QTest::newRow("in the middle") << "/slow" << 100000;
+    }
+
+    void abort()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, received);
+        FileDownloader downloader(server.url(path));
+        QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
+        QSignalSpy errors(&downloader, &FileDownloader::signalError);
+        // What arrived is on disk at once, progress signal or not.
+        QTRY_COMPARE(server.getRequestCount(path), 1);
+        QTRY_COMPARE(QFileInfo(downloader.getFilename()).size(), qint64(received));
+        downloader.slotAbort();
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(errors.count(), 1);
+        QCOMPARE(downloader.getError(), QNetworkReply::OperationCanceledError);
+        QCOMPARE(fileContent(downloader.getFilename()), large.left(received));
+        downloader.slotAbort(); // a second abort changes nothing
+        QCOMPARE(finished.count(), 1);
+    }
+
+    void stallTimesOut()
+    {
+        FileDownloader downloader(server.url(QStringLiteral("/slow")));
+        downloader.setStallTimeout(300);
+        QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
+        QVERIFY(finished.wait(30000));
+        QCOMPARE(downloader.getError(), QNetworkReply::TimeoutError);
+        QVERIFY(downloader.getErrorString().contains(QLatin1String("No data")));
+    }
+
+    void fileIsRemovedWithTheDownloaderUnlessKept()
+    {
+        for (bool keep : {false, true}) {
+            QString name;
+            {
+                FileDownloader downloader(server.url(QStringLiteral("/taxdmp.zip")));
+                QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
+                QVERIFY(finished.wait(30000));
+                name = downloader.getFilename();
+                QVERIFY(QFileInfo::exists(name));
+                if (keep)
+                    downloader.setAutoRemove(false);
+            }
+            QCOMPARE(QFileInfo::exists(name), keep);
+            if (keep)
+                QFile::remove(name);
+        }
+    }
+
+    void unusableTemporaryFolderThrows()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QByteArray previous = qgetenv("TMPDIR");
+        // A file where the folder should be: nothing can be created below it, even as root.
+        const QString notAFolder = dir.filePath(QStringLiteral("file"));
+        QFile file(notAFolder);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        qputenv("TMPDIR", QFile::encodeName(notAFolder));
+        bool thrown = false;
+        try {
+            FileDownloader downloader(server.url(QStringLiteral("/taxdmp.zip")));
+        } catch (const FileDownloader::OpenTempFileException&) {
+            thrown = true;
+        }
+        if (previous.isNull())
+            qunsetenv("TMPDIR");
+        else
+            qputenv("TMPDIR", previous);
+        QVERIFY(thrown);
+    }
 
 private:
     HttpServer server;
     QByteArray large;
 };
-
-void TestFileDownloader::initTestCase()
-{
-    QVERIFY(server.isListening());
-    large = randomBytes(3 * 1024 * 1024 + 17);
-    server.serve(QStringLiteral("/taxdmp.zip"), large);
-    server.serve(QStringLiteral("/empty"), QByteArray());
-    HttpServer::Route missing;
-    missing.status = 404;
-    missing.body = "gone";
-    server.setRoute(QStringLiteral("/missing"), missing);
-    HttpServer::Route failing;
-    failing.status = 500;
-    server.setRoute(QStringLiteral("/failing"), failing);
-    HttpServer::Route cut;
-    cut.body = large;
-    cut.behaviour = HttpServer::Behaviour::CloseMidBody;
-    server.setRoute(QStringLiteral("/cut"), cut);
-    HttpServer::Route moved;
-    moved.status = 302;
-    moved.location = QStringLiteral("/taxdmp.zip");
-    server.setRoute(QStringLiteral("/moved"), moved);
-    HttpServer::Route silent;
-    silent.behaviour = HttpServer::Behaviour::Stall;
-    silent.body = large;
-    server.setRoute(QStringLiteral("/silent"), silent);
-    HttpServer::Route slow;
-    slow.behaviour = HttpServer::Behaviour::Stall;
-    slow.body = large;
-    slow.stallAfter = 100000;
-    server.setRoute(QStringLiteral("/slow"), slow);
-}
-
-void TestFileDownloader::downloads_data()
-{
-    QTest::addColumn<QUrl>("url");
-    QTest::addColumn<int>("error");
-    QTest::addColumn<bool>("complete");
-
-    QTest::newRow("success") << server.url(QStringLiteral("/taxdmp.zip")) << int(QNetworkReply::NoError) << true;
-    QTest::newRow("empty body") << server.url(QStringLiteral("/empty")) << int(QNetworkReply::NoError) << true;
-    QTest::newRow("redirect followed") << server.url(QStringLiteral("/moved")) << int(QNetworkReply::NoError) << true;
-    QTest::newRow("not found") << server.url(QStringLiteral("/missing")) << int(QNetworkReply::ContentNotFoundError) << false;
-    QTest::newRow("unknown path") << server.url(QStringLiteral("/nothing")) << int(QNetworkReply::ContentNotFoundError) << false;
-    QTest::newRow("server error") << server.url(QStringLiteral("/failing")) << int(QNetworkReply::InternalServerError) << false;
-    QTest::newRow("closed mid-body") << server.url(QStringLiteral("/cut")) << int(QNetworkReply::RemoteHostClosedError) << false;
-    QTest::newRow("connection refused") << HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip"))
-                                        << int(QNetworkReply::ConnectionRefusedError) << false;
-}
-
-void TestFileDownloader::downloads()
-{
-    QFETCH(QUrl, url);
-    QFETCH(int, error);
-    QFETCH(bool, complete);
-
-    FileDownloader downloader(url);
-    QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-    QSignalSpy errors(&downloader, &FileDownloader::signalError);
-    QVERIFY(finished.wait(30000));
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(int(downloader.getError()), error);
-    QCOMPARE(errors.count(), error == QNetworkReply::NoError ? 0 : 1);
-    if (error != QNetworkReply::NoError) {
-        QCOMPARE(errors.at(0).at(0).value<QNetworkReply::NetworkError>(), QNetworkReply::NetworkError(error));
-        QVERIFY(!downloader.getErrorString().isEmpty());
-    }
-    if (complete) {
-        const QByteArray expected = url.path() == QLatin1String("/empty") ? QByteArray() : large;
-        QVERIFY(fileContent(downloader.getFilename()) == expected);
-    } else {
-        QVERIFY(fileContent(downloader.getFilename()).size() < large.size());
-    }
-}
-
-void TestFileDownloader::progressReachesTheTotal()
-{
-    FileDownloader downloader(server.url(QStringLiteral("/taxdmp.zip")));
-    QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-    QSignalSpy progress(&downloader, &FileDownloader::signalDownloadProgress);
-    QVERIFY(finished.wait(30000));
-    QVERIFY(!progress.isEmpty());
-    QCOMPARE(progress.last().at(0).toLongLong(), qint64(large.size()));
-    QCOMPARE(progress.last().at(1).toLongLong(), qint64(large.size()));
-}
-
-void TestFileDownloader::abortBeforeAnyData()
-{
-    FileDownloader downloader(server.url(QStringLiteral("/silent")));
-    QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-    QSignalSpy errors(&downloader, &FileDownloader::signalError);
-    QTRY_COMPARE(server.getRequestCount(QStringLiteral("/silent")), 1);
-    downloader.slotAbort();
-    QTRY_COMPARE(finished.count(), 1);
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(downloader.getError(), QNetworkReply::OperationCanceledError);
-    QCOMPARE(fileContent(downloader.getFilename()), QByteArray());
-    downloader.slotAbort(); // a second abort changes nothing
-    QCOMPARE(finished.count(), 1);
-}
-
-void TestFileDownloader::abortInTheMiddle()
-{
-    FileDownloader downloader(server.url(QStringLiteral("/slow")));
-    QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-    // What arrived is on disk at once, progress signal or not.
-    QTRY_COMPARE(QFileInfo(downloader.getFilename()).size(), qint64(100000));
-    downloader.slotAbort();
-    QTRY_COMPARE(finished.count(), 1);
-    QCOMPARE(downloader.getError(), QNetworkReply::OperationCanceledError);
-    QCOMPARE(fileContent(downloader.getFilename()), large.left(100000));
-}
-
-void TestFileDownloader::stallTimesOut()
-{
-    FileDownloader downloader(server.url(QStringLiteral("/slow")));
-    downloader.setStallTimeout(300);
-    QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-    QVERIFY(finished.wait(30000));
-    QCOMPARE(downloader.getError(), QNetworkReply::TimeoutError);
-    QVERIFY(downloader.getErrorString().contains(QLatin1String("No data")));
-}
-
-void TestFileDownloader::fileIsRemovedWithTheDownloaderUnlessKept()
-{
-    for (bool keep : {false, true}) {
-        QString name;
-        {
-            FileDownloader downloader(server.url(QStringLiteral("/taxdmp.zip")));
-            QSignalSpy finished(&downloader, &FileDownloader::signalFinished);
-            QVERIFY(finished.wait(30000));
-            name = downloader.getFilename();
-            QVERIFY(QFileInfo::exists(name));
-            if (keep)
-                downloader.setAutoRemove(false);
-        }
-        QCOMPARE(QFileInfo::exists(name), keep);
-        if (keep)
-            QFile::remove(name);
-    }
-}
-
-void TestFileDownloader::unusableTemporaryFolderThrows()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QByteArray previous = qgetenv("TMPDIR");
-    // A file where the folder should be: nothing can be created below it, even as root.
-    const QString notAFolder = dir.filePath(QStringLiteral("file"));
-    QFile file(notAFolder);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    qputenv("TMPDIR", QFile::encodeName(notAFolder));
-    bool thrown = false;
-    try {
-        FileDownloader downloader(server.url(QStringLiteral("/taxdmp.zip")));
-    } catch (const FileDownloader::OpenTempFileException&) {
-        thrown = true;
-    }
-    if (previous.isNull())
-        qunsetenv("TMPDIR");
-    else
-        qputenv("TMPDIR", previous);
-    QVERIFY(thrown);
-}
 
 QTEST_GUILESS_MAIN(TestFileDownloader)
 #include "tst_filedownloader.moc"

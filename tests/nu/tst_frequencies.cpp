@@ -33,82 +33,71 @@ class TestFrequencies : public QObject
 {
     Q_OBJECT
 private slots:
-    void loading_data();
-    void loading();
-    void unknownKeyHasNoTally();
-    void talliesSaturate();
-    void stepCallbackCanStopLoading();
+    void loading_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<QStringList>("expected");
+
+        QTest::newRow("one id per line") << "9606\n9606\n562\n" << 1 << QStringList{"562=1", "9606=2", "total=3", "skipped=0"};
+        QTest::newRow("any blank separates")
+            << " 9606 \t562\r\n\n9606" << 1 << QStringList{"562=1", "9606=2", "total=3", "skipped=0"};
+        QTest::newRow("empty") << "" << 1 << QStringList{"total=0", "skipped=0"};
+        QTest::newRow("columns below one mean one") << "7 7" << 0 << QStringList{"7=2", "total=2", "skipped=0"};
+        QTest::newRow("id and count")
+            << "9606\t5\n562 3\n9606\t1" << 2 << QStringList{"562=3", "9606=6", "total=9", "skipped=0"};
+        QTest::newRow("crlf pairs") << "9606\t5\r\n562\t3\r\n" << 2 << QStringList{"562=3", "9606=5", "total=8", "skipped=0"};
+        QTest::newRow("count that is no number") << "9606\tx\n562\t3\n" << 2 << QStringList{"562=3", "total=3", "skipped=1"};
+        QTest::newRow("negative count") << "9606\t-4\n562\t3\n" << 2 << QStringList{"562=3", "total=3", "skipped=1"};
+        QTest::newRow("zero count") << "9606\t0\n" << 2 << QStringList{"9606=0", "total=0", "skipped=0"};
+        QTest::newRow("lone id at the end") << "9606\t2\n562" << 2 << QStringList{"9606=2", "total=2", "skipped=1"};
+        QTest::newRow("word too long is passed over")
+            << QStringLiteral("1 %1 2").arg(QString(100000, QLatin1Char('x'))) << 1
+            << QStringList{"1=1", "2=1", "total=2", "skipped=1"};
+        QTest::newRow("pair with an overlong id")
+            << QStringLiteral("%1 5\n2 1").arg(QString(5000, QLatin1Char('7'))) << 2
+            << QStringList{"2=1", "total=1", "skipped=1"};
+        QTest::newRow("word at the length limit is kept")
+            << QString(nu::FrequenciesLoader::maxWordLength, QLatin1Char('9')) << 1
+            << QStringList{QString(nu::FrequenciesLoader::maxWordLength, QLatin1Char('9')) + "=1", "total=1", "skipped=0"};
+    }
+
+    void loading()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, columns);
+        QFETCH(QStringList, expected);
+        QCOMPARE(load(text, columns), expected);
+    }
+
+    void talliesSaturate()
+    {
+        nu::Frequencies frequencies;
+        const qint64 max = std::numeric_limits<qint64>::max();
+        frequencies.add(QStringLiteral("a"), max - 1);
+        frequencies.add(QStringLiteral("a"), 5);
+        frequencies.add(QStringLiteral("b"), 3);
+        QCOMPARE(frequencies.get(QStringLiteral("a")), max);
+        QCOMPARE(frequencies.getTotal(), max);
+        QCOMPARE(frequencies.get(QStringLiteral("unknown")), qint64(0));
+    }
+
+    void stepCallbackCanStopLoading()
+    {
+        QString input;
+        for (int i = 0; i < 100; ++i)
+            input += QStringLiteral("%1\n").arg(i);
+        QTextStream stream(&input, QIODevice::ReadOnly);
+        nu::Frequencies frequencies;
+        nu::FrequenciesLoader loader(stream, frequencies);
+        loader.setStepCallback([](qint64 words) {
+            if (words == 10)
+                throw std::runtime_error("stop");
+        });
+        QVERIFY_EXCEPTION_THROWN(loader.load(), std::runtime_error);
+        QCOMPARE(frequencies.getTotal(), qint64(10));
+    }
 };
-
-void TestFrequencies::loading_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<QStringList>("expected");
-
-    QTest::newRow("one id per line") << "9606\n9606\n562\n" << 1 << QStringList{"562=1", "9606=2", "total=3", "skipped=0"};
-    QTest::newRow("any blank separates") << " 9606 \t562\r\n\n9606" << 1 << QStringList{"562=1", "9606=2", "total=3", "skipped=0"};
-    QTest::newRow("empty") << "" << 1 << QStringList{"total=0", "skipped=0"};
-    QTest::newRow("only blanks") << " \n\t\n" << 2 << QStringList{"total=0", "skipped=0"};
-    QTest::newRow("columns below one mean one") << "7 7" << 0 << QStringList{"7=2", "total=2", "skipped=0"};
-    QTest::newRow("id and count") << "9606\t5\n562 3\n9606\t1" << 2 << QStringList{"562=3", "9606=6", "total=9", "skipped=0"};
-    QTest::newRow("columns above two mean two") << "9606\t5\n" << 3 << QStringList{"9606=5", "total=5", "skipped=0"};
-    QTest::newRow("crlf pairs") << "9606\t5\r\n562\t3\r\n" << 2 << QStringList{"562=3", "9606=5", "total=8", "skipped=0"};
-    QTest::newRow("count that is no number") << "9606\tx\n562\t3\n" << 2 << QStringList{"562=3", "total=3", "skipped=1"};
-    QTest::newRow("negative count") << "9606\t-4\n562\t3\n" << 2 << QStringList{"562=3", "total=3", "skipped=1"};
-    QTest::newRow("zero count") << "9606\t0\n" << 2 << QStringList{"9606=0", "total=0", "skipped=0"};
-    QTest::newRow("lone id at the end") << "9606\t2\n562" << 2 << QStringList{"9606=2", "total=2", "skipped=1"};
-    QTest::newRow("word too long is passed over")
-        << QStringLiteral("1 %1 2").arg(QString(100000, QLatin1Char('x'))) << 1 << QStringList{"1=1", "2=1", "total=2", "skipped=1"};
-    QTest::newRow("pair with an overlong id")
-        << QStringLiteral("%1 5\n2 1").arg(QString(5000, QLatin1Char('7'))) << 2 << QStringList{"2=1", "total=1", "skipped=1"};
-    QTest::newRow("word at the length limit is kept")
-        << QString(nu::FrequenciesLoader::maxWordLength, QLatin1Char('9')) << 1
-        << QStringList{QString(nu::FrequenciesLoader::maxWordLength, QLatin1Char('9')) + "=1", "total=1", "skipped=0"};
-}
-
-void TestFrequencies::loading()
-{
-    QFETCH(QString, text);
-    QFETCH(int, columns);
-    QFETCH(QStringList, expected);
-    QCOMPARE(load(text, columns), expected);
-}
-
-void TestFrequencies::unknownKeyHasNoTally()
-{
-    nu::Frequencies frequencies;
-    frequencies.add(QStringLiteral("a"), 4);
-    QCOMPARE(frequencies.get(QStringLiteral("b")), qint64(0));
-    QCOMPARE(frequencies.get(QStringLiteral("a")), qint64(4));
-}
-
-void TestFrequencies::talliesSaturate()
-{
-    nu::Frequencies frequencies;
-    const qint64 max = std::numeric_limits<qint64>::max();
-    frequencies.add(QStringLiteral("a"), max - 1);
-    frequencies.add(QStringLiteral("a"), 5);
-    frequencies.add(QStringLiteral("b"), 3);
-    QCOMPARE(frequencies.get(QStringLiteral("a")), max);
-    QCOMPARE(frequencies.getTotal(), max);
-}
-
-void TestFrequencies::stepCallbackCanStopLoading()
-{
-    QString input;
-    for (int i = 0; i < 100; ++i)
-        input += QStringLiteral("%1\n").arg(i);
-    QTextStream stream(&input, QIODevice::ReadOnly);
-    nu::Frequencies frequencies;
-    nu::FrequenciesLoader loader(stream, frequencies);
-    loader.setStepCallback([](qint64 words) {
-        if (words == 10)
-            throw std::runtime_error("stop");
-    });
-    QVERIFY_EXCEPTION_THROWN(loader.load(), std::runtime_error);
-    QCOMPARE(frequencies.getTotal(), qint64(10));
-}
 
 QTEST_GUILESS_MAIN(TestFrequencies)
 #include "tst_frequencies.moc"

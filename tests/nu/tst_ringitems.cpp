@@ -1,5 +1,6 @@
 #include "nu/graphics/piechartitem.h"
 #include "nu/graphics/pieitem.h"
+#include "nu/graphics/recttextitem.h"
 
 #include <QtMath>
 #include <QtTest>
@@ -8,8 +9,6 @@
 #include <vector>
 
 using namespace nu::graphics;
-
-using Nodes = QList<QPair<int, int>>;
 
 namespace {
 
@@ -58,203 +57,260 @@ class TestRingItems : public QObject
 {
     Q_OBJECT
 private slots:
-    void ringOutline_data();
-    void ringOutline();
-    void settersClamp();
-    void outerRingsFollowTheInnerRadius();
-    void childrenFillTheirParentsSpan_data();
-    void childrenFillTheirParentsSpan();
-    void setOrderSwapsAndRelaysSiblings();
-    void countChangeRelaysTheWholeChart();
-    void emptyChartHasNoAngles();
-    void labelPlacementFlipsInTheLowerHalf_data();
-    void labelPlacementFlipsInTheLowerHalf();
-};
-
-void TestRingItems::ringOutline_data()
-{
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<double>("radius");
-    QTest::addColumn<double>("width");
-    QTest::addColumn<QList<QPointF>>("inside");
-    QTest::addColumn<QList<QPointF>>("outside");
-    QTest::newRow("full disc") << 360.0 << 0.0 << 30.0
-                               << QList<QPointF>{polar(1, 0), polar(29, 200), polar(15, 90)}
-                               << QList<QPointF>{polar(31, 0), polar(31, 270)};
-    QTest::newRow("annulus") << 360.0 << 30.0 << 30.0 << QList<QPointF>{polar(45, 0), polar(45, 90), polar(59, 300)}
-                             << QList<QPointF>{polar(1, 0), polar(29, 180), polar(61, 45)};
-    QTest::newRow("wedge to the centre") << 90.0 << 0.0 << 30.0
-                                         << QList<QPointF>{polar(2, 45), polar(28, 10), polar(28, 80)}
-                                         << QList<QPointF>{polar(10, 100), polar(10, -10), polar(31, 45)};
-    QTest::newRow("ring sector") << 90.0 << 30.0 << 30.0 << QList<QPointF>{polar(45, 45), polar(31, 1), polar(59, 89)}
-                                 << QList<QPointF>{polar(29, 45), polar(61, 45), polar(45, 91), polar(45, -1)};
-    QTest::newRow("thin slice") << 10.0 << 60.0 << 30.0 << QList<QPointF>{polar(75, 5)}
-                                << QList<QPointF>{polar(75, 11), polar(75, 359)};
-    QTest::newRow("more than half") << 270.0 << 30.0 << 10.0 << QList<QPointF>{polar(35, 180), polar(35, 260)}
-                                    << QList<QPointF>{polar(35, 300), polar(20, 180)};
-}
-
-void TestRingItems::ringOutline()
-{
-    QFETCH(double, angle);
-    QFETCH(double, radius);
-    QFETCH(double, width);
-    QFETCH(QList<QPointF>, inside);
-    QFETCH(QList<QPointF>, outside);
-    PieItem ring;
-    ring.setAngle(angle);
-    ring.setRadius(radius);
-    ring.setRadiusOffset(width);
-    const QPainterPath path = ring.path();
-    for (const QPointF& p : inside)
-        QVERIFY2(path.contains(p), qPrintable(QStringLiteral("(%1, %2) inside").arg(p.x()).arg(p.y())));
-    for (const QPointF& p : outside)
-        QVERIFY2(!path.contains(p), qPrintable(QStringLiteral("(%1, %2) outside").arg(p.x()).arg(p.y())));
-    QVERIFY(ring.boundingRect().contains(path.boundingRect()));
-}
-
-void TestRingItems::settersClamp()
-{
-    PieItem ring;
-    ring.setRadiusOffset(0.2);
-    QCOMPARE(ring.getRadiusOffset(), 1.0);
-    ring.setRadiusOffset(20);
-    ring.setRadiusOffsetFromParent(-3);
-    QCOMPARE(ring.getRadiusOffsetFromParent(), 1.0);
-    ring.setRadius(-1);
-    QCOMPARE(ring.getRadius(), 0.0);
-    ring.setOrder(-2);
-    QCOMPARE(ring.getOrder(), 0);
-    ring.setPercentage(25);
-    QCOMPARE(ring.getAngle(), 90.0);
-    ring.setAngle(400);
-    QCOMPARE(ring.getAngle(), 400.0);
-}
-
-void TestRingItems::outerRingsFollowTheInnerRadius()
-{
-    PieItem root;
-    root.setRadiusOffset(30);
-    auto owned = std::make_unique<PieItem>();
-    PieItem* child = owned.get();
-    child->setRadiusOffset(20);
-    auto ownedGrandChild = std::make_unique<PieItem>();
-    PieItem* grandChild = ownedGrandChild.get();
-    grandChild->setRadiusOffset(10);
-    child->addChild(ownedGrandChild.release());
-    QCOMPARE(grandChild->getRadius(), 20.0);
-    root.addChild(owned.release());
-    QCOMPARE(child->getRadius(), 30.0);
-    QCOMPARE(grandChild->getRadius(), 50.0);
-    root.setRadiusOffset(50);
-    QCOMPARE(child->getRadius(), 50.0);
-    QCOMPARE(grandChild->getRadius(), 70.0);
-    QCOMPARE(grandChild->getRadiusOffset(), 10.0);
-    root.setRadius(5);
-    QCOMPARE(grandChild->getRadiusFull(), 85.0);
-    QCOMPARE(grandChild->getLabelRadius(), 80.0);
-}
-
-void TestRingItems::childrenFillTheirParentsSpan_data()
-{
-    QTest::addColumn<Nodes>("nodes");
-    QTest::addColumn<QList<double>>("angles");
-    QTest::addColumn<QList<double>>("starts");
-    QTest::newRow("root alone") << Nodes{{-1, 7}} << QList<double>{360} << QList<double>{0};
-    QTest::newRow("two halves") << Nodes{{-1, 0}, {0, 5}, {0, 5}} << QList<double>{360, 180, 180}
-                                << QList<double>{0, 0, 180};
-    // a holds 1 of its own and c holds 3: c covers 3/4 of a's span, from a's start.
-    QTest::newRow("gap for the parent's own count")
-        << Nodes{{-1, 0}, {0, 1}, {1, 3}, {0, 4}} << QList<double>{360, 180, 135, 180}
-        << QList<double>{0, 0, 0, 180};
-    QTest::newRow("root's own count leaves the first ring open")
-        << Nodes{{-1, 2}, {0, 1}, {0, 1}} << QList<double>{360, 90, 90} << QList<double>{0, 0, 90};
-    QTest::newRow("grandchildren side by side")
-        << Nodes{{-1, 0}, {0, 0}, {1, 2}, {1, 1}, {0, 3}} << QList<double>{360, 180, 120, 60, 180}
-        << QList<double>{0, 0, 0, 120, 180};
-    QTest::newRow("empty slice") << Nodes{{-1, 0}, {0, 0}, {0, 4}} << QList<double>{360, 0, 360}
-                                 << QList<double>{0, 0, 0};
-}
-
-void TestRingItems::childrenFillTheirParentsSpan()
-{
-    QFETCH(Nodes, nodes);
-    QFETCH(QList<double>, angles);
-    QFETCH(QList<double>, starts);
-    const Chart chart(nodes);
-    for (int i = 0; i < nodes.size(); ++i) {
-        QCOMPARE(chart.items[static_cast<size_t>(i)]->getAngle(), angles.at(i));
-        QCOMPARE(chart.start(i), starts.at(i));
+    void ringOutline_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("radius");
+        QTest::addColumn<double>("width");
+        QTest::addColumn<QList<QPointF>>("inside");
+        QTest::addColumn<QList<QPointF>>("outside");
+        QTest::newRow("full disc") << 360.0 << 0.0 << 30.0
+                                   << QList<QPointF>{polar(1, 0), polar(29, 200), polar(15, 90)}
+                                   << QList<QPointF>{polar(31, 0), polar(31, 270)};
+        QTest::newRow("annulus") << 360.0 << 30.0 << 30.0 << QList<QPointF>{polar(45, 0), polar(45, 90), polar(59, 300)}
+                                 << QList<QPointF>{polar(1, 0), polar(29, 180), polar(61, 45)};
+        QTest::newRow("wedge to the centre") << 90.0 << 0.0 << 30.0
+                                             << QList<QPointF>{polar(2, 45), polar(28, 10), polar(28, 80)}
+                                             << QList<QPointF>{polar(10, 100), polar(10, -10), polar(31, 45)};
+        QTest::newRow("ring sector") << 90.0 << 30.0 << 30.0 << QList<QPointF>{polar(45, 45), polar(31, 1), polar(59, 89)}
+                                     << QList<QPointF>{polar(29, 45), polar(61, 45), polar(45, 91), polar(45, -1)};
+        QTest::newRow("thin slice") << 10.0 << 60.0 << 30.0 << QList<QPointF>{polar(75, 5)}
+                                    << QList<QPointF>{polar(75, 11), polar(75, 359)};
+        QTest::newRow("more than half") << 270.0 << 30.0 << 10.0 << QList<QPointF>{polar(35, 180), polar(35, 260)}
+                                        << QList<QPointF>{polar(35, 300), polar(20, 180)};
     }
-}
 
+    void ringOutline()
+    {
+        QFETCH(double, angle);
+        QFETCH(double, radius);
+        QFETCH(double, width);
+        QFETCH(QList<QPointF>, inside);
+        QFETCH(QList<QPointF>, outside);
+        PieItem ring;
+        ring.setAngle(angle);
+        ring.setRadius(radius);
+        ring.setRadiusOffset(width);
+        const QPainterPath path = ring.path();
+        for (const QPointF& p : inside)
+            QVERIFY2(path.contains(p), qPrintable(QStringLiteral("(%1, %2) inside").arg(p.x()).arg(p.y())));
+        for (const QPointF& p : outside)
+            QVERIFY2(!path.contains(p), qPrintable(QStringLiteral("(%1, %2) outside").arg(p.x()).arg(p.y())));
+        QVERIFY(ring.boundingRect().contains(path.boundingRect()));
+        // The bounds leave room for a wide pen.
+        ring.setPen(QPen(Qt::black, 6));
+        QVERIFY(ring.boundingRect().contains(path.boundingRect().adjusted(-3, -3, 3, 3)));
+    }
 
-void TestRingItems::setOrderSwapsAndRelaysSiblings()
-{
-    const Chart chart({{-1, 0}, {0, 1}, {0, 2}, {0, 3}});
-    QCOMPARE(chart.start(3), 180.0);
-    chart.items[3]->setOrder(1);
-    QCOMPARE(chart.items[1]->getOrder(), 3);
-    QCOMPARE(chart.items[3]->getOrder(), 1);
-    // Now c, b, a counter-clockwise.
-    QCOMPARE(chart.start(3), 0.0);
-    QCOMPARE(chart.start(2), 180.0);
-    QCOMPARE(chart.start(1), 300.0);
-}
+    void pieItemAngleIsItsPercentage()
+    {
+        PieItem slice;
+        slice.setPercentage(25);
+        QCOMPARE(slice.getAngle(), 90.0);
+    }
 
-void TestRingItems::countChangeRelaysTheWholeChart()
-{
-    const Chart chart({{-1, 0}, {0, 1}, {1, 1}, {0, 2}});
-    QCOMPARE(chart.items[2]->getAngle(), 90.0);
-    chart.items[2]->setCount(5);
-    QCOMPARE(chart.root->getTotal(), qint64(8));
-    QCOMPARE(chart.items[1]->getAngle(), 270.0);
-    QCOMPARE(chart.items[2]->getAngle(), 225.0);
-    QCOMPARE(chart.start(3), 270.0);
-}
+    void outerRingsFollowTheInnerRadius()
+    {
+        PieItem root;
+        root.setRadiusOffset(30);
+        auto owned = std::make_unique<PieItem>();
+        PieItem* child = owned.get();
+        child->setRadiusOffset(20);
+        auto ownedGrandChild = std::make_unique<PieItem>();
+        PieItem* grandChild = ownedGrandChild.get();
+        grandChild->setRadiusOffset(10);
+        child->addChild(ownedGrandChild.release());
+        QCOMPARE(grandChild->getRadius(), 20.0);
+        root.addChild(owned.release());
+        QCOMPARE(child->getRadius(), 30.0);
+        QCOMPARE(grandChild->getRadius(), 50.0);
+        root.setRadiusOffset(50);
+        QCOMPARE(child->getRadius(), 50.0);
+        QCOMPARE(grandChild->getRadius(), 70.0);
+        QCOMPARE(grandChild->getRadiusOffset(), 10.0);
+        root.setRadius(5);
+        QCOMPARE(grandChild->getRadiusFull(), 85.0);
+        QCOMPARE(grandChild->getLabelRadius(), 80.0);
+    }
 
-void TestRingItems::emptyChartHasNoAngles()
-{
-    const Chart chart({{-1, 0}, {0, 0}});
-    QCOMPARE(chart.root->getAngle(), 0.0);
-    QCOMPARE(chart.items[1]->getAngle(), 0.0);
-    QVERIFY(qIsFinite(chart.root->boundingRect().width()));
-}
+    void setOrderSwapsAndRelaysSiblings()
+    {
+        const Chart chart({{-1, 0}, {0, 1}, {0, 2}, {0, 3}});
+        QCOMPARE(chart.start(3), 180.0);
+        chart.items[3]->setOrder(1);
+        QCOMPARE(chart.items[1]->getOrder(), 3);
+        QCOMPARE(chart.items[3]->getOrder(), 1);
+        // Now c, b, a counter-clockwise.
+        QCOMPARE(chart.start(3), 0.0);
+        QCOMPARE(chart.start(2), 180.0);
+        QCOMPARE(chart.start(1), 300.0);
+    }
 
-void TestRingItems::labelPlacementFlipsInTheLowerHalf_data()
-{
-    QTest::addColumn<double>("rotation");
-    QTest::addColumn<double>("angle");
-    QTest::addColumn<bool>("upper");
-    QTest::newRow("first quarter") << 0.0 << 90.0 << true;
-    QTest::newRow("second quarter") << 90.0 << 90.0 << true;
-    QTest::newRow("third quarter") << 180.0 << 90.0 << false;
-    QTest::newRow("fourth quarter") << 270.0 << 90.0 << false;
-    QTest::newRow("middle just above") << 170.0 << 18.0 << true;
-    QTest::newRow("middle just below") << 175.0 << 18.0 << false;
-    QTest::newRow("negative rotation") << -30.0 << 20.0 << false;
-}
+    void countChangeRelaysTheWholeChart()
+    {
+        const Chart chart({{-1, 0}, {0, 1}, {1, 1}, {0, 2}});
+        QCOMPARE(chart.items[2]->getAngle(), 90.0);
+        chart.items[2]->setCount(5);
+        QCOMPARE(chart.root->getTotal(), qint64(8));
+        QCOMPARE(chart.items[1]->getAngle(), 270.0);
+        QCOMPARE(chart.items[2]->getAngle(), 225.0);
+        QCOMPARE(chart.start(3), 270.0);
+    }
 
-void TestRingItems::labelPlacementFlipsInTheLowerHalf()
-{
-    QFETCH(double, rotation);
-    QFETCH(double, angle);
-    QFETCH(bool, upper);
-    PieChartItem root;
-    root.setRadiusOffset(30);
-    root.setRot(rotation);
-    auto owned = std::make_unique<PieChartItem>();
-    PieChartItem* slice = owned.get();
-    slice->setRadiusOffset(30);
-    root.addChild(owned.release());
-    slice->setAngle(angle);
-    QCOMPARE(slice->getLabelRadius(), 45.0);
-    QCOMPARE(slice->getLabelRect(), QRectF(0, 0, 45 * qDegreesToRadians(angle), 30));
-    const QPointF c = slice->getLabelCenter();
-    QCOMPARE(c.y() < 0, upper);
-    // It points to the middle of the slice's span.
-    QVERIFY(std::abs(QLineF(QPointF(), c).angle() - std::fmod(rotation + angle / 2 + 360, 360)) < 1e-6);
-}
+    void emptyChartHasNoAngles()
+    {
+        const Chart chart({{-1, 0}, {0, 0}});
+        QCOMPARE(chart.root->getAngle(), 0.0);
+        QCOMPARE(chart.items[1]->getAngle(), 0.0);
+        QVERIFY(qIsFinite(chart.root->boundingRect().width()));
+    }
+
+    void labelPlacementFlipsInTheLowerHalf_data()
+    {
+        QTest::addColumn<double>("rotation");
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<bool>("upper");
+        QTest::newRow("first quarter") << 0.0 << 90.0 << true;
+        QTest::newRow("third quarter") << 180.0 << 90.0 << false;
+        QTest::newRow("middle just above") << 170.0 << 18.0 << true;
+        QTest::newRow("middle just below") << 175.0 << 18.0 << false;
+        QTest::newRow("negative rotation") << -30.0 << 20.0 << false;
+    }
+
+    void labelPlacementFlipsInTheLowerHalf()
+    {
+        QFETCH(double, rotation);
+        QFETCH(double, angle);
+        QFETCH(bool, upper);
+        PieChartItem root;
+        root.setRadiusOffset(30);
+        root.setRot(rotation);
+        auto owned = std::make_unique<PieChartItem>();
+        PieChartItem* slice = owned.get();
+        slice->setRadiusOffset(30);
+        root.addChild(owned.release());
+        slice->setAngle(angle);
+        QCOMPARE(slice->getLabelRadius(), 45.0);
+        QCOMPARE(slice->getLabelRect(), QRectF(0, 0, 45 * qDegreesToRadians(angle), 30));
+        const QPointF c = slice->getLabelCenter();
+        QCOMPARE(c.y() < 0, upper);
+        // It points to the middle of the slice's span.
+        QVERIFY(std::abs(QLineF(QPointF(), c).angle() - std::fmod(rotation + angle / 2 + 360, 360)) < 1e-6);
+    }
+
+    void insertionOrder_data()
+    {
+        QTest::addColumn<QList<int>>("siblings");
+        QTest::addColumn<int>("order");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("first child keeps its order") << QList<int>{} << 1 << 1;
+        QTest::newRow("taken order goes last") << QList<int>{1} << 1 << 2;
+        QTest::newRow("taken order after a gap") << QList<int>{1, 7, 3} << 3 << 8;
+        QTest::newRow("free order kept") << QList<int>{1, 2} << 5 << 5;
+        QTest::newRow("free order below others kept") << QList<int>{4, 6} << 2 << 2;
+        QTest::newRow("order 0 taken") << QList<int>{0} << 0 << 1;
+    }
+
+    void insertionOrder()
+    {
+        QFETCH(QList<int>, siblings);
+        QFETCH(int, order);
+        QFETCH(int, expected);
+        PieItem parent;
+        for (int o : siblings)
+            (new PieItem(&parent))->changeOrder(o); // owned by the parent
+        // An item of another kind among the children does not count.
+        new RectTextItem(&parent); // owned by the parent
+        auto child = std::make_unique<PieItem>();
+        child->changeOrder(order);
+        PieItem* c = child.get();
+        parent.addChild(child.release());
+        QCOMPARE(c->getOrder(), expected);
+    }
+
+    void addChildRefusesLoops()
+    {
+        PieItem top;
+        auto middle = std::make_unique<PieItem>();
+        PieItem* m = middle.get();
+        top.addChild(middle.release());
+        top.addChild(&top);
+        m->addChild(&top);
+        top.addChild(nullptr);
+        QVERIFY(!top.parentItem());
+        QCOMPARE(m->parentItem(), static_cast<QGraphicsItem*>(&top));
+    }
+
+    void totalsAre64BitAndOutliveRemoval()
+    {
+        const Chart chart({{-1, 2}, {0, 3}, {1, 10}});
+        QCOMPARE(chart.root->getTotal(), qint64(15));
+        chart.items[2]->setCount(-4);
+        QCOMPARE(chart.items[2]->getCount(), 0);
+        QCOMPARE(chart.root->getTotal(), qint64(5));
+        // Many counts at the int limit do not overflow.
+        for (int i = 0; i < 3; ++i) {
+            auto big = std::make_unique<PieChartItem>();
+            big->setCount(std::numeric_limits<int>::max());
+            chart.root->addChild(big.release());
+        }
+        QCOMPARE(chart.root->getTotal(), 5 + 3 * qint64(std::numeric_limits<int>::max()));
+        // A removed slice's count stays in the total it was part of, and goes with the slice.
+        chart.items[1]->removeFromParent();
+        const std::unique_ptr<PieChartItem> removed(chart.items[1]);
+        QCOMPARE(chart.root->getTotal(), 5 + 3 * qint64(std::numeric_limits<int>::max()));
+        QCOMPARE(removed->getTotal(), qint64(3));
+    }
+
+    void deferredLayoutKeepsTotalsOnly()
+    {
+        PieChartItem root;
+        root.setLayoutDeferred(true);
+        root.setCount(4);
+        auto owned = std::make_unique<PieChartItem>();
+        PieChartItem* child = owned.get();
+        child->setCount(6);
+        const double unplaced = child->getAngle();
+        root.addChild(owned.release());
+        QCOMPARE(root.getTotal(), qint64(10));
+        QCOMPARE(child->getAngle(), unplaced);
+        root.setLayoutDeferred(false);
+        root.setCount(5);
+        QCOMPARE(child->getAngle(), 360.0 * 6 / 11);
+    }
+
+    void textIgnoringTransformationsKeepsItsTurn_data()
+    {
+        QTest::addColumn<double>("parentRotation");
+        QTest::addColumn<double>("offset");
+        QTest::newRow("turned parent") << 30.0 << 15.0;
+        QTest::newRow("negative parent") << -90.0 << 45.0;
+    }
+
+    void textIgnoringTransformationsKeepsItsTurn()
+    {
+        QFETCH(double, parentRotation);
+        QFETCH(double, offset);
+        // A slice turns its annotations to the middle of its span.
+        PieItem slice;
+        slice.setAngle(2 * parentRotation);
+        auto owned = std::make_unique<RectTextItem>();
+        RectTextItem* text = owned.get();
+        slice.addChild(owned.release());
+        text->setRotationOffsetFromParent(offset);
+        QCOMPARE(text->getRot(), parentRotation + offset);
+        text->setIgnoreTransformations(true);
+        text->setIgnoreTransformations(true);
+        QCOMPARE(text->getRot(), offset);
+        // A parent that turns meanwhile does not turn it.
+        slice.setAngle(2 * parentRotation + 20);
+        QCOMPARE(text->getRot(), offset);
+        slice.setAngle(2 * parentRotation);
+        text->setIgnoreTransformations(false);
+        QCOMPARE(text->getRot(), parentRotation + offset);
+        QCOMPARE(text->rotation(), -(parentRotation + offset));
+    }
+};
 
 QTEST_MAIN(TestRingItems)
 #include "tst_ringitems.moc"

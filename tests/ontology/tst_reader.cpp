@@ -53,205 +53,119 @@ class TestReader : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
+    void init()
+    {
+        dir = std::make_unique<QTemporaryDir>();
+        file = dir->filePath(QStringLiteral("t.ontology"));
+    }
 
-    void eventsAndPositionsOfASmallTree();
-    void rootAloneOpensAndCloses();
-    void startingAtAnyNodeGivesItsSubtree_data();
-    void startingAtAnyNodeGivesItsSubtree();
-    void dataIsDecoded();
-    void damagedRows_data();
-    void damagedRows();
-    void consumerCanDeclineChildData_data();
-    void consumerCanDeclineChildData();
-    void severalReadersAtOnce();
-    void notADatabaseFailsToQuery();
+    void eventsAndPositions_data()
+    {
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<QStringList>("events");
+        QTest::newRow("small tree") << "root(a(c) b)"
+                                    << QStringList{"open root (0,1)", "open a (1,3)", "open c (3,4)", "close c",
+                                                   "close a", "open b (2,4)", "close b", "close root"};
+        QTest::newRow("root alone") << "1" << QStringList{"open 1 (0,1)", "close 1"};
+    }
+
+    void eventsAndPositions()
+    {
+        QFETCH(QString, tree);
+        QFETCH(QStringList, events);
+        writeTree(file, tree, false);
+        EventRecorder reader{Ontology(file)};
+        reader.read();
+        QCOMPARE(reader.events, events);
+    }
+
+    void startingAtAnyNodeGivesItsSubtree_data()
+    {
+        QTest::addColumn<QString>("tree");
+        QTest::newRow("bushy") << "r(a(c(f g) d) b(e(h(i j)) k) l)";
+        QTest::newRow("path") << "r(a(b(c(d(e)))))";
+        QTest::newRow("shared node") << "r(a(s(t u)) b(s))";
+    }
+
+    void startingAtAnyNodeGivesItsSubtree()
+    {
+        QFETCH(QString, tree);
+        writeTree(file, tree, false);
+        const Ontology ontology(file);
+        EventRecorder full{ontology};
+        full.read();
+        for (int i = 0; i < full.events.size(); ++i) {
+            if (!full.events.at(i).startsWith(QLatin1String("open ")))
+                continue;
+            EventRecorder part(ontology, parsePosition(full.events.at(i)));
+            part.read();
+            QCOMPARE(part.events, subtreeEvents(full.events, i));
+        }
+    }
+
+    void damagedRows_data()
+    {
+        QTest::addColumn<QStringList>("rows");
+        QTest::addColumn<int>("startRow");
+        QTest::addColumn<int>("startChildren");
+        QTest::addColumn<QStringList>("eventsBeforeFailure");
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("count larger than the rows left")
+            << QStringList{"('r', 2, '{}')", "('a', 3, '{}')", "('b', 0, '{}')", "('c', 0, '{}')"} << 0 << 1
+            << QStringList{"open r (0,1)", "open a (1,3)"} << true;
+        QTest::newRow("start row past the end") << QStringList{"('r', 0, '{}')"} << 5 << 6 << QStringList() << true;
+        QTest::newRow("data that is not JSON") << QStringList{"('r', 1, '{oops')", "('a', 0, NULL)"} << 0 << 1
+                                               << QStringList{"open r (0,1)", "open a (1,2)", "close a", "close r"} << false;
+        QTest::newRow("huge count") << QStringList{"('r', 2000000000, '{}')", "('a', 0, '{}')"} << 0 << 1
+                                    << QStringList{"open r (0,1)"} << true;
+    }
+
+    void damagedRows()
+    {
+        QFETCH(QStringList, rows);
+        QFETCH(int, startRow);
+        QFETCH(int, startChildren);
+        QFETCH(QStringList, eventsBeforeFailure);
+        QFETCH(bool, fails);
+        QStringList sql{"CREATE TABLE nodes( id TEXT, count INTEGER, data TEXT)",
+                        "CREATE TABLE info( key TEXT PRIMARY KEY, value TEXT)",
+                        "INSERT INTO info VALUES ('nodes', '1'), ('counted', '1')"};
+        for (const QString& row : rows)
+            sql << QStringLiteral("INSERT INTO nodes VALUES ") + row;
+        execSql(file, sql);
+
+        EventRecorder reader(Ontology(file), Reader::Position(startRow, startChildren));
+        bool threw = false;
+        try {
+            reader.read();
+        } catch (const Reader::InvalidEndException&) {
+            threw = true;
+        }
+        QCOMPARE(threw, fails);
+        QCOMPARE(reader.events, eventsBeforeFailure);
+    }
+
+    void severalReadersAtOnce()
+    {
+        writeTree(file, QStringLiteral("r(a(b c) d)"));
+        const Ontology ontology(file);
+        // Three readers alive together; the inner ones are made while the outer one is mid-read.
+        EventRecorder reference{ontology};
+        reference.read();
+        StoppingReader outer(ontology, Reader::Position(), 2);
+        EventRecorder second{ontology};
+        EventRecorder third(ontology, Reader::Position(1, 3));
+        QVERIFY_EXCEPTION_THROWN(outer.read(), std::runtime_error);
+        second.read();
+        third.read();
+        QCOMPARE(second.events, reference.events);
+        QCOMPARE(third.events, (QStringList{"open a (1,3)", "open b (3,5)", "close b", "open c (4,5)", "close c", "close a"}));
+    }
 
 private:
     std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
-
-void TestReader::init()
-{
-    dir = std::make_unique<QTemporaryDir>();
-    file = dir->filePath(QStringLiteral("t.ontology"));
-}
-
-void TestReader::eventsAndPositionsOfASmallTree()
-{
-    writeTree(file, QStringLiteral("root(a(c) b)"), false);
-    EventRecorder reader{Ontology(file)};
-    reader.read();
-    QCOMPARE(reader.events, (QStringList{"open root (0,1)", "open a (1,3)", "open c (3,4)", "close c",
-                                         "close a", "open b (2,4)", "close b", "close root"}));
-}
-
-void TestReader::rootAloneOpensAndCloses()
-{
-    writeTree(file, QStringLiteral("1"));
-    EventRecorder reader{Ontology(file)};
-    reader.read();
-    QCOMPARE(reader.events, (QStringList{"open 1 (0,1)", "close 1"}));
-}
-
-void TestReader::startingAtAnyNodeGivesItsSubtree_data()
-{
-    QTest::addColumn<QString>("tree");
-    QTest::newRow("bushy") << "r(a(c(f g) d) b(e(h(i j)) k) l)";
-    QTest::newRow("path") << "r(a(b(c(d(e)))))";
-    QTest::newRow("shared node") << "r(a(s(t u)) b(s))";
-    QTest::newRow("wide") << "r(a b c d e f g h(i j k))";
-}
-
-void TestReader::startingAtAnyNodeGivesItsSubtree()
-{
-    QFETCH(QString, tree);
-    writeTree(file, tree, false);
-    const Ontology ontology(file);
-    EventRecorder full{ontology};
-    full.read();
-    for (int i = 0; i < full.events.size(); ++i) {
-        if (!full.events.at(i).startsWith(QLatin1String("open ")))
-            continue;
-        EventRecorder part(ontology, parsePosition(full.events.at(i)));
-        part.read();
-        QCOMPARE(part.events, subtreeEvents(full.events, i));
-    }
-}
-
-void TestReader::dataIsDecoded()
-{
-    writeTree(file, QStringLiteral("1=root(2=\"Homo sapiens\":4)"));
-    EventRecorder reader{Ontology(file)};
-    reader.read();
-    QCOMPARE(reader.openedData.at(1).value(QStringLiteral("scientific name")).toString(), QStringLiteral("Homo sapiens"));
-    QCOMPARE(reader.openedData.at(0).value(QStringLiteral("accumCount")).toString(), QStringLiteral("4"));
-}
-
-void TestReader::damagedRows_data()
-{
-    QTest::addColumn<QStringList>("rows");
-    QTest::addColumn<int>("startRow");
-    QTest::addColumn<int>("startChildren");
-    QTest::addColumn<QStringList>("eventsBeforeFailure");
-    QTest::addColumn<bool>("fails");
-    QTest::newRow("count larger than the rows left")
-        << QStringList{"('r', 2, '{}')", "('a', 3, '{}')", "('b', 0, '{}')", "('c', 0, '{}')"} << 0 << 1
-        << QStringList{"open r (0,1)", "open a (1,3)"} << true;
-    QTest::newRow("start row past the end") << QStringList{"('r', 0, '{}')"} << 5 << 6 << QStringList() << true;
-    QTest::newRow("children start past the end") << QStringList{"('r', 0, '{}')", "('a', 0, '{}')"} << 0 << 9 << QStringList() << true;
-    QTest::newRow("data that is not JSON") << QStringList{"('r', 1, '{oops')", "('a', 0, NULL)"} << 0 << 1
-                                           << QStringList{"open r (0,1)", "open a (1,2)", "close a", "close r"} << false;
-    QTest::newRow("negative count reads as a leaf") << QStringList{"('r', -4, '{}')"} << 0 << 1
-                                                    << QStringList{"open r (0,1)", "close r"} << false;
-    QTest::newRow("huge count") << QStringList{"('r', 2000000000, '{}')", "('a', 0, '{}')"} << 0 << 1
-                                << QStringList{"open r (0,1)"} << true;
-}
-
-void TestReader::damagedRows()
-{
-    QFETCH(QStringList, rows);
-    QFETCH(int, startRow);
-    QFETCH(int, startChildren);
-    QFETCH(QStringList, eventsBeforeFailure);
-    QFETCH(bool, fails);
-    QStringList sql{"CREATE TABLE nodes( id TEXT, count INTEGER, data TEXT)",
-                    "CREATE TABLE info( key TEXT PRIMARY KEY, value TEXT)",
-                    "INSERT INTO info VALUES ('nodes', '1'), ('counted', '1')"};
-    for (const QString& row : rows)
-        sql << QStringLiteral("INSERT INTO nodes VALUES ") + row;
-    execSql(file, sql);
-
-    EventRecorder reader(Ontology(file), Reader::Position(startRow, startChildren));
-    bool threw = false;
-    try {
-        reader.read();
-    } catch (const Reader::InvalidEndException&) {
-        threw = true;
-    }
-    QCOMPARE(threw, fails);
-    QCOMPARE(reader.events, eventsBeforeFailure);
-}
-
-namespace {
-// Declines the data of the children of the nodes it is told, as a chart builder does for the
-// subtrees it drops.
-class DecliningRecorder : public EventRecorder
-{
-public:
-    using EventRecorder::EventRecorder;
-    void openNode(const QString& id, const QVariantMap& data, const Position& position) override
-    {
-        EventRecorder::openNode(id, data, position);
-        lastOpened = id;
-    }
-    bool shouldReadChildData() const override { return !declined.contains(lastOpened); }
-
-    QStringList declined;
-    QString lastOpened;
-};
-} // namespace
-
-void TestReader::consumerCanDeclineChildData_data()
-{
-    QTest::addColumn<QStringList>("declined");
-    QTest::addColumn<QStringList>("withData");
-    // r(a(c(d)) b): a declined empties c only; c's own answer decides for d
-    QTest::newRow("none") << QStringList{} << QStringList{"r", "a", "c", "d", "b"};
-    QTest::newRow("inner node") << QStringList{"a"} << QStringList{"r", "a", "d", "b"};
-    QTest::newRow("root") << QStringList{"r"} << QStringList{"r", "c", "d"};
-    QTest::newRow("a leaf") << QStringList{"d", "b"} << QStringList{"r", "a", "c", "d", "b"};
-}
-
-void TestReader::consumerCanDeclineChildData()
-{
-    QFETCH(QStringList, declined);
-    QFETCH(QStringList, withData);
-    writeTree(file, QStringLiteral("r:1(a:1(c:1(d:1)) b:1)"));
-    DecliningRecorder reader{Ontology(file)};
-    reader.declined = declined;
-    reader.read();
-    QStringList decoded;
-    int opened = 0;
-    for (const QString& event : reader.events) {
-        if (!event.startsWith(QLatin1String("open ")))
-            continue;
-        if (!reader.openedData.at(opened++).isEmpty())
-            decoded << event.section(QLatin1Char(' '), 1, 1);
-    }
-    QCOMPARE(decoded, withData);
-    // The walk itself is the same.
-    QCOMPARE(reader.events.size(), 10);
-}
-
-void TestReader::severalReadersAtOnce()
-{
-    writeTree(file, QStringLiteral("r(a(b c) d)"));
-    const Ontology ontology(file);
-    // Three readers alive together; the inner ones are made while the outer one is mid-read.
-    EventRecorder reference{ontology};
-    reference.read();
-    StoppingReader outer(ontology, Reader::Position(), 2);
-    EventRecorder second{ontology};
-    EventRecorder third(ontology, Reader::Position(1, 3));
-    QVERIFY_EXCEPTION_THROWN(outer.read(), std::runtime_error);
-    second.read();
-    third.read();
-    QCOMPARE(second.events, reference.events);
-    QCOMPARE(third.events, (QStringList{"open a (1,3)", "open b (3,5)", "close b", "open c (4,5)", "close c", "close a"}));
-}
-
-void TestReader::notADatabaseFailsToQuery()
-{
-    writeTree(file, QStringLiteral("r"));
-    const Ontology ontology(file);
-    QFile damaged(file);
-    QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    damaged.write(QByteArray(4096, 'x'));
-    damaged.close();
-    QVERIFY_EXCEPTION_THROWN(EventRecorder{ontology}, Reader::QueryExecutionException);
-}
 
 QTEST_GUILESS_MAIN(TestReader)
 #include "tst_reader.moc"

@@ -20,431 +20,315 @@ class TestSources : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
+    void init()
+    {
+        dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(dir->isValid());
+    }
 
-    void krona_data();
-    void krona();
-    void kronaNodesAreIdentifiedByPath();
-    void kronaVeryLongLine();
-    void qiime_data();
-    void qiime();
-    void qiimePercentageIsTheValueText();
-    void qiimeColumnNames_data();
-    void qiimeColumnNames();
-    void mgtaxa_data();
-    void mgtaxa();
-    void frequencies_data();
-    void frequencies();
-    void countSourcesPlaceIdsInATree();
-    void ontologyIsCopiedWithItsValues();
-    void ontologySourceRejectsOtherFiles();
-    void unreadableFilesAddNothing();
-    void loadAnnouncesEachSource();
-    void progressIsThrottled();
-    void progressBeyondIntRange();
-    void cancelStopsEverySource_data();
-    void cancelStopsEverySource();
+    void krona_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("tree");
+
+        QTest::newRow("count only") << QByteArray("5\n") << "root:5";
+        QTest::newRow("one path") << QByteArray("3\tBacteria\tFirmicutes\n") << "root(Bacteria(Firmicutes:3))";
+        QTest::newRow("repeated path adds up") << QByteArray("3\tA\n4\tA\n") << "root(A:7)";
+        QTest::newRow("inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
+                                                   << "root(d__Bacteria:18(sg__CCD:433))";
+        QTest::newRow("name reused elsewhere")
+            << QByteArray("2\tBacteria\tunclassified\n3\tArchaea\tunclassified\n")
+            << "root(Bacteria(unclassified:2) Archaea(unclassified:3))";
+        QTest::newRow("empty rank under two parents")
+            << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
+            << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
+        QTest::newRow("name root is not the root") << QByteArray("7\troot\tViruses\n") << "root(root(Viruses:7))";
+        QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
+        QTest::newRow("empty level inside a path") << QByteArray("1\tA\t\tB\n") << "root(A(\"\"(B:1)))";
+        QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
+        QTest::newRow("decimal count") << QByteArray("2.5\tA\n1\tB\n") << "root(B:1)";
+        QTest::newRow("negative count") << QByteArray("-2\tA\n1\tB\n") << "root(B:1)";
+        QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
+        QTest::newRow("empty file") << QByteArray() << "root";
+        QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
+        QTest::newRow("spaces in names kept")
+            << QByteArray("1\tFirmicutes bacterium CAG:822\n") << "root(\"Firmicutes bacterium CAG:822\":1)";
+    }
+
+    void krona()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, tree);
+        QCOMPARE(describeRead(std::make_unique<SourceKronaText>(write(content))), tree);
+    }
+
+    void kronaNodesAreIdentifiedByPath()
+    {
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceKronaText>(write("2\tX\tY\n3\tZ\tX\n")));
+        builder.load();
+        Builder::Node* root = builder.getRoot();
+        QVERIFY(root);
+        QCOMPARE(root->id, QStringLiteral("root"));
+        QVERIFY(!root->data.contains(QStringLiteral("name")));
+        // Five distinct nodes below the root, each with its own id and name, none shared.
+        QCOMPARE(builder.getNodeNumber(), 5);
+        QSet<QString> ids;
+        for (Builder::Node* top : root->children) {
+            ids << top->id;
+            QCOMPARE(top->children.size(), size_t(1));
+            ids << top->children.front()->id;
+        }
+        QCOMPARE(ids.size(), 4);
+        QVERIFY(!ids.contains(QStringLiteral("X")));
+
+        builder.count(false);
+        builder.build();
+        QCOMPARE(describeOntology(builder.getFileName()), QStringLiteral("root:0(X:0(Y:2) Z:0(X:3))"));
+    }
+
+    void kronaVeryLongLine()
+    {
+        // A path of 100 000 names: memory and time must grow with the line, not its square.
+        QByteArray line("1");
+        for (int i = 0; i < 100000; ++i)
+            line.append("\tn").append(QByteArray::number(i % 7));
+        line += '\n';
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceKronaText>(write(line + line)));
+        builder.load();
+        QCOMPARE(builder.getNodeNumber(), 100001);
+        builder.count(true);
+        builder.build();
+        const Ontology ontology(builder.getFileName());
+        QCOMPARE(ontology.getNodeNumber(), 100001);
+    }
+
+    void qiime_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("tree");
+
+        const QByteArray header("Taxon\tS1\tS2\n");
+        QTest::newRow("path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
+                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
+        QTest::newRow("second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
+                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
+        QTest::newRow("column past the last") << header + "k__Bacteria\t0.5\t0.25\n" << 2 << "root";
+        QTest::newRow("short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
+                                            << "root(\"k  Archaea\":200)";
+        QTest::newRow("value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
+                                                           << "root(\"k  Bacteria\"(\"p  X\"))";
+        QTest::newRow("infinite value") << header + "A\tinf\t1\nB\tnan\t1\nC\t-0.5\t1\nD\t1e300\t1\n" << 0
+                                        << "root(A B C D)";
+        QTest::newRow("Other at the top counts for the root") << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
+        QTest::newRow("empty rank under two parents")
+            << header + "k__Bacteria;p__\t0.1\t0\nk__Archaea;p__\t0.2\t0\n" << 0
+            << "root(\"k  Bacteria\"(p:100) \"k  Archaea\"(p:200))";
+        QTest::newRow("repeated path adds up") << header + "Root;A\t0.1\t0\nRoot;A\t0.2\t0\n" << 0 << "root(Root(A:300))";
+        QTest::newRow("newer header after comments")
+            << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
+            << "root(\"k  Bacteria\":750)";
+        QTest::newRow("comment with a TAB is the header") << QByteArray("#SampleID\tS1\n#x\t0.5\n") << 0 << "root(#x:500)";
+        QTest::newRow("empty file") << QByteArray() << 0 << "root";
+        QTest::newRow("crlf") << QByteArray("Taxon\tS1\r\nA;B\t0.5\r\n") << 0 << "root(A(B:500))";
+        QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
+    }
+
+    void qiime()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, column);
+        QFETCH(QString, tree);
+        QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
+    }
+
+    void qiimeColumnNames_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("classic header") << QByteArray("Taxon\tS1\tS2\nA\t1\t2\n") << QStringList{"S1", "S2"};
+        QTest::newRow("after comments") << QByteArray("# Constructed from biom file\n#OTU ID\tPC.354\tPC.355")
+                                        << QStringList{"PC.354", "PC.355"};
+        QTest::newRow("one column") << QByteArray("Taxon\nA\n") << QStringList();
+        QTest::newRow("empty") << QByteArray() << QStringList();
+        QTest::newRow("binary") << QByteArray(3000, '\0') << QStringList();
+    }
+
+    void qiimeColumnNames()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, names);
+        QCOMPARE(SourceQiimeText::readColumnNames(write(content)), names);
+    }
+
+    void countsById_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("counts");
+        const QByteArray header("id\tlen\ttaxid\tname\n");
+        QTest::newRow("one id per line") << "ids" << QByteArray("9606\n9606\n562\n") << QStringList{"562=1", "9606=2"};
+        QTest::newRow("id and count")
+            << "counts" << QByteArray("9606\t12\n562\t3\n9606\t1\n") << QStringList{"562=3", "9606=13"};
+        QTest::newRow("crlf ids") << "ids" << QByteArray("9606\r\n562\r\n") << QStringList{"562=1", "9606=1"};
+        QTest::newRow("mgtaxa header only") << "mgtaxa" << header << QStringList();
+        QTest::newRow("mgtaxa rows") << "mgtaxa" << header + "s1\t100\t562\tE\ns2\t80\t562\tE\ns3\t90\t9606\tH\n"
+                                     << QStringList{"562=2", "9606=1"};
+        QTest::newRow("mgtaxa short row adds the empty id") << "mgtaxa" << header + "s1\t100\n" << QStringList{"=1"};
+        QTest::newRow("mgtaxa crlf") << "mgtaxa" << QByteArray("id\tlen\ttaxid\r\ns1\t1\t562\r\n") << QStringList{"562=1"};
+    }
+
+    void countsById()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, counts);
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        if (format == QLatin1String("mgtaxa"))
+            builder.addSource(std::make_unique<SourceMgtaxaText>(write(content)));
+        else
+            builder.addSource(std::make_unique<SourceFrequencies>(write(content), format == QLatin1String("ids") ? 1 : 2));
+        builder.load();
+        // Counts only: the taxonomy gives the tree.
+        QVERIFY(!builder.getRoot());
+        QStringList found;
+        for (const QString& id : {QStringLiteral("562"), QStringLiteral("9606"), QString()}) {
+            if (Builder::Node* node = builder.findNode(id))
+                found << id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
+        }
+        QCOMPARE(found, counts);
+    }
+
+    void ontologySourceRejectsOtherFiles()
+    {
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceOntology>(write("9606\n")));
+        QVERIFY_EXCEPTION_THROWN(builder.load(), Ontology::Exception);
+    }
+
+    void unreadableFilesAddNothing()
+    {
+        const QString missing = dir->filePath(QStringLiteral("missing.txt"));
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceFrequencies>(missing));
+        builder.addSource(std::make_unique<SourceMgtaxaText>(missing));
+        builder.addSource(std::make_unique<SourceQiimeText>(dir->path(), 0));
+        builder.load();
+        QCOMPARE(describeTree(builder), QStringLiteral("root"));
+        QCOMPARE(builder.getNodeNumber(), 1);
+    }
+
+    void progressIsThrottled()
+    {
+        QByteArray content;
+        for (int i = 0; i < 20000; ++i)
+            content.append("1\tBacteria\tFirmicutes\tClostridia\t").append(QByteArray::number(i)).append('\n');
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceKronaText>(write(content)));
+        QSignalSpy total(&builder, &BuilderSource::signalSourceTotalSize);
+        QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
+        builder.load();
+        QCOMPARE(total.count(), 1);
+        QCOMPARE(total.at(0).at(0).toLongLong(), qint64(content.size()));
+        QVERIFY2(positions.count() >= 2 && positions.count() <= 201, qPrintable(QString::number(positions.count())));
+        qint64 last = 0;
+        for (const auto& signal : positions) {
+            QVERIFY(signal.at(0).toLongLong() > last);
+            last = signal.at(0).toLongLong();
+        }
+        QVERIFY(last <= content.size());
+    }
+
+    void progressBeyondIntRange()
+    {
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
+        const qint64 total = qint64(6) * 1024 * 1024 * 1024;
+        builder.notifySourceTotalSize(total);
+        for (qint64 position = 0; position <= total; position += total / 1000)
+            builder.notifySourceCurrentPos(position);
+        QVERIFY2(positions.count() >= 150 && positions.count() <= 201, qPrintable(QString::number(positions.count())));
+        QVERIFY(positions.last().at(0).toLongLong() >= total - total / 100);
+    }
+
+    void cancelStopsEverySource_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("krona") << "krona";
+        QTest::newRow("qiime") << "qiime";
+        QTest::newRow("mgtaxa") << "mgtaxa";
+        QTest::newRow("taxids") << "taxids";
+        QTest::newRow("ontology") << "ontology";
+        QTest::newRow("dump") << "dump";
+    }
+
+    void cancelStopsEverySource()
+    {
+        QFETCH(QString, kind);
+        QByteArray lines = kind == QLatin1String("qiime") ? "Taxon\tS1\n" : "header\tx\tid\n";
+        for (int i = 0; i < 20000; ++i) {
+            if (kind == QLatin1String("krona"))
+                lines.append("1\tA\t").append(QByteArray::number(i)).append('\n');
+            else if (kind == QLatin1String("qiime"))
+                lines.append("A;").append(QByteArray::number(i)).append("\t0.5\n");
+            else
+                lines.append("s\t1\t").append(QByteArray::number(i)).append('\n');
+        }
+        std::unique_ptr<Source> source;
+        if (kind == QLatin1String("krona"))
+            source = std::make_unique<SourceKronaText>(write(lines));
+        else if (kind == QLatin1String("qiime"))
+            source = std::make_unique<SourceQiimeText>(write(lines), 0);
+        else if (kind == QLatin1String("mgtaxa"))
+            source = std::make_unique<SourceMgtaxaText>(write(lines));
+        else if (kind == QLatin1String("taxids"))
+            source = std::make_unique<SourceFrequencies>(write(lines));
+        else if (kind == QLatin1String("dump")) {
+            auto dump = std::make_unique<SourceBcp>(write(lines));
+            dump->columns.insert(2, SourceBcp::parentKey);
+            source = std::move(dump);
+        } else {
+            const QString file = dir->filePath(QStringLiteral("big.ontology"));
+            BuilderSource big(file);
+            QByteArray paths;
+            for (int i = 0; i < 20000; ++i)
+                paths.append("1\tA\t").append(QByteArray::number(i)).append('\n');
+            big.addSource(std::make_unique<SourceKronaText>(write(paths, QStringLiteral("paths.txt"))));
+            big.load();
+            big.build();
+            source = std::make_unique<SourceOntology>(file);
+        }
+
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::move(source));
+        int asked = 0;
+        builder.setCancelCheck([&asked] { return ++asked >= 2; });
+        QVERIFY_EXCEPTION_THROWN(builder.load(), Builder::CancelledException);
+        QCOMPARE(asked, 2);
+        QVERIFY(builder.getNodeNumber() < 20000);
+    }
 
 private:
-    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"));
-    QString describeRead(std::unique_ptr<Source> source);
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"))
+    {
+        QFile file(dir->filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            return QString();
+        return file.fileName();
+    }
+
+    QString describeRead(std::unique_ptr<Source> source)
+    {
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::move(source));
+        builder.load();
+        return describeTree(builder);
+    }
 
     std::unique_ptr<QTemporaryDir> dir;
 };
-
-void TestSources::init()
-{
-    dir = std::make_unique<QTemporaryDir>();
-    QVERIFY(dir->isValid());
-}
-
-QString TestSources::write(const QByteArray& content, const QString& name)
-{
-    const QString path = dir->filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        return QString();
-    return path;
-}
-
-QString TestSources::describeRead(std::unique_ptr<Source> source)
-{
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::move(source));
-    builder.load();
-    return describeTree(builder);
-}
-
-void TestSources::krona_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("tree");
-
-    QTest::newRow("count only") << QByteArray("5\n") << "root:5";
-    QTest::newRow("one path") << QByteArray("3\tBacteria\tFirmicutes\n") << "root(Bacteria(Firmicutes:3))";
-    QTest::newRow("repeated path adds up") << QByteArray("3\tA\n4\tA\n") << "root(A:7)";
-    QTest::newRow("inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
-                                               << "root(d__Bacteria:18(sg__CCD:433))";
-    QTest::newRow("name reused elsewhere")
-        << QByteArray("2\tBacteria\tunclassified\n3\tArchaea\tunclassified\n")
-        << "root(Bacteria(unclassified:2) Archaea(unclassified:3))";
-    QTest::newRow("empty rank under two parents")
-        << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
-        << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
-    QTest::newRow("genus named like its family")
-        << QByteArray("1\tLachnospiraceae\tLachnospiraceae\n") << "root(Lachnospiraceae(Lachnospiraceae:1))";
-    QTest::newRow("name root is not the root") << QByteArray("7\troot\tViruses\n") << "root(root(Viruses:7))";
-    QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
-    QTest::newRow("count-only lines add up") << QByteArray("2\n3\n") << "root:5";
-    QTest::newRow("empty level inside a path") << QByteArray("1\tA\t\tB\n") << "root(A(\"\"(B:1)))";
-    QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
-    QTest::newRow("decimal count") << QByteArray("2.5\tA\n1\tB\n") << "root(B:1)";
-    QTest::newRow("negative count") << QByteArray("-2\tA\n1\tB\n") << "root(B:1)";
-    QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
-    QTest::newRow("empty file") << QByteArray() << "root";
-    QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
-    QTest::newRow("spaces in names kept") << QByteArray("1\tFirmicutes bacterium CAG:822\n") << "root(\"Firmicutes bacterium CAG:822\":1)";
-}
-
-void TestSources::krona()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, tree);
-    QCOMPARE(describeRead(std::make_unique<SourceKronaText>(write(content))), tree);
-}
-
-void TestSources::kronaNodesAreIdentifiedByPath()
-{
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceKronaText>(write("2\tX\tY\n3\tZ\tX\n")));
-    builder.load();
-    Builder::Node* root = builder.getRoot();
-    QVERIFY(root);
-    QCOMPARE(root->id, QStringLiteral("root"));
-    QVERIFY(!root->data.contains(QStringLiteral("name")));
-    // Five distinct nodes below the root, each with its own id and name, none shared.
-    QCOMPARE(builder.getNodeNumber(), 5);
-    QSet<QString> ids;
-    for (Builder::Node* top : root->children) {
-        ids << top->id;
-        QCOMPARE(top->children.size(), size_t(1));
-        ids << top->children.front()->id;
-    }
-    QCOMPARE(ids.size(), 4);
-    QVERIFY(!ids.contains(QStringLiteral("X")));
-
-    builder.count(false);
-    builder.build();
-    QCOMPARE(describeOntology(builder.getFileName()), QStringLiteral("root:0(X:0(Y:2) Z:0(X:3))"));
-}
-
-void TestSources::kronaVeryLongLine()
-{
-    // A path of 100 000 names: memory and time must grow with the line, not its square.
-    QByteArray line("1");
-    for (int i = 0; i < 100000; ++i)
-        line.append("\tn").append(QByteArray::number(i % 7));
-    line += '\n';
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceKronaText>(write(line + line)));
-    builder.load();
-    QCOMPARE(builder.getNodeNumber(), 100001);
-    builder.count(true);
-    builder.build();
-    const Ontology ontology(builder.getFileName());
-    QCOMPARE(ontology.getNodeNumber(), 100001);
-}
-
-void TestSources::qiime_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("tree");
-
-    const QByteArray header("Taxon\tS1\tS2\n");
-    QTest::newRow("path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
-                                   << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
-    QTest::newRow("second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
-                                   << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
-    QTest::newRow("column past the last") << header + "k__Bacteria\t0.5\t0.25\n" << 2 << "root";
-    QTest::newRow("negative column") << header + "k__Bacteria\t0.5\t0.25\n" << -1 << "root";
-    QTest::newRow("short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
-                                        << "root(\"k  Archaea\":200)";
-    QTest::newRow("value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
-                                                       << "root(\"k  Bacteria\"(\"p  X\"))";
-    QTest::newRow("infinite value") << header + "A\tinf\t1\nB\tnan\t1\nC\t-0.5\t1\nD\t1e300\t1\n" << 0
-                                    << "root(A B C D)";
-    QTest::newRow("Other at the top counts for the root") << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
-    QTest::newRow("empty rank under two parents")
-        << header + "k__Bacteria;p__\t0.1\t0\nk__Archaea;p__\t0.2\t0\n" << 0
-        << "root(\"k  Bacteria\"(p:100) \"k  Archaea\"(p:200))";
-    QTest::newRow("repeated path adds up") << header + "Root;A\t0.1\t0\nRoot;A\t0.2\t0\n" << 0 << "root(Root(A:300))";
-    QTest::newRow("newer header after comments")
-        << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
-        << "root(\"k  Bacteria\":750)";
-    QTest::newRow("comment with a TAB is the header") << QByteArray("#SampleID\tS1\n#x\t0.5\n") << 0 << "root(#x:500)";
-    QTest::newRow("header only") << header << 0 << "root";
-    QTest::newRow("empty file") << QByteArray() << 0 << "root";
-    QTest::newRow("crlf") << QByteArray("Taxon\tS1\r\nA;B\t0.5\r\n") << 0 << "root(A(B:500))";
-    QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
-}
-
-void TestSources::qiime()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(int, column);
-    QFETCH(QString, tree);
-    QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
-}
-
-void TestSources::qiimePercentageIsTheValueText()
-{
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    auto source = std::make_unique<SourceQiimeText>(
-        write("Taxon\tS1\nk__A\t7.14764095684e-07\nk__B\t0.5\nk__B\t0.25\n"), 0, 10000.0);
-    builder.addSource(std::move(source));
-    builder.load();
-    const auto children = builder.getRoot()->children;
-    QCOMPARE(children.size(), size_t(2));
-    QCOMPARE(children[0]->data.value(QStringLiteral("percentage")).toString(), QStringLiteral("7.14764095684e-07"));
-    QCOMPARE(children[0]->data.value(QStringLiteral("count")).toString(), QStringLiteral("0"));
-    QCOMPARE(children[1]->data.value(QStringLiteral("percentage")).toString(), QStringLiteral("0.75"));
-    QCOMPARE(children[1]->data.value(QStringLiteral("count")).toString(), QStringLiteral("7500"));
-}
-
-void TestSources::qiimeColumnNames_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("names");
-    QTest::newRow("classic header") << QByteArray("Taxon\tS1\tS2\nA\t1\t2\n") << QStringList{"S1", "S2"};
-    QTest::newRow("after comments") << QByteArray("# Constructed from biom file\n#OTU ID\tPC.354\tPC.355")
-                                    << QStringList{"PC.354", "PC.355"};
-    QTest::newRow("empty names kept") << QByteArray("Taxon\t\tS2\n") << QStringList{"", "S2"};
-    QTest::newRow("one column") << QByteArray("Taxon\nA\n") << QStringList();
-    QTest::newRow("only comments") << QByteArray("# one\n# two\n") << QStringList();
-    QTest::newRow("empty") << QByteArray() << QStringList();
-    QTest::newRow("binary") << QByteArray(3000, '\0') << QStringList();
-}
-
-void TestSources::qiimeColumnNames()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QStringList, names);
-    QCOMPARE(SourceQiimeText::readColumnNames(write(content)), names);
-}
-
-void TestSources::mgtaxa_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("counts");
-    const QByteArray header("id\tlen\ttaxid\tname\n");
-    QTest::newRow("header only") << header << QStringList();
-    QTest::newRow("rows") << header + "s1\t100\t562\tE. coli\ns2\t80\t562\tE. coli\ns3\t90\t9606\tHuman\n"
-                          << QStringList{"562=2", "9606=1"};
-    QTest::newRow("short row adds the empty id") << header + "s1\t100\n" << QStringList{"=1"};
-    QTest::newRow("crlf") << QByteArray("id\tlen\ttaxid\r\ns1\t1\t562\r\n") << QStringList{"562=1"};
-    QTest::newRow("empty") << QByteArray() << QStringList();
-}
-
-void TestSources::mgtaxa()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QStringList, counts);
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceMgtaxaText>(write(content)));
-    builder.load();
-    QVERIFY(!builder.getRoot());
-    QStringList found;
-    for (const QString& id : {QStringLiteral("562"), QStringLiteral("9606"), QString()}) {
-        if (Builder::Node* node = builder.findNode(id))
-            found << id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
-    }
-    QCOMPARE(found, counts);
-}
-
-void TestSources::frequencies_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<QStringList>("counts");
-    QTest::newRow("one per line") << QByteArray("9606\n9606\n562\n") << 1 << QStringList{"562=1", "9606=2"};
-    QTest::newRow("id and count") << QByteArray("9606\t12\n562\t3\n9606\t1\n") << 2 << QStringList{"562=3", "9606=13"};
-    QTest::newRow("crlf") << QByteArray("9606\r\n562\r\n") << 1 << QStringList{"562=1", "9606=1"};
-}
-
-void TestSources::frequencies()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(int, columns);
-    QFETCH(QStringList, counts);
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceFrequencies>(write(content), columns));
-    builder.load();
-    QVERIFY(!builder.getRoot());
-    QStringList found;
-    for (const QString& id : {QStringLiteral("562"), QStringLiteral("9606")}) {
-        if (Builder::Node* node = builder.findNode(id))
-            found << id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
-    }
-    QCOMPARE(found, counts);
-}
-
-void TestSources::countSourcesPlaceIdsInATree()
-{
-    const QString taxonomy = dir->filePath(QStringLiteral("ncbi.ontology"));
-    writeTree(taxonomy, QStringLiteral("1=root(131567(2=Bacteria(562=\"Escherichia coli\")) 9606=\"Homo sapiens\" 10239=Viruses)"), false);
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceOntology>(taxonomy));
-    builder.addSource(std::make_unique<SourceFrequencies>(write("562\n562\n9606\n424242\n")));
-    builder.load();
-    builder.count(true);
-    builder.build();
-    QCOMPARE(describeOntology(builder.getFileName()),
-             QStringLiteral("root:0(131567:0(Bacteria:0(\"Escherichia coli\":2)) \"Homo sapiens\":1)"));
-    QVERIFY(Ontology(builder.getFileName()).isCounted());
-}
-
-void TestSources::ontologyIsCopiedWithItsValues()
-{
-    const QString original = dir->filePath(QStringLiteral("chart.ontology"));
-    writeTree(original, QStringLiteral("r(a=\"Alpha a\":3(c:2) b:1)"), true);
-    BuilderSource builder(dir->filePath(QStringLiteral("copy.ontology")));
-    builder.addSource(std::make_unique<SourceOntology>(original));
-    builder.load();
-    Builder::Node* a = builder.findNode(QStringLiteral("a"));
-    QVERIFY(a);
-    QCOMPARE(a->data.value(QStringLiteral("scientific name")).toString(), QStringLiteral("Alpha a"));
-    QCOMPARE(a->data.value(QStringLiteral("accumCount")).toString(), QStringLiteral("5"));
-    builder.count(false);
-    builder.build();
-    QCOMPARE(describeOntology(builder.getFileName()), describeOntology(original));
-    QCOMPARE(describeOntology(original), QStringLiteral("r:0(\"Alpha a\":3(c:2) b:1)"));
-}
-
-void TestSources::ontologySourceRejectsOtherFiles()
-{
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceOntology>(write("9606\n")));
-    QVERIFY_EXCEPTION_THROWN(builder.load(), Ontology::Exception);
-}
-
-void TestSources::unreadableFilesAddNothing()
-{
-    const QString missing = dir->filePath(QStringLiteral("missing.txt"));
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceFrequencies>(missing));
-    builder.addSource(std::make_unique<SourceMgtaxaText>(missing));
-    builder.addSource(std::make_unique<SourceQiimeText>(dir->path(), 0));
-    builder.load();
-    QCOMPARE(describeTree(builder), QStringLiteral("root"));
-    QCOMPARE(builder.getNodeNumber(), 1);
-}
-
-void TestSources::loadAnnouncesEachSource()
-{
-    const QString a = write("1\tA\n", QStringLiteral("a.txt"));
-    const QString b = write("9606\n", QStringLiteral("b.txt"));
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceKronaText>(a));
-    builder.addSource(std::make_unique<SourceFrequencies>(b));
-    builder.addSource(nullptr);
-    QCOMPARE(builder.getSourceNumber(), 2);
-    QSignalSpy starts(&builder, &BuilderSource::signalSourceReadingStart);
-    builder.load();
-    QCOMPARE(starts.count(), 2);
-    QCOMPARE(starts.at(0), (QVariantList{0, a}));
-    QCOMPARE(starts.at(1), (QVariantList{1, b}));
-}
-
-void TestSources::progressIsThrottled()
-{
-    QByteArray content;
-    for (int i = 0; i < 20000; ++i)
-        content.append("1\tBacteria\tFirmicutes\tClostridia\t").append(QByteArray::number(i)).append('\n');
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::make_unique<SourceKronaText>(write(content)));
-    QSignalSpy total(&builder, &BuilderSource::signalSourceTotalSize);
-    QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
-    builder.load();
-    QCOMPARE(total.count(), 1);
-    QCOMPARE(total.at(0).at(0).toLongLong(), qint64(content.size()));
-    QVERIFY2(positions.count() >= 2 && positions.count() <= 201, qPrintable(QString::number(positions.count())));
-    qint64 last = 0;
-    for (const auto& signal : positions) {
-        QVERIFY(signal.at(0).toLongLong() > last);
-        last = signal.at(0).toLongLong();
-    }
-    QVERIFY(last <= content.size());
-}
-
-void TestSources::progressBeyondIntRange()
-{
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
-    const qint64 total = qint64(6) * 1024 * 1024 * 1024;
-    builder.notifySourceTotalSize(total);
-    for (qint64 position = 0; position <= total; position += total / 1000)
-        builder.notifySourceCurrentPos(position);
-    QVERIFY2(positions.count() >= 150 && positions.count() <= 201, qPrintable(QString::number(positions.count())));
-    QVERIFY(positions.last().at(0).toLongLong() >= total - total / 100);
-}
-
-void TestSources::cancelStopsEverySource_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("krona") << "krona";
-    QTest::newRow("qiime") << "qiime";
-    QTest::newRow("mgtaxa") << "mgtaxa";
-    QTest::newRow("taxids") << "taxids";
-    QTest::newRow("ontology") << "ontology";
-    QTest::newRow("dump") << "dump";
-}
-
-void TestSources::cancelStopsEverySource()
-{
-    QFETCH(QString, kind);
-    QByteArray lines = kind == QLatin1String("qiime") ? "Taxon\tS1\n" : "header\tx\tid\n";
-    for (int i = 0; i < 20000; ++i) {
-        if (kind == QLatin1String("krona"))
-            lines.append("1\tA\t").append(QByteArray::number(i)).append('\n');
-        else if (kind == QLatin1String("qiime"))
-            lines.append("A;").append(QByteArray::number(i)).append("\t0.5\n");
-        else
-            lines.append("s\t1\t").append(QByteArray::number(i)).append('\n');
-    }
-    std::unique_ptr<Source> source;
-    if (kind == QLatin1String("krona"))
-        source = std::make_unique<SourceKronaText>(write(lines));
-    else if (kind == QLatin1String("qiime"))
-        source = std::make_unique<SourceQiimeText>(write(lines), 0);
-    else if (kind == QLatin1String("mgtaxa"))
-        source = std::make_unique<SourceMgtaxaText>(write(lines));
-    else if (kind == QLatin1String("taxids"))
-        source = std::make_unique<SourceFrequencies>(write(lines));
-    else if (kind == QLatin1String("dump")) {
-        auto dump = std::make_unique<SourceBcp>(write(lines));
-        dump->columns.insert(2, SourceBcp::parentKey);
-        source = std::move(dump);
-    } else {
-        const QString file = dir->filePath(QStringLiteral("big.ontology"));
-        BuilderSource big(file);
-        QByteArray paths;
-        for (int i = 0; i < 20000; ++i)
-            paths.append("1\tA\t").append(QByteArray::number(i)).append('\n');
-        big.addSource(std::make_unique<SourceKronaText>(write(paths, QStringLiteral("paths.txt"))));
-        big.load();
-        big.build();
-        source = std::make_unique<SourceOntology>(file);
-    }
-
-    BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
-    builder.addSource(std::move(source));
-    int asked = 0;
-    builder.setCancelCheck([&asked] { return ++asked >= 2; });
-    QVERIFY_EXCEPTION_THROWN(builder.load(), Builder::CancelledException);
-    QCOMPARE(asked, 2);
-    QVERIFY(builder.getNodeNumber() < 20000);
-}
 
 QTEST_GUILESS_MAIN(TestSources)
 #include "tst_sources.moc"

@@ -1,7 +1,6 @@
 #include "ontology/buildersource.h"
 #include "ontology/ontology.h"
 #include "ontology/sourcefrequencies.h"
-#include "ontology/sourcemgtaxatext.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
@@ -17,6 +16,7 @@
 #include <atomic>
 
 using Sorvik::Viewer::BuildNcbiPiechartAsyncTask;
+using Zem::Ontology::SourceFrequencies;
 using namespace Sorvik::Test;
 
 namespace {
@@ -46,200 +46,37 @@ private:
     std::atomic<bool>* ranOut;
 };
 
-// A taxon-id source that notes whether it was read at all.
-class ProbeSource : public Zem::Ontology::SourceFrequencies
-{
-public:
-    ProbeSource(const QString& fileName, std::atomic<bool>* wasRead)
-        : SourceFrequencies(fileName)
-        , wasRead(wasRead)
-    {
-    }
-    void read(Zem::Ontology::BuilderSource& builder) override
-    {
-        *wasRead = true;
-        SourceFrequencies::read(builder);
-    }
-
-private:
-    std::atomic<bool>* wasRead;
-};
-
-// Every progress signal, recorded on whichever thread it comes from.
+// The progress a task reports, from whichever thread: the distinct messages of each level in
+// order, and the overall step count with the furthest step reached.
 struct ProgressLog
 {
-    struct Event
-    {
-        int level;
-        int value;
-        int maximum;
-        QString message;
-    };
-
-    void attach(BuildNcbiPiechartAsyncTask& task)
+    explicit ProgressLog(BuildNcbiPiechartAsyncTask& task)
     {
         QObject::connect(&task, &nu::AsyncTask::progressChanged, &task,
                          [this](int level, int value, int maximum, const QString& message) {
                              QMutexLocker lock(&mutex);
-                             events.push_back({level, value, maximum, message});
+                             if (level == 0 && maximum > 1)
+                                 steps = qMakePair(qMax(steps.first, maximum), qMax(steps.second, value));
+                             QStringList& list = messages[qMin(level, 1)];
+                             if (!message.isEmpty() && (list.isEmpty() || list.last() != message))
+                                 list << message;
                          }, Qt::DirectConnection);
     }
-    // The distinct messages of a level, in order.
-    QStringList messages(int level) const
-    {
-        QMutexLocker lock(&mutex);
-        QStringList list;
-        for (const Event& event : events) {
-            if (event.level == level && !event.message.isEmpty() && (list.isEmpty() || list.last() != event.message))
-                list << event.message;
-        }
-        return list;
-    }
-    int maximum(int level) const
-    {
-        QMutexLocker lock(&mutex);
-        int max = 0;
-        for (const Event& event : events) {
-            if (event.level == level)
-                max = qMax(max, event.maximum);
-        }
-        return max;
-    }
-    int highestValue(int level) const
-    {
-        QMutexLocker lock(&mutex);
-        int value = 0;
-        for (const Event& event : events) {
-            if (event.level == level && event.maximum > 1)
-                value = qMax(value, event.value);
-        }
-        return value;
-    }
 
-    mutable QMutex mutex;
-    QVector<Event> events;
+    QMutex mutex;
+    QStringList messages[2];
+    QPair<int, int> steps{0, 0};
 };
 
-} // namespace
-
-class TestBuildNcbiPiechartAsyncTask : public QObject
+QStringList entries(const QString& folder)
 {
-    Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-
-    void downloadsTheTaxonomyThenBuildsTheChart();
-    void cachedTaxonomyIsUsedWithoutDownload();
-    void damagedCacheIsRebuilt_data();
-    void damagedCacheIsRebuilt();
-    void mgtaxaInput();
-    void inputMatchingNoTaxonGivesOnlyTheRoot();
-    void failures_data();
-    void failures();
-    void cancelDuringDownload();
-    void cancelIsObservedInEveryStep_data();
-    void cancelIsObservedInEveryStep();
-    void destroyingARunningTaskCancelsIt();
-    void downloadAddress_data();
-    void downloadAddress();
-
-private:
-    QString path(const QString& name) const { return dir->filePath(name); }
-    QString writeInput(const QByteArray& content);
-    std::unique_ptr<BuildNcbiPiechartAsyncTask> makeTask(const QString& urlPath, std::unique_ptr<Zem::Ontology::Source> input);
-    bool runToEnd(BuildNcbiPiechartAsyncTask& task);
-    static bool waitFor(const QSignalSpy& finished);
-    void writeSmallCache();
-
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
-    HttpServer server;
-    QByteArray largeIds;
-};
-
-void TestBuildNcbiPiechartAsyncTask::initTestCase()
-{
-    QVERIFY(top.isValid());
-    QVERIFY(QDir(top.path()).mkpath(QStringLiteral("tmp")));
-    qputenv("TMPDIR", QFile::encodeName(top.filePath(QStringLiteral("tmp"))));
-    QVERIFY(server.isListening());
-
-    auto serveFile = [this](const QString& urlPath, const QString& file) {
-        QFile zip(file);
-        QVERIFY(zip.open(QIODevice::ReadOnly));
-        server.serve(urlPath, zip.readAll());
-    };
-    const QString small = top.filePath(QStringLiteral("small.zip"));
-    QVERIFY(writeSmallTaxdump(small));
-    serveFile(QStringLiteral("/pub/taxonomy/taxdmp.zip"), small);
-
-    // 20 000 taxa in a binary tree, enough for every cancellation check to come round.
-    QByteArray nodes = dumpRow({"1", "1", "no rank"});
-    QByteArray names;
-    for (int id = 2; id <= 20001; ++id) {
-        nodes.append(dumpRow({QByteArray::number(id), QByteArray::number(id / 2), "no rank"}));
-        names.append(dumpRow({QByteArray::number(id), "Taxon " + QByteArray::number(id), "", "scientific name"}));
-        largeIds.append(QByteArray::number(id)).append('\n');
-    }
-    const QString large = top.filePath(QStringLiteral("large.zip"));
-    QVERIFY(writeZip(large, {{QStringLiteral("nodes.dmp"), nodes}, {QStringLiteral("names.dmp"), names}}));
-    serveFile(QStringLiteral("/large.zip"), large);
-
-    const QString noNodes = top.filePath(QStringLiteral("nonodes.zip"));
-    QVERIFY(writeZip(noNodes, {{QStringLiteral("names.dmp"), smallNames()}}));
-    serveFile(QStringLiteral("/nonodes.zip"), noNodes);
-    server.serve(QStringLiteral("/html"), "<html><body>Moved to a new mirror</body></html>");
-
-    HttpServer::Route cut;
-    cut.body = nodes;
-    cut.behaviour = HttpServer::Behaviour::CloseMidBody;
-    server.setRoute(QStringLiteral("/cut.zip"), cut);
-    HttpServer::Route stall;
-    stall.body = nodes;
-    stall.behaviour = HttpServer::Behaviour::Stall;
-    stall.stallAfter = 1000;
-    server.setRoute(QStringLiteral("/stall.zip"), stall);
+    return QDir(folder).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
 }
 
-void TestBuildNcbiPiechartAsyncTask::init()
+// Polls while the event loop turns (the loopback server needs it): the thread may end before a
+// wait for its signal would begin.
+bool waitFor(const QSignalSpy& finished)
 {
-    dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-    QVERIFY(dir->isValid());
-}
-
-QString TestBuildNcbiPiechartAsyncTask::writeInput(const QByteArray& content)
-{
-    const QString name = path(QStringLiteral("input.txt"));
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly))
-        return QString();
-    file.write(content);
-    return name;
-}
-
-std::unique_ptr<BuildNcbiPiechartAsyncTask> TestBuildNcbiPiechartAsyncTask::makeTask(
-    const QString& urlPath, std::unique_ptr<Zem::Ontology::Source> input)
-{
-    auto task = std::make_unique<BuildNcbiPiechartAsyncTask>();
-    task->setNcbiOntologyFile(path(QStringLiteral("ncbi.ontology")));
-    task->setTargetFile(path(QStringLiteral("target.piechart")));
-    task->setDownloadUrl(server.url(urlPath));
-    task->setSource(std::move(input));
-    return task;
-}
-
-bool TestBuildNcbiPiechartAsyncTask::runToEnd(BuildNcbiPiechartAsyncTask& task)
-{
-    QSignalSpy finished(&task, &QThread::finished);
-    task.start();
-    return waitFor(finished);
-}
-
-bool TestBuildNcbiPiechartAsyncTask::waitFor(const QSignalSpy& finished)
-{
-    // Polls while the event loop turns (the loopback server needs it): the thread may end before
-    // a wait for its signal would begin.
     QElapsedTimer clock;
     clock.start();
     while (finished.isEmpty() && clock.elapsed() < 60000)
@@ -247,264 +84,246 @@ bool TestBuildNcbiPiechartAsyncTask::waitFor(const QSignalSpy& finished)
     return !finished.isEmpty();
 }
 
-void TestBuildNcbiPiechartAsyncTask::writeSmallCache()
+bool runToEnd(BuildNcbiPiechartAsyncTask& task)
 {
-    writeTree(path(QStringLiteral("ncbi.ontology")),
-              QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia(562=\"Escherichia coli\")) "
-                             "9606=\"Homo sapiens\"))"),
-              false);
+    QSignalSpy finished(&task, &QThread::finished);
+    task.start();
+    return waitFor(finished);
 }
 
-void TestBuildNcbiPiechartAsyncTask::downloadsTheTaxonomyThenBuildsTheChart()
+} // namespace
+
+class TestBuildNcbiPiechartAsyncTask : public QObject
 {
-    const QString input = writeInput("562\n562\n9606\n12345\n");
-    auto task = makeTask(QStringLiteral("/pub/taxonomy/taxdmp.zip"), std::make_unique<Zem::Ontology::SourceFrequencies>(input));
-    task->setWriterCommitSize(2);
-    ProgressLog log;
-    log.attach(*task);
-    QVERIFY(runToEnd(*task));
-
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Running));
-    QVERIFY(task->getErrorMessage().isEmpty());
-    QVERIFY(task->hasDownloaded());
-    QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
-    QVERIFY(Zem::Ontology::Ontology(path(QStringLiteral("target.piechart"))).isCounted());
-    const Zem::Ontology::Ontology cache(path(QStringLiteral("ncbi.ontology")));
-    QVERIFY(!cache.isCounted());
-    QCOMPARE(cache.getNodeNumber(), 6);
-
-    QCOMPARE(log.maximum(0), 8);
-    QCOMPARE(log.highestValue(0), 7);
-    QCOMPARE(log.messages(0), (QStringList{"Retrieving data from NCBI...", "Building ontology...", "Building piechart...",
-                                           "Piechart builded"}));
-    const QStringList steps = log.messages(1);
-    QCOMPARE(steps.size(), 8);
-    QCOMPARE(steps.at(0), QStringLiteral("Downloading database..."));
-    QVERIFY(steps.at(1).startsWith(QLatin1String("Reading file ")) && steps.at(1).endsWith(QLatin1String("/nodes.dmp")));
-    QVERIFY(steps.at(2).endsWith(QLatin1String("/names.dmp")));
-    QCOMPARE(steps.at(3), QStringLiteral("Inserting nodes..."));
-    QCOMPARE(steps.at(4), QStringLiteral("Reading file ") + path(QStringLiteral("ncbi.ontology")));
-    QCOMPARE(steps.at(5), QStringLiteral("Reading file ") + input);
-    QCOMPARE(steps.at(6), QStringLiteral("Counting nodes..."));
-    QCOMPARE(steps.at(7), QStringLiteral("Inserting nodes..."));
-    const auto overall = task->getProgress(0);
-    QCOMPARE(overall.value, 1);
-    QCOMPARE(overall.maximum, 1);
-
-    // Neither the download nor the unpacked dump is left behind.
-    task.reset();
-    QCOMPARE(QDir(top.filePath(QStringLiteral("tmp"))).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
-             QStringList());
-    QVERIFY(QFileInfo::exists(path(QStringLiteral("target.piechart"))));
-    QVERIFY(QFileInfo::exists(path(QStringLiteral("ncbi.ontology"))));
-}
-
-void TestBuildNcbiPiechartAsyncTask::cachedTaxonomyIsUsedWithoutDownload()
-{
-    writeSmallCache();
-    const int before = server.getRequestCount(QStringLiteral("/nonodes.zip"));
-    auto task = makeTask(QStringLiteral("/nonodes.zip"),
-                         std::make_unique<Zem::Ontology::SourceFrequencies>(writeInput("562\t2\n9606\t1\n"), 2));
-    ProgressLog log;
-    log.attach(*task);
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Running));
-    QCOMPARE(server.getRequestCount(QStringLiteral("/nonodes.zip")), before);
-    QVERIFY(!task->hasDownloaded());
-    QCOMPARE(log.maximum(0), 4);
-    QCOMPARE(log.highestValue(0), 3);
-    QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
-}
-
-void TestBuildNcbiPiechartAsyncTask::damagedCacheIsRebuilt_data()
-{
-    QTest::addColumn<QByteArray>("cache");
-    QTest::newRow("text") << QByteArray("9606\n562\n");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("half an SQLite file") << QByteArray("SQLite format 3\0", 16) + QByteArray(4000, '\x01');
-}
-
-void TestBuildNcbiPiechartAsyncTask::damagedCacheIsRebuilt()
-{
-    QFETCH(QByteArray, cache);
-    QFile file(path(QStringLiteral("ncbi.ontology")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(cache);
-    file.close();
-    auto task = makeTask(QStringLiteral("/pub/taxonomy/taxdmp.zip"),
-                         std::make_unique<Zem::Ontology::SourceFrequencies>(writeInput("562 562 9606")));
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(task->getErrorMessage(), QString());
-    QVERIFY(task->hasDownloaded());
-    QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
-    QCOMPARE(Zem::Ontology::Ontology(path(QStringLiteral("ncbi.ontology"))).getNodeNumber(), 6);
-}
-
-void TestBuildNcbiPiechartAsyncTask::mgtaxaInput()
-{
-    writeSmallCache();
-    const QString input = writeInput("id\tlen\ttaxid\tname\ns1\t90\t562\tE\ns2\t80\t562\tE\ns3\t70\t9606\tH\n");
-    auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<Zem::Ontology::SourceMgtaxaText>(input));
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(task->getErrorMessage(), QString());
-    QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
-}
-
-void TestBuildNcbiPiechartAsyncTask::inputMatchingNoTaxonGivesOnlyTheRoot()
-{
-    writeSmallCache();
-    auto task = makeTask(QStringLiteral("/nonodes.zip"),
-                         std::make_unique<Zem::Ontology::SourceFrequencies>(writeInput("424242\n0\nunclassified\n")));
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Running));
-    QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), QStringLiteral("root:0"));
-}
-
-void TestBuildNcbiPiechartAsyncTask::failures_data()
-{
-    QTest::addColumn<QString>("urlPath");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("detail");
-    QTest::newRow("not found") << "/missing.zip" << "NCBI data couldn't be downloaded" << "Not Found";
-    QTest::newRow("refused") << "<refused>" << "NCBI data couldn't be downloaded" << "refused";
-    QTest::newRow("cut short") << "/cut.zip" << "NCBI data couldn't be downloaded" << "closed";
-    QTest::newRow("not a zip") << "/html" << "Pie chart couldn't be generated" << "not a ZIP file";
-    QTest::newRow("no nodes.dmp") << "/nonodes.zip" << "Pie chart couldn't be generated" << "no nodes.dmp";
-}
-
-void TestBuildNcbiPiechartAsyncTask::failures()
-{
-    QFETCH(QString, urlPath);
-    QFETCH(QString, message);
-    QFETCH(QString, detail);
-    // A damaged cache and an earlier chart are in the way: neither may survive a failure.
-    for (const QString& name : {QStringLiteral("ncbi.ontology"), QStringLiteral("target.piechart")}) {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("old");
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(top.isValid());
+        QVERIFY(QDir(top.path()).mkpath(QStringLiteral("tmp")));
+        qputenv("TMPDIR", QFile::encodeName(top.filePath(QStringLiteral("tmp"))));
+        QVERIFY(server.isListening());
+        const auto serveZip = [this](const QString& urlPath, const QList<ZipEntry>& entries) {
+            const QString zip = top.filePath(QStringLiteral("served.zip"));
+            QVERIFY(writeZip(zip, entries));
+            QFile file(zip);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            server.serve(urlPath, file.readAll());
+        };
+        serveZip(QStringLiteral("/pub/taxonomy/taxdmp.zip"),
+                 {{QStringLiteral("nodes.dmp"), smallNodes()}, {QStringLiteral("names.dmp"), smallNames()}});
+        // 20 000 taxa in a binary tree, enough for every cancellation check to come round.
+        QByteArray nodes = dumpRow({"1", "1", "no rank"});
+        QByteArray names;
+        for (int id = 2; id <= 20001; ++id) {
+            nodes.append(dumpRow({QByteArray::number(id), QByteArray::number(id / 2), "no rank"}));
+            names.append(dumpRow({QByteArray::number(id), "Taxon " + QByteArray::number(id), "", "scientific name"}));
+            largeIds.append(QByteArray::number(id)).append('\n');
+        }
+        serveZip(QStringLiteral("/large.zip"), {{QStringLiteral("nodes.dmp"), nodes}, {QStringLiteral("names.dmp"), names}});
+        serveZip(QStringLiteral("/nonodes.zip"), {{QStringLiteral("names.dmp"), smallNames()}});
+        server.serve(QStringLiteral("/html"), "<html><body>Moved to a new mirror</body></html>");
+        HttpServer::Route route;
+        route.body = nodes;
+        route.behaviour = HttpServer::Behaviour::CloseMidBody;
+        server.setRoute(QStringLiteral("/cut.zip"), route);
+        route.behaviour = HttpServer::Behaviour::Stall;
+        route.stallAfter = 1000;
+        server.setRoute(QStringLiteral("/stall.zip"), route);
     }
-    auto task = makeTask(urlPath, std::make_unique<Zem::Ontology::SourceFrequencies>(writeInput("562\n")));
-    if (urlPath == QLatin1String("<refused>"))
-        task->setDownloadUrl(HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip")));
-    ProgressLog log;
-    log.attach(*task);
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Failed));
-    QVERIFY2(task->getErrorMessage() == message, qPrintable(task->getErrorDetail()));
-    QVERIFY2(task->getErrorDetail().contains(detail, Qt::CaseInsensitive), qPrintable(task->getErrorDetail()));
-    QCOMPARE(log.messages(0).last(), message);
-    task.reset();
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("target.piechart"))));
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("ncbi.ontology"))));
-    QCOMPARE(QDir(top.filePath(QStringLiteral("tmp"))).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
-             QStringList());
-}
 
-void TestBuildNcbiPiechartAsyncTask::cancelDuringDownload()
-{
-    auto task = makeTask(QStringLiteral("/stall.zip"), std::make_unique<Zem::Ontology::SourceFrequencies>(writeInput("562\n")));
-    ProgressLog log;
-    log.attach(*task);
-    QSignalSpy finished(task.get(), &QThread::finished);
-    const int before = server.getRequestCount(QStringLiteral("/stall.zip"));
-    task->start();
-    QTRY_COMPARE(server.getRequestCount(QStringLiteral("/stall.zip")), before + 1);
-    task->slotSetCancelled();
-    QVERIFY(waitFor(finished));
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Cancelled));
-    QCOMPARE(task->getErrorMessage(), QString());
-    QCOMPARE(task->getProgress(0).message, QStringLiteral("Cancelled"));
-    QVERIFY(!log.messages(0).contains(QStringLiteral("Building ontology...")));
-    task.reset();
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("target.piechart"))));
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("ncbi.ontology"))));
-}
+    void init()
+    {
+        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
+        QVERIFY(dir->isValid());
+    }
 
-void TestBuildNcbiPiechartAsyncTask::cancelIsObservedInEveryStep_data()
-{
-    QTest::addColumn<QString>("trigger");
-    QTest::addColumn<int>("occurrence");
-    QTest::newRow("reading nodes.dmp") << "nodes.dmp" << 1;
-    QTest::newRow("reading names.dmp") << "names.dmp" << 1;
-    QTest::newRow("inserting the taxonomy") << "Inserting nodes..." << 1;
-    QTest::newRow("reading the taxonomy") << "ncbi.ontology" << 1;
-    QTest::newRow("reading the input") << "endless" << 1;
-    QTest::newRow("counting") << "Counting nodes..." << 1;
-    QTest::newRow("inserting the chart") << "Inserting nodes..." << 2;
-}
+    void downloadsTheTaxonomyThenBuildsTheChart_data()
+    {
+        QTest::addColumn<QByteArray>("cache");
+        QTest::newRow("no cache") << QByteArray("<none>");
+        // A cache damaged by a crash is rebuilt as if missing.
+        QTest::newRow("empty cache") << QByteArray();
+        QTest::newRow("half an SQLite file") << QByteArray("SQLite format 3\0", 16) + QByteArray(4000, '\x01');
+    }
 
-void TestBuildNcbiPiechartAsyncTask::cancelIsObservedInEveryStep()
-{
-    QFETCH(QString, trigger);
-    QFETCH(int, occurrence);
-    std::atomic<bool> ranOut{false};
-    std::atomic<bool> inputRead{false};
-    std::unique_ptr<Zem::Ontology::Source> input;
-    if (trigger == QLatin1String("endless"))
-        input = std::make_unique<EndlessSource>(&ranOut);
-    else
-        input = std::make_unique<ProbeSource>(writeInput(largeIds), &inputRead);
-    auto task = makeTask(QStringLiteral("/large.zip"), std::move(input));
-    // Cancels on the task's own thread the moment the step announces itself, so the step itself
-    // has to notice.
-    int seen = 0;
-    BuildNcbiPiechartAsyncTask* raw = task.get();
-    connect(raw, &nu::AsyncTask::progressChanged, raw,
-            [&, raw](int level, int, int, const QString& message) {
-                if (level == 1 && message.endsWith(trigger) && ++seen == occurrence)
-                    raw->slotSetCancelled();
-            }, Qt::DirectConnection);
-    QVERIFY(runToEnd(*task));
-    QCOMPARE(seen, occurrence);
-    QCOMPARE(task->getState(), int(nu::AsyncTask::Cancelled));
-    QCOMPARE(task->getErrorMessage(), QString());
-    QVERIFY2(!ranOut, "reading the input went on after the cancellation");
-    // The taxonomy (20 000 nodes) is read in one load with the input after it: a reader that
-    // ignored the cancellation would go on to the input.
-    if (trigger == QLatin1String("ncbi.ontology"))
-        QVERIFY(!inputRead);
-    task.reset();
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("target.piechart"))));
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("ncbi.ontology"))));
-    QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
-             QStringList{QStringLiteral("input.txt")}.mid(trigger == QLatin1String("endless") ? 1 : 0));
-}
+    void downloadsTheTaxonomyThenBuildsTheChart()
+    {
+        QFETCH(QByteArray, cache);
+        if (cache != "<none>")
+            write(QStringLiteral("ncbi.ontology"), cache);
+        const QString input = write(QStringLiteral("input.txt"), "562\n562\n9606\n12345\n");
+        auto task = makeTask(QStringLiteral("/pub/taxonomy/taxdmp.zip"), std::make_unique<SourceFrequencies>(input));
+        task->setWriterCommitSize(2);
+        ProgressLog log(*task);
+        QVERIFY(runToEnd(*task));
 
-void TestBuildNcbiPiechartAsyncTask::destroyingARunningTaskCancelsIt()
-{
-    writeSmallCache();
-    std::atomic<bool> ranOut{false};
-    auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<EndlessSource>(&ranOut));
-    QSignalSpy started(task.get(), &QThread::started);
-    task->start();
-    QTRY_COMPARE_WITH_TIMEOUT(started.count(), 1, 10000);
-    task.reset();
-    QVERIFY(!ranOut);
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("target.piechart"))));
-    // The cache was not made by this task and stays.
-    QVERIFY(QFileInfo::exists(path(QStringLiteral("ncbi.ontology"))));
-}
+        QCOMPARE(task->getState(), int(nu::AsyncTask::Running));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QVERIFY(task->hasDownloaded());
+        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
+        QVERIFY(Zem::Ontology::Ontology(path(QStringLiteral("target.piechart"))).isCounted());
+        const Zem::Ontology::Ontology taxonomy(path(QStringLiteral("ncbi.ontology")));
+        QVERIFY(!taxonomy.isCounted());
+        QCOMPARE(taxonomy.getNodeNumber(), 6);
 
-void TestBuildNcbiPiechartAsyncTask::downloadAddress_data()
-{
-    QTest::addColumn<QByteArray>("environment");
-    QTest::addColumn<QString>("url");
-    QTest::newRow("NCBI by default") << QByteArray() << "https://ftp.ncbi.nlm.nih.gov/pub/taxonomy/taxdmp.zip";
-    QTest::newRow("mirror") << QByteArray("https://mirror.example.org/taxdmp.zip") << "https://mirror.example.org/taxdmp.zip";
-}
+        QCOMPARE(log.steps, qMakePair(8, 7));
+        QCOMPARE(log.messages[0], (QStringList{"Retrieving data from NCBI...", "Building ontology...",
+                                               "Building piechart...", "Piechart builded"}));
+        const QStringList steps = log.messages[1];
+        QCOMPARE(steps.size(), 8);
+        QCOMPARE(steps.at(0), QStringLiteral("Downloading database..."));
+        QVERIFY(steps.at(1).startsWith(QLatin1String("Reading file ")) && steps.at(1).endsWith(QLatin1String("/nodes.dmp")));
+        QVERIFY(steps.at(2).endsWith(QLatin1String("/names.dmp")));
+        QCOMPARE(steps.mid(3), (QStringList{"Inserting nodes...", "Reading file " + path(QStringLiteral("ncbi.ontology")),
+                                            "Reading file " + input, "Counting nodes...", "Inserting nodes..."}));
+        QCOMPARE(task->getProgress(0).value, 1);
+        QCOMPARE(task->getProgress(0).maximum, 1);
 
-void TestBuildNcbiPiechartAsyncTask::downloadAddress()
-{
-    QFETCH(QByteArray, environment);
-    QFETCH(QString, url);
-    if (environment.isEmpty())
-        qunsetenv("SORVIK_TAXDUMP_URL");
-    else
-        qputenv("SORVIK_TAXDUMP_URL", environment);
-    QCOMPARE(BuildNcbiPiechartAsyncTask::getDefaultDownloadUrl(), QUrl(url));
-    QCOMPARE(BuildNcbiPiechartAsyncTask().getDownloadUrl(), QUrl(url));
-    qunsetenv("SORVIK_TAXDUMP_URL");
-}
+        // Neither the download nor the unpacked dump is left behind.
+        task.reset();
+        QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
+        QCOMPARE(entries(dir->path()), (QStringList{"input.txt", "ncbi.ontology", "target.piechart"}));
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<QString>("urlPath");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("detail");
+        QTest::newRow("not found") << "/missing.zip" << "NCBI data couldn't be downloaded" << "Not Found";
+        QTest::newRow("cut short") << "/cut.zip" << "NCBI data couldn't be downloaded" << "closed";
+        QTest::newRow("not a zip") << "/html" << "Pie chart couldn't be generated" << "not a ZIP file";
+        QTest::newRow("no nodes.dmp") << "/nonodes.zip" << "Pie chart couldn't be generated" << "no nodes.dmp";
+    }
+
+    void failures()
+    {
+        QFETCH(QString, urlPath);
+        QFETCH(QString, message);
+        QFETCH(QString, detail);
+        // A damaged cache and an earlier chart are in the way: neither may survive a failure.
+        write(QStringLiteral("ncbi.ontology"), "old");
+        write(QStringLiteral("target.piechart"), "old");
+        auto task = makeTask(urlPath, std::make_unique<SourceFrequencies>(write(QStringLiteral("input.txt"), "562\n")));
+        ProgressLog log(*task);
+        QVERIFY(runToEnd(*task));
+        QCOMPARE(task->getState(), int(nu::AsyncTask::Failed));
+        QVERIFY2(task->getErrorMessage() == message, qPrintable(task->getErrorDetail()));
+        QVERIFY2(task->getErrorDetail().contains(detail, Qt::CaseInsensitive), qPrintable(task->getErrorDetail()));
+        QCOMPARE(log.messages[0].last(), message);
+        task.reset();
+        QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("input.txt")});
+        QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
+    }
+
+    void cancelDuringDownload()
+    {
+        auto task = makeTask(QStringLiteral("/stall.zip"),
+                             std::make_unique<SourceFrequencies>(write(QStringLiteral("input.txt"), "562\n")));
+        ProgressLog log(*task);
+        QSignalSpy finished(task.get(), &QThread::finished);
+        const int before = server.getRequestCount(QStringLiteral("/stall.zip"));
+        task->start();
+        QTRY_COMPARE(server.getRequestCount(QStringLiteral("/stall.zip")), before + 1);
+        task->slotSetCancelled();
+        QVERIFY(waitFor(finished));
+        QCOMPARE(task->getState(), int(nu::AsyncTask::Cancelled));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QCOMPARE(task->getProgress(0).message, QStringLiteral("Cancelled"));
+        QVERIFY(!log.messages[0].contains(QStringLiteral("Building ontology...")));
+        task.reset();
+        QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("input.txt")});
+    }
+
+    void cancelIsObservedInEveryStep_data()
+    {
+        QTest::addColumn<QString>("trigger");
+        QTest::addColumn<int>("occurrence");
+        QTest::newRow("reading nodes.dmp") << "nodes.dmp" << 1;
+        QTest::newRow("reading names.dmp") << "names.dmp" << 1;
+        QTest::newRow("inserting the taxonomy") << "Inserting nodes..." << 1;
+        QTest::newRow("reading the taxonomy") << "ncbi.ontology" << 1;
+        QTest::newRow("reading the input") << "endless" << 1;
+        QTest::newRow("counting") << "Counting nodes..." << 1;
+        QTest::newRow("inserting the chart") << "Inserting nodes..." << 2;
+    }
+
+    void cancelIsObservedInEveryStep()
+    {
+        QFETCH(QString, trigger);
+        QFETCH(int, occurrence);
+        std::atomic<bool> ranOut{false};
+        std::unique_ptr<Zem::Ontology::Source> input;
+        if (trigger == QLatin1String("endless"))
+            input = std::make_unique<EndlessSource>(&ranOut);
+        else
+            input = std::make_unique<SourceFrequencies>(write(QStringLiteral("input.txt"), largeIds));
+        auto task = makeTask(QStringLiteral("/large.zip"), std::move(input));
+        ProgressLog log(*task);
+        // Cancels on the task's own thread the moment the step announces itself, so the step
+        // itself has to notice.
+        int seen = 0;
+        QString step;
+        BuildNcbiPiechartAsyncTask* raw = task.get();
+        connect(raw, &nu::AsyncTask::progressChanged, raw, [&, raw](int level, int, int, const QString& message) {
+            if (level == 1 && message != step && message.endsWith(trigger) && ++seen == occurrence)
+                raw->slotSetCancelled();
+            step = level == 1 ? message : step;
+        }, Qt::DirectConnection);
+        QVERIFY(runToEnd(*task));
+        QCOMPARE(seen, occurrence);
+        QCOMPARE(task->getState(), int(nu::AsyncTask::Cancelled));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QVERIFY2(!ranOut, "reading the input went on after the cancellation");
+        // No later step began: the taxonomy (20 000 nodes) is read in one load with the input
+        // after it, so a reader that ignored the cancellation would go on to the input.
+        QVERIFY2(log.messages[1].last().endsWith(trigger), qPrintable(log.messages[1].last()));
+        task.reset();
+        const bool inputFile = trigger != QLatin1String("endless");
+        QCOMPARE(entries(dir->path()), inputFile ? QStringList{QStringLiteral("input.txt")} : QStringList());
+    }
+
+    void destroyingARunningTaskCancelsIt()
+    {
+        writeTree(path(QStringLiteral("ncbi.ontology")), QStringLiteral("1=root(562)"), false);
+        std::atomic<bool> ranOut{false};
+        auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<EndlessSource>(&ranOut));
+        QSignalSpy started(task.get(), &QThread::started);
+        task->start();
+        QTRY_COMPARE_WITH_TIMEOUT(started.count(), 1, 10000);
+        task.reset();
+        QVERIFY(!ranOut);
+        // The cache was not made by this task and stays.
+        QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("ncbi.ontology")});
+    }
+
+private:
+    QString path(const QString& name) const { return dir->filePath(name); }
+    QString write(const QString& name, const QByteArray& content)
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly))
+            return QString();
+        file.write(content);
+        return file.fileName();
+    }
+    std::unique_ptr<BuildNcbiPiechartAsyncTask> makeTask(const QString& urlPath,
+                                                         std::unique_ptr<Zem::Ontology::Source> input)
+    {
+        auto task = std::make_unique<BuildNcbiPiechartAsyncTask>();
+        task->setNcbiOntologyFile(path(QStringLiteral("ncbi.ontology")));
+        task->setTargetFile(path(QStringLiteral("target.piechart")));
+        task->setDownloadUrl(server.url(urlPath));
+        task->setSource(std::move(input));
+        return task;
+    }
+
+    QTemporaryDir top;
+    std::unique_ptr<QTemporaryDir> dir;
+    HttpServer server;
+    QByteArray largeIds;
+};
 
 QTEST_GUILESS_MAIN(TestBuildNcbiPiechartAsyncTask)
 #include "tst_buildncbipiechartasynctask.moc"

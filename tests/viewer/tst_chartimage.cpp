@@ -1,33 +1,17 @@
-#include "ontology/ontology.h"
-#include "tests/support/treeliteral.h"
+#include "tests/viewer/charts.h"
 #include "viewer/chartimage.h"
-#include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
-#include <QFile>
 #include <QGraphicsScene>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
 
-#include <memory>
-
+using Sorvik::Test::chartOf;
 using Sorvik::Viewer::ChartImage;
-using Sorvik::Viewer::PieChartBuilder;
 using Sorvik::Viewer::PieChartItem;
 
 namespace {
-
-std::unique_ptr<PieChartItem> buildChart(const QString& file, const QString& tree, int levels, double percent)
-{
-    Sorvik::Test::writeTree(file, tree);
-    const Zem::Ontology::Ontology ontology(file);
-    PieChartBuilder builder(ontology);
-    builder.setMaxLevels(levels);
-    builder.setMinPercentage(percent);
-    builder.read();
-    return builder.takeRootItem();
-}
 
 // The fill colours of the filled paths of an SVG, labels (black) apart.
 QStringList filledPaths(const QByteArray& svg)
@@ -52,160 +36,102 @@ QStringList filledPaths(const QByteArray& svg)
     return xml.hasError() ? QStringList{QStringLiteral("bad svg")} : fills;
 }
 
-int countSlices(const PieChartItem* item)
-{
-    int n = 1;
-    for (QGraphicsItem* child : item->childItems()) {
-        if (const auto* slice = dynamic_cast<const PieChartItem*>(child))
-            n += countSlices(slice);
-    }
-    return n;
-}
-
 } // namespace
 
 class TestChartImage : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void svgHoldsOneFilledPathPerKeptSlice_data();
-    void svgHoldsOneFilledPathPerKeptSlice();
-    void pngFitsTheChartToTheSquare();
-    void formatByExtension_data();
-    void formatByExtension();
-    void saveWritesCompletelyOrNotAtAll();
-    void chartStaysWhereItWas();
+    void init()
+    {
+        dir = std::make_unique<QTemporaryDir>();
+        file = dir->filePath(QStringLiteral("chart.ontology"));
+    }
+
+    void svgHoldsOneFilledPathPerKeptSlice_data()
+    {
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<int>("levels");
+        QTest::addColumn<double>("percent");
+        QTest::addColumn<int>("slices");
+        const QString tree = QStringLiteral(
+            "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
+            "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
+            "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
+        QTest::newRow("viewer defaults") << tree << 5 << 0.5 << 16;
+        QTest::newRow("large slices only") << tree << 10 << 10.0 << 6;
+        QTest::newRow("a disc") << QStringLiteral("r:5") << 5 << 0.5 << 1;
+    }
+
+    void svgHoldsOneFilledPathPerKeptSlice()
+    {
+        QFETCH(QString, tree);
+        QFETCH(int, levels);
+        QFETCH(double, percent);
+        QFETCH(int, slices);
+        const auto root = chartOf(file, tree, levels, percent);
+        QVERIFY(root);
+        ChartImage image(*root);
+        image.setSize(300);
+        const QByteArray svg = image.toSvg();
+        QVERIFY(svg.contains("viewBox=\"0 0 300 300\""));
+        const QStringList fills = filledPaths(svg);
+        QCOMPARE(fills.size(), slices);
+        QCOMPARE(fills.count(QStringLiteral("#ffffff")), 1);
+    }
+
+    void pngFitsTheChartToTheSquare()
+    {
+        // A root disc and two halves around it: the chart is a circle of radius 60 in the middle.
+        const auto root = chartOf(file, QStringLiteral("r(a:1 b:1)"), 5, 0.5);
+        const auto halves = Sorvik::Test::slicesOf(root.get());
+        ChartImage image(*root);
+        image.setSize(200);
+        const QImage png = image.toImage();
+        QCOMPARE(png.size(), QSize(200, 200));
+        QCOMPARE(png.pixelColor(2, 2), QColor(Qt::white));
+        QCOMPARE(png.pixelColor(100, 100), QColor(Qt::white));
+        // 45 of 60 units out from the centre is 3/4 of the way to the edge, less the margin.
+        QCOMPARE(png.pixel(100 + 72, 90), halves.at(0)->getColor().rgb());
+        QCOMPARE(png.pixel(100 - 72, 90), halves.at(0)->getColor().rgb());
+        QCOMPARE(png.pixel(100, 100 + 72), halves.at(1)->getColor().rgb());
+        QCOMPARE(png.pixelColor(100, 197), QColor(Qt::white));
+    }
+
+    void saveWritesNothingItCannotWriteWhole()
+    {
+        const auto root = chartOf(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
+        ChartImage image(*root);
+        QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("taken.png")));
+        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("chart.svg.gz"))),
+                                 ChartImage::UnknownFormatException);
+        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), ChartImage::WriteException);
+        // A file name that is a folder cannot be written; the folder is left alone.
+        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), ChartImage::WriteException);
+        QVERIFY(QFileInfo(dir->filePath(QStringLiteral("taken.png"))).isDir());
+        QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
+                 (QStringList{"chart.ontology", "taken.png"}));
+    }
+
+    void chartStaysWhereItWas()
+    {
+        auto root = chartOf(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
+        ChartImage(*root).toImage();
+        QVERIFY(!root->scene());
+        QGraphicsScene scene;
+        scene.addItem(root.get());
+        root->setSelected(true);
+        const QImage shown = ChartImage(*root).toImage();
+        QCOMPARE(root->scene(), &scene);
+        // Drawn from the scene it is shown in, selection included.
+        QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(Qt::yellow));
+        scene.removeItem(root.get());
+    }
 
 private:
     std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
-
-void TestChartImage::init()
-{
-    dir = std::make_unique<QTemporaryDir>();
-    file = dir->filePath(QStringLiteral("chart.ontology"));
-}
-
-void TestChartImage::svgHoldsOneFilledPathPerKeptSlice_data()
-{
-    QTest::addColumn<QString>("tree");
-    QTest::addColumn<int>("levels");
-    QTest::addColumn<double>("percent");
-    QTest::addColumn<int>("slices");
-    const QString tree = QStringLiteral(
-        "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
-        "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
-        "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
-    QTest::newRow("viewer defaults") << tree << 5 << 0.5 << 16;
-    QTest::newRow("everything") << tree << 10 << 0.0 << 17;
-    QTest::newRow("two levels") << tree << 2 << 0.0 << 6;
-    QTest::newRow("large slices only") << tree << 10 << 10.0 << 6;
-    QTest::newRow("a disc") << QStringLiteral("r:5") << 5 << 0.5 << 1;
-}
-
-void TestChartImage::svgHoldsOneFilledPathPerKeptSlice()
-{
-    QFETCH(QString, tree);
-    QFETCH(int, levels);
-    QFETCH(double, percent);
-    QFETCH(int, slices);
-    const auto root = buildChart(file, tree, levels, percent);
-    QVERIFY(root);
-    QCOMPARE(countSlices(root.get()), slices);
-    ChartImage image(*root);
-    image.setSize(300);
-    const QByteArray svg = image.toSvg();
-    QVERIFY(svg.contains("viewBox=\"0 0 300 300\""));
-    const QStringList fills = filledPaths(svg);
-    QCOMPARE(fills.size(), slices);
-    QCOMPARE(fills.count(QStringLiteral("#ffffff")), 1);
-}
-
-void TestChartImage::pngFitsTheChartToTheSquare()
-{
-    // A root disc and two halves around it: the chart is a circle of radius 60 in the middle.
-    const auto root = buildChart(file, QStringLiteral("r(a:1 b:1)"), 5, 0.5);
-    const PieChartItem* a = dynamic_cast<PieChartItem*>(root->childItems().at(0));
-    const PieChartItem* b = dynamic_cast<PieChartItem*>(root->childItems().at(1));
-    ChartImage image(*root);
-    image.setSize(200);
-    const QImage png = image.toImage();
-    QCOMPARE(png.size(), QSize(200, 200));
-    QCOMPARE(png.pixelColor(2, 2), QColor(Qt::white));
-    QCOMPARE(png.pixelColor(100, 100), QColor(Qt::white));
-    // 45 of 60 units out from the centre is 3/4 of the way to the edge, less the margin.
-    QCOMPARE(png.pixel(100 + 72, 90), a->getColor().rgb());
-    QCOMPARE(png.pixel(100 - 72, 90), a->getColor().rgb());
-    QCOMPARE(png.pixel(100, 100 + 72), b->getColor().rgb());
-    QCOMPARE(png.pixelColor(100, 197), QColor(Qt::white));
-}
-
-void TestChartImage::formatByExtension_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("format");
-    QTest::newRow("png") << "chart.png" << int(ChartImage::Format::Png);
-    QTest::newRow("upper case svg") << "/tmp/Chart.SVG" << int(ChartImage::Format::Svg);
-    QTest::newRow("jpeg") << "chart.jpg" << -1;
-    QTest::newRow("no extension") << "png" << -1;
-    QTest::newRow("double extension") << "chart.svg.gz" << -1;
-}
-
-void TestChartImage::formatByExtension()
-{
-    QFETCH(QString, name);
-    QFETCH(int, format);
-    try {
-        QCOMPARE(int(ChartImage::formatOf(name)), format);
-    } catch (const ChartImage::UnknownFormatException&) {
-        QCOMPARE(format, -1);
-    }
-}
-
-void TestChartImage::saveWritesCompletelyOrNotAtAll()
-{
-    const auto root = buildChart(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
-    ChartImage image(*root);
-    image.setSize(64);
-    const QString png = dir->filePath(QStringLiteral("chart.png"));
-    image.save(png);
-    QImage read(png);
-    QCOMPARE(read.size(), QSize(64, 64));
-    const QString svg = dir->filePath(QStringLiteral("chart.svg"));
-    image.save(svg);
-    QFile svgFile(svg);
-    QVERIFY(svgFile.open(QIODevice::ReadOnly));
-    QVERIFY(svgFile.readAll().trimmed().endsWith("</svg>"));
-
-    QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("chart.gif"))), ChartImage::UnknownFormatException);
-    QVERIFY(!QFile::exists(dir->filePath(QStringLiteral("chart.gif"))));
-    QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), ChartImage::WriteException);
-    // A file name that is a folder cannot be written; the folder is left alone.
-    QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("taken.png")));
-    QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), ChartImage::WriteException);
-    QVERIFY(QFileInfo(dir->filePath(QStringLiteral("taken.png"))).isDir());
-    image.setSize(0);
-    QCOMPARE(image.getSize(), 1);
-    image.setSize(1 << 30);
-    QCOMPARE(image.getSize(), ChartImage::maximumSize);
-}
-
-void TestChartImage::chartStaysWhereItWas()
-{
-    auto root = buildChart(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
-    ChartImage(*root).toImage();
-    QVERIFY(!root->scene());
-    QGraphicsScene scene;
-    scene.addItem(root.get());
-    root->setSelected(true);
-    const QImage shown = ChartImage(*root).toImage();
-    QCOMPARE(root->scene(), &scene);
-    // Drawn from the scene it is shown in, selection included.
-    QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(Qt::yellow));
-    scene.removeItem(root.get());
-}
 
 QTEST_MAIN(TestChartImage)
 #include "tst_chartimage.moc"

@@ -11,18 +11,28 @@ using Sorvik::Viewer::NewPiechartWizard;
 
 namespace {
 
-QRadioButton* radio(QWizard& wizard, const QString& text)
+void check(QWizard& wizard, const QString& text)
 {
     for (QRadioButton* button : wizard.findChildren<QRadioButton*>()) {
         if (button->text() == text)
-            return button;
+            return button->setChecked(true);
     }
-    return nullptr;
+    QFAIL(qPrintable(QStringLiteral("no choice ") + text));
 }
 
 QLineEdit* fileEdit(QWizard& wizard, int page)
 {
     return wizard.page(page)->findChild<QLineEdit*>(QStringLiteral("fileNameLineEdit"));
+}
+
+// A QIIME table written to a file, "<missing>" for none.
+QString qiimeTable(const QTemporaryDir& dir, const QByteArray& content)
+{
+    const QString name = dir.filePath(QStringLiteral("table.txt"));
+    QFile file(name);
+    if (content != "<missing>" && file.open(QIODevice::WriteOnly))
+        file.write(content);
+    return name;
 }
 
 } // namespace
@@ -31,123 +41,75 @@ class TestNewPiechartWizard : public QObject
 {
     Q_OBJECT
 private slots:
-    void pageOrderFollowsTheInputType_data();
-    void pageOrderFollowsTheInputType();
-    void nothingCheckedStaysOnTheFirstPage();
-    void qiimeColumnsComeFromTheHeader_data();
-    void qiimeColumnsComeFromTheHeader();
-    void fieldsCarryTheAnswers();
-};
+    void pageOrderFollowsTheInputType_data()
+    {
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<QByteArray>("table");
+        QTest::addColumn<QList<int>>("pages");
+        QTest::addColumn<QStringList>("columns");
+        QTest::addColumn<bool>("ncbi");
+        const QByteArray table("# Constructed from biom file\n#OTU ID\tS1\tS2\nk__Bacteria\t0.5\t0.25\n");
+        QTest::newRow("taxon ids") << "Plain text with NCBI-taxon-ids per lines" << table << QList<int>{0, 1}
+                                   << QStringList() << true;
+        QTest::newRow("krona") << "Krona file" << table << QList<int>{0, 3} << QStringList() << false;
+        QTest::newRow("qiime") << "QIIME file" << table << QList<int>{0, 4, 5} << QStringList{"S1", "S2"} << false;
+        // A table without sample columns keeps the user on the file page.
+        QTest::newRow("qiime without samples") << "QIIME file" << QByteArray("Taxon\nk__A\n") << QList<int>{0, 4}
+                                               << QStringList() << false;
+        QTest::newRow("qiime file missing") << "QIIME file" << QByteArray("<missing>") << QList<int>{0, 4} << QStringList()
+                                            << false;
+        QTest::newRow("mgtaxa") << "MgTaxa file" << table << QList<int>{0, 2} << QStringList() << true;
+    }
 
-void TestNewPiechartWizard::pageOrderFollowsTheInputType_data()
-{
-    QTest::addColumn<QString>("choice");
-    QTest::addColumn<QList<int>>("pages");
-    QTest::addColumn<bool>("ncbi");
-    QTest::newRow("taxon ids") << "Plain text with NCBI-taxon-ids per lines" << QList<int>{0, 1} << true;
-    QTest::newRow("krona") << "Krona file" << QList<int>{0, 3} << false;
-    QTest::newRow("qiime") << "QIIME file" << QList<int>{0, 4, 5} << false;
-    QTest::newRow("mgtaxa") << "MgTaxa file" << QList<int>{0, 2} << true;
-}
+    void pageOrderFollowsTheInputType()
+    {
+        QFETCH(QString, choice);
+        QFETCH(QByteArray, table);
+        QFETCH(QList<int>, pages);
+        QFETCH(QStringList, columns);
+        QFETCH(bool, ncbi);
+        QTemporaryDir dir;
+        NewPiechartWizard wizard;
+        wizard.restart();
+        // Nothing chosen yet: the first page holds.
+        QVERIFY(!wizard.button(QWizard::NextButton)->isEnabled());
+        check(wizard, choice);
+        QVERIFY(wizard.button(QWizard::NextButton)->isEnabled());
+        fileEdit(wizard, NewPiechartWizard::QiimeFile)->setText(qiimeTable(dir, table));
+        QList<int> visited{wizard.currentId()};
+        while (wizard.currentPage()->nextId() != -1 && visited.size() < 5) {
+            wizard.next();
+            if (wizard.currentId() == visited.last())
+                break;
+            visited << wizard.currentId();
+        }
+        QCOMPARE(visited, pages);
+        QCOMPARE(wizard.requiresNcbiTaxonomy(), ncbi);
+        if (columns.isEmpty())
+            return;
+        auto* combo = wizard.currentPage()->findChild<QComboBox*>();
+        QStringList offered;
+        for (int i = 0; i < combo->count(); ++i)
+            offered << combo->itemText(i);
+        QCOMPARE(offered, columns);
+        combo->setCurrentIndex(1);
+        QCOMPARE(wizard.field(QStringLiteral("qiime-source-column")).toInt(), 1);
+    }
 
-void TestNewPiechartWizard::pageOrderFollowsTheInputType()
-{
-    QFETCH(QString, choice);
-    QFETCH(QList<int>, pages);
-    QFETCH(bool, ncbi);
-    QTemporaryDir dir;
-    const QString qiime = dir.filePath(QStringLiteral("table.txt"));
-    QFile file(qiime);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("Taxon\tS1\tS2\nk__Bacteria\t0.5\t0.25\n");
-    file.close();
-
-    NewPiechartWizard wizard;
-    wizard.restart();
-    QRadioButton* button = radio(wizard, choice);
-    QVERIFY(button);
-    button->setChecked(true);
-    fileEdit(wizard, NewPiechartWizard::QiimeFile)->setText(qiime);
-    QList<int> visited{wizard.currentId()};
-    for (int i = 0; i < 5 && wizard.currentPage()->nextId() != -1; ++i) {
+    void taxonIdFieldsFollowTheWidgets()
+    {
+        NewPiechartWizard wizard;
+        wizard.restart();
+        check(wizard, QStringLiteral("Plain text with NCBI-taxon-ids per lines"));
         wizard.next();
-        visited << wizard.currentId();
+        fileEdit(wizard, NewPiechartWizard::TaxidsFile)->setText(QStringLiteral("/data/reads.txt"));
+        QCOMPARE(wizard.field(QStringLiteral("taxids-source-filename")).toString(), QStringLiteral("/data/reads.txt"));
+        QVERIFY(wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
+        check(wizard, QStringLiteral("TAB-separated file with NCBI-taxon id and count"));
+        QVERIFY(!wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
+        QVERIFY(wizard.field(QStringLiteral("taxids-source-format-idcount")).toBool());
     }
-    QCOMPARE(visited, pages);
-    QCOMPARE(wizard.requiresNcbiTaxonomy(), ncbi);
-}
-
-void TestNewPiechartWizard::nothingCheckedStaysOnTheFirstPage()
-{
-    NewPiechartWizard wizard;
-    wizard.restart();
-    QVERIFY(!wizard.currentPage()->isComplete());
-    QCOMPARE(wizard.currentPage()->nextId(), 0);
-    QVERIFY(!wizard.button(QWizard::NextButton)->isEnabled());
-    radio(wizard, QStringLiteral("Krona file"))->setChecked(true);
-    QVERIFY(wizard.currentPage()->isComplete());
-}
-
-void TestNewPiechartWizard::qiimeColumnsComeFromTheHeader_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("columns");
-    QTest::newRow("classic header") << QByteArray("Taxon\tS1\tS2\nRoot;k__Bacteria\t0.1\t0.2\n") << QStringList{"S1", "S2"};
-    QTest::newRow("biom comment first") << QByteArray("# Constructed from biom file\n#OTU ID\tPC.354\tPC.355\nk__A\t1\t2\n")
-                                        << QStringList{"PC.354", "PC.355"};
-    QTest::newRow("empty column names kept") << QByteArray("Taxon\t\tS2\n") << QStringList{"", "S2"};
-    QTest::newRow("one column only") << QByteArray("Taxon\nk__A\n") << QStringList();
-    QTest::newRow("empty file") << QByteArray() << QStringList();
-    QTest::newRow("missing file") << QByteArray("<missing>") << QStringList();
-}
-
-void TestNewPiechartWizard::qiimeColumnsComeFromTheHeader()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QStringList, columns);
-    QTemporaryDir dir;
-    const QString name = dir.filePath(QStringLiteral("table.txt"));
-    if (content != "<missing>") {
-        QFile file(name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-    NewPiechartWizard wizard;
-    wizard.restart();
-    radio(wizard, QStringLiteral("QIIME file"))->setChecked(true);
-    wizard.next();
-    QCOMPARE(wizard.currentId(), int(NewPiechartWizard::QiimeFile));
-    fileEdit(wizard, NewPiechartWizard::QiimeFile)->setText(name);
-    wizard.next();
-    if (columns.isEmpty()) {
-        QCOMPARE(wizard.currentId(), int(NewPiechartWizard::QiimeFile));
-        return;
-    }
-    QCOMPARE(wizard.currentId(), int(NewPiechartWizard::QiimeColumn));
-    auto* combo = wizard.currentPage()->findChild<QComboBox*>();
-    QStringList offered;
-    for (int i = 0; i < combo->count(); ++i)
-        offered << combo->itemText(i);
-    QCOMPARE(offered, columns);
-    combo->setCurrentIndex(1);
-    QCOMPARE(wizard.field(QStringLiteral("qiime-source-column")).toInt(), 1);
-}
-
-void TestNewPiechartWizard::fieldsCarryTheAnswers()
-{
-    NewPiechartWizard wizard;
-    wizard.restart();
-    radio(wizard, QStringLiteral("Plain text with NCBI-taxon-ids per lines"))->setChecked(true);
-    wizard.next();
-    fileEdit(wizard, NewPiechartWizard::TaxidsFile)->setText(QStringLiteral("/data/reads.txt"));
-    QCOMPARE(wizard.field(QStringLiteral("taxids-source-filename")).toString(), QStringLiteral("/data/reads.txt"));
-    QVERIFY(wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
-    radio(wizard, QStringLiteral("TAB-separated file with NCBI-taxon id and count"))->setChecked(true);
-    QVERIFY(!wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
-    QVERIFY(wizard.field(QStringLiteral("taxids-source-format-idcount")).toBool());
-    QVERIFY(wizard.field(QStringLiteral("input-type-taxids")).toBool());
-    QVERIFY(!wizard.field(QStringLiteral("input-type-krona")).toBool());
-}
+};
 
 QTEST_MAIN(TestNewPiechartWizard)
 #include "tst_newpiechartwizard.moc"
