@@ -550,12 +550,28 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     // moving the first line moves the rest. The three are one annotation to the user, so they
     // are made in one undo step, and one undo takes the whole of it away rather than leaving a
     // bare bent line behind.
+    // On a chart the bend points away from the chart's centre (the parent's origin), over the
+    // slice's own outer rings: towards the centre it would hide under the inner rings, which are
+    // painted over the slices outside them.
+    double across = 1.0;
+    double up = -1.0;
+    const bool onItem = manager.findId(parent);
+    if (onItem) {
+        const QPointF outward = point - parent->scenePos();
+        across = outward.x() < 0 ? -1.0 : 1.0;
+        up = outward.y() > 0 ? 1.0 : -1.0;
+    }
     Values first{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
-                 {QStringLiteral("end.x"), 30.0}, {QStringLiteral("end.y"), -30.0}};
+                 {QStringLiteral("end.x"), 30.0 * across}, {QStringLiteral("end.y"), 30.0 * up}};
     Values second{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
-                  {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), 0.0}};
+                  {QStringLiteral("end.x"), 40.0 * across}, {QStringLiteral("end.y"), 0.0}};
+    Values label{{QStringLiteral("position.x"), 3.0 * across}, {QStringLiteral("position.y"), 0.0},
+                 {QStringLiteral("text"), QStringLiteral("new text")}};
+    // Leftwards the text ends at the line rather than starting on it.
+    if (across < 0)
+        label.emplace_back(QStringLiteral("anchor.horizontal"), 2);
     // On a chart the label stays upright and legible however the chart is turned or zoomed.
-    if (manager.findId(parent)) {
+    if (onItem) {
         first.emplace_back(QStringLiteral("ignoretransformations"), true);
         second.emplace_back(QStringLiteral("ignoretransformations"), true);
     }
@@ -564,10 +580,7 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     std::shared_ptr<PropertyItem> text;
     if (const auto line = makeItem(Line, first, point, parent)) {
         if (const auto elbow = makeItem(Line, second, point, manager.getGraphicsItem(line->getId()))) {
-            text = makeItem(RectText,
-                           {{QStringLiteral("position.x"), 3.0}, {QStringLiteral("position.y"), 0.0},
-                            {QStringLiteral("text"), QStringLiteral("new text")}},
-                           point, manager.getGraphicsItem(elbow->getId()));
+            text = makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId()));
         }
     }
     undoManager.changeEnd();

@@ -461,6 +461,9 @@ void TestEditorScene::creationInEachMode_data()
     QTest::newRow("straight text on a bracket") << Mode::RectText << "free bracket" << 6 << 1 << "position.x=0";
     QTest::newRow("elbow text") << Mode::ElbowText << "" << 6 << 3 << "text=new text";
     QTest::newRow("elbow text on a slice") << Mode::ElbowText << "Archaea" << 6 << 3 << "position.x=3";
+    // Outwards, over the slice's outer rings rather than under its inner ones.
+    QTest::newRow("elbow text on a slice left of the centre")
+        << Mode::ElbowText << "Bacteria" << 6 << 3 << "position.x=-3;anchor.horizontal=2";
     QTest::newRow("line") << Mode::Line << "" << 7 << 1 << "end.x=40;end.y=-20";
     QTest::newRow("line on a line's end") << Mode::Line << "line" << 7 << 1 << "position=";
     QTest::newRow("subspace") << Mode::SubSpace << "" << 8 << 1 << "rotation=0";
