@@ -94,7 +94,8 @@ MainWindow::Actions::Actions(MainWindow* window)
     fileSave = make(tr("Save"), tr("Save the chart"), QStringLiteral(":/icons/document-save.svg"),
                     {QKeySequence::Save});
     fileSaveAs = make(tr("Save As..."), tr("Save the chart in another file"),
-                      QStringLiteral(":/icons/document-save-as.svg"), {QKeySequence::SaveAs});
+                      QStringLiteral(":/icons/document-save-as.svg"),
+                      {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)});
     fileImport = make(tr("Import..."), tr("Add the items of a chart file to this chart"),
                       QStringLiteral(":/icons/document-import.svg"));
     fileExportSvg = make(tr("Export SVG..."), tr("Write the drawing as an SVG image"),
