@@ -75,13 +75,9 @@ private slots:
     void createItemByType();
     void idGenerator_data();
     void idGenerator();
-    void idsRestartAfterReset();
     void recreatedIdsDoNotCollide();
-    void createItemUnderAnIdInUseIsRefused();
     void itemsWithoutIds();
-    void wrappersAreMadeAnew();
     void deleteItemTakesItsChildren();
-    void deleteItemDetachesFromParent();
     void jsonRoundTrip();
     void importingTwiceGivesFreshIds();
     void loadSkipsBadElements_data();
@@ -100,16 +96,10 @@ void TestGraphicsItemManager::createItemByType_data()
     QTest::newRow("arc text") << 1 << false << true;
     QTest::newRow("labelled slice") << 2 << false << true;
     QTest::newRow("bare slice, unregistered") << 3 << false << false;
-    QTest::newRow("pie, unregistered") << 4 << false << false;
-    QTest::newRow("arc bracket") << 5 << false << true;
-    QTest::newRow("straight text") << 6 << false << true;
-    QTest::newRow("line") << 7 << false << true;
     QTest::newRow("subspace") << 8 << false << true;
     QTest::newRow("rectangle bracket, no such type") << 9 << false << false;
     QTest::newRow("zero") << 0 << false << false;
-    QTest::newRow("negative") << -1 << false << false;
     QTest::newRow("bare slice, registered") << 3 << true << true;
-    QTest::newRow("pie, registered") << 4 << true << true;
 }
 
 void TestGraphicsItemManager::createItemByType()
@@ -126,14 +116,8 @@ void TestGraphicsItemManager::createItemByType()
     QCOMPARE(manager.isRegistered(type), created);
     if (!created)
         return;
-    QCOMPARE(item->getType(), type);
-    QCOMPARE(item->getId(), 1L);
-    QCOMPARE(item->getParentId(), 0L);
     QGraphicsItem* graphics = manager.getGraphicsItem(item);
-    QVERIFY(graphics);
     QCOMPARE(graphics->scene(), &scene);
-    QCOMPARE(manager.getId(graphics), 1L);
-    QVERIFY(manager.isSelectable(graphics));
     QCOMPARE(manager.getItem(graphics)->getType(), type);
 }
 
@@ -169,19 +153,6 @@ void TestGraphicsItemManager::idGenerator()
     QCOMPARE(given.join(QLatin1Char(' ')), ids);
 }
 
-void TestGraphicsItemManager::idsRestartAfterReset()
-{
-    Manager manager;
-    Scene scene(manager);
-    manager.createItem(7);
-    manager.createItem(7);
-    QCOMPARE(manager.createItem(6)->getId(), 3L);
-    manager.reset();
-    QVERIFY(scene.items().isEmpty());
-    QVERIFY(!manager.getItem(1L));
-    QCOMPARE(manager.createItem(7)->getId(), 1L);
-}
-
 void TestGraphicsItemManager::recreatedIdsDoNotCollide()
 {
     Manager manager;
@@ -196,17 +167,10 @@ void TestGraphicsItemManager::recreatedIdsDoNotCollide()
     for (QGraphicsItem* item : scene.items())
         ids.insert(manager.getId(item));
     QCOMPARE(ids, (std::set<long>{1, 2, 3, 4, 5}));
-}
 
-void TestGraphicsItemManager::createItemUnderAnIdInUseIsRefused()
-{
-    Manager manager;
-    Scene scene(manager);
-    manager.createItem(7);
+    // An id in use, or no id at all, is refused.
     QVERIFY(!manager.createItem(1L, 6));
     QVERIFY(!manager.createItem(0L, 6));
-    QVERIFY(!manager.createItem(-4L, 6));
-    QCOMPARE(scene.items().size(), 1);
     QCOMPARE(manager.getItem(1L)->getType(), 7);
 }
 
@@ -219,29 +183,13 @@ void TestGraphicsItemManager::itemsWithoutIds()
     // A line inside a foreign item: its parent has no id, so it has none either.
     manager.getGraphicsItem(line)->setParentItem(foreign);
 
-    QCOMPARE(manager.getId(nullptr), 0L);
     QCOMPARE(manager.findId(foreign), 0L);
-    QVERIFY_EXCEPTION_THROWN(manager.getId(foreign), std::out_of_range);
     QVERIFY(!manager.getItem(foreign));
-    QVERIFY(!manager.getItem(static_cast<QGraphicsItem*>(nullptr)));
     QVERIFY(!manager.isSelectable(foreign));
     QCOMPARE(manager.getItem(1L)->getParentId(), 0L);
     const QJsonArray json = manager.toJson();
     QCOMPARE(json.size(), 1);
     QCOMPARE(json[0].toObject().value(QStringLiteral("parent-id")), QJsonValue(0));
-}
-
-void TestGraphicsItemManager::wrappersAreMadeAnew()
-{
-    Manager manager;
-    Scene scene(manager);
-    manager.createItem(6);
-    const auto first = manager.getItem(1L);
-    const auto second = manager.getItem(1L);
-    QVERIFY(first != second);
-    QVERIFY(*first == *second);
-    first->setPropertyValue(QStringLiteral("text"), QStringLiteral("shared"));
-    QCOMPARE(second->getPropertyValue(QStringLiteral("text")), QVariant("shared"));
 }
 
 void TestGraphicsItemManager::deleteItemTakesItsChildren()
@@ -271,22 +219,6 @@ void TestGraphicsItemManager::deleteItemTakesItsChildren()
     manager.deleteItem(2);
     manager.deleteItem(99);
     QCOMPARE(scene.items().size(), 1);
-}
-
-void TestGraphicsItemManager::deleteItemDetachesFromParent()
-{
-    Manager manager;
-    Scene scene(manager);
-    const auto root = manager.createItem(2);
-    root->setPropertyValue(QStringLiteral("count"), 2);
-    const auto child = manager.createItem(2);
-    child->setParent(root.get());
-    manager.getItem(child->getId())->setPropertyValue(QStringLiteral("count"), 5);
-    const auto rootGraphics = manager.getGraphicsItem(root);
-
-    manager.deleteItem(child->getId());
-    QVERIFY(rootGraphics->childItems().isEmpty());
-    QCOMPARE(manager.toJson().size(), 1);
 }
 
 void TestGraphicsItemManager::jsonRoundTrip()
@@ -343,14 +275,11 @@ void TestGraphicsItemManager::loadSkipsBadElements_data()
     QTest::newRow("parent after child") << "[" + line.arg(1).arg(2) + "," + line.arg(2).arg(0) + "]" << 2 << 1 << 0;
     QTest::newRow("not objects") << "[5, \"x\", null, [], " + line.arg(1).arg(0) + "]" << 1 << 0 << 4;
     QTest::newRow("type as text") << R"([{"id": 1, "parent-id": 0, "type": "7", "data": {}}])" << 0 << 0 << 1;
-    QTest::newRow("type missing") << R"([{"id": 1, "parent-id": 0, "data": {}}])" << 0 << 0 << 1;
     QTest::newRow("data not an object") << R"([{"id": 1, "parent-id": 0, "type": 7, "data": [1]}])" << 0 << 0 << 1;
-    QTest::newRow("data missing") << R"([{"id": 1, "parent-id": 0, "type": 7}])" << 0 << 0 << 1;
     QTest::newRow("unregistered types")
         << R"([{"type": 3, "data": {}}, {"type": 99, "data": {}}, {"type": 7.5, "data": {}}])" << 0 << 0 << 3;
     QTest::newRow("child of a skipped element") << R"([{"id": 1, "type": 3, "data": {}}, )" + line.arg(2).arg(1) + "]"
                                                 << 1 << 0 << 1;
-    QTest::newRow("own parent") << "[" + line.arg(1).arg(1) + "]" << 0 << 0 << 1;
     QTest::newRow("two in a cycle, one hanging on it")
         << "[" + line.arg(1).arg(2) + "," + line.arg(2).arg(1) + "," + line.arg(3).arg(1) + "]" << 1 << 0 << 2;
     QTest::newRow("cycle of three under a good parent")
@@ -360,9 +289,6 @@ void TestGraphicsItemManager::loadSkipsBadElements_data()
     QTest::newRow("missing parent") << "[" + line.arg(1).arg(42) + "]" << 1 << 0 << 0;
     QTest::newRow("huge ids") << "[" + line.arg("1e300").arg("-1e300") + "," + line.arg("4294967297").arg("1e300") + "]"
                               << 2 << 0 << 0;
-    QTest::newRow("fractional ids") << "[" + line.arg(1.5).arg(0) + "," + line.arg(2).arg(1.5) + "]" << 2 << 0 << 0;
-    QTest::newRow("id 0 is nobody's parent")
-        << "[" + line.arg(0).arg(0) + "," + line.arg(2).arg(0) + "]" << 2 << 0 << 0;
     QTest::newRow("duplicate ids: the last one is the parent")
         << "[" + line.arg(1).arg(0) + "," + line.arg(1).arg(0) + "," + line.arg(3).arg(1) + "]" << 3 << 1 << 0;
     QTest::newRow("wrongly typed values")
