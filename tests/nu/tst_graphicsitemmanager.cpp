@@ -11,9 +11,7 @@
 #include "nu/edit/scene.h"
 #include "nu/edit/subspaceitem.h"
 #include "nu/graphics/angularitem.h"
-#include "tests/support/editcharts.h"
 
-#include <QGraphicsRectItem>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
@@ -76,10 +74,7 @@ private slots:
     void idGenerator_data();
     void idGenerator();
     void recreatedIdsDoNotCollide();
-    void itemsWithoutIds();
     void deleteItemTakesItsChildren();
-    void jsonRoundTrip();
-    void importingTwiceGivesFreshIds();
     void loadSkipsBadElements_data();
     void loadSkipsBadElements();
     void longParentChainsAreCut();
@@ -174,24 +169,6 @@ void TestGraphicsItemManager::recreatedIdsDoNotCollide()
     QCOMPARE(manager.getItem(1L)->getType(), 7);
 }
 
-void TestGraphicsItemManager::itemsWithoutIds()
-{
-    Manager manager;
-    Scene scene(manager);
-    auto foreign = scene.addRect(0, 0, 10, 10);
-    const auto line = manager.createItem(7);
-    // A line inside a foreign item: its parent has no id, so it has none either.
-    manager.getGraphicsItem(line)->setParentItem(foreign);
-
-    QCOMPARE(manager.findId(foreign), 0L);
-    QVERIFY(!manager.getItem(foreign));
-    QVERIFY(!manager.isSelectable(foreign));
-    QCOMPARE(manager.getItem(1L)->getParentId(), 0L);
-    const QJsonArray json = manager.toJson();
-    QCOMPARE(json.size(), 1);
-    QCOMPARE(json[0].toObject().value(QStringLiteral("parent-id")), QJsonValue(0));
-}
-
 void TestGraphicsItemManager::deleteItemTakesItsChildren()
 {
     Manager manager;
@@ -219,48 +196,6 @@ void TestGraphicsItemManager::deleteItemTakesItsChildren()
     manager.deleteItem(2);
     manager.deleteItem(99);
     QCOMPARE(scene.items().size(), 1);
-}
-
-void TestGraphicsItemManager::jsonRoundTrip()
-{
-    Manager manager;
-    Scene scene(manager);
-    const int count = Sorvik::Test::addAnnotatedChart(manager);
-    const QJsonArray saved = manager.toJson();
-    QCOMPARE(saved.size(), count);
-
-    Manager loader;
-    Scene loaded(loader);
-    QCOMPARE(loader.fromJson(saved), 0);
-    QCOMPARE(loaded.items().size(), scene.items().size());
-    QCOMPARE(Sorvik::Test::normalizedItems(loader.toJson()), Sorvik::Test::normalizedItems(saved));
-
-    // The elements' parents came along: the arc text still sits on the bracket on "Bacteria".
-    int withParent = 0;
-    for (const QJsonValue& item : loader.toJson())
-        withParent += item.toObject().value(QStringLiteral("parent-id")).toInt() != 0;
-    QCOMPARE(withParent, 6);
-}
-
-void TestGraphicsItemManager::importingTwiceGivesFreshIds()
-{
-    Manager source;
-    Scene sourceScene(source);
-    const int count = Sorvik::Test::addAnnotatedChart(source);
-    const QJsonArray saved = source.toJson();
-
-    Manager manager;
-    Scene scene(manager);
-    manager.fromJson(saved);
-    manager.fromJson(saved);
-    const QJsonArray both = manager.toJson();
-    QCOMPARE(both.size(), 2 * count);
-    std::set<qint64> ids;
-    for (const QJsonValue& item : both)
-        ids.insert(item.toObject().value(QStringLiteral("id")).toVariant().toLongLong());
-    QCOMPARE(int(ids.size()), 2 * count);
-    QCOMPARE(*ids.begin(), 1);
-    QCOMPARE(*ids.rbegin(), 2 * count);
 }
 
 void TestGraphicsItemManager::loadSkipsBadElements_data()

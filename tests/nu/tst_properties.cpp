@@ -1,5 +1,3 @@
-#include "nu/edit/coloreditwidget.h"
-#include "nu/edit/fonteditwidget.h"
 #include "nu/edit/graphicsitemproperties.h"
 #include "nu/edit/propertyanchor.h"
 #include "nu/edit/propertybool.h"
@@ -16,8 +14,6 @@
 #include "nu/graphics/recttextitem.h"
 #include "resources/resources.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -124,15 +120,6 @@ public:
     }
 };
 
-class Receiver : public QObject
-{
-    Q_OBJECT
-public:
-    int calls = 0;
-public slots:
-    void applied() { ++calls; }
-};
-
 } // namespace
 
 class TestProperties : public QObject
@@ -150,8 +137,6 @@ private slots:
     void optionLists_data();
     void optionLists();
     void anchorOutsideTheEnumeration();
-    void editorSignalReachesTheReceiver_data();
-    void editorSignalReachesTheReceiver();
     void untouchedEditorWritesNothing_data();
     void untouchedEditorWritesNothing();
     void rotationCountsCounterClockwise();
@@ -380,15 +365,6 @@ void TestProperties::optionLists()
         names << entry.second;
     }
     QCOMPARE(names, options);
-
-    // The combo box lists them in the same order and maps a choice back to its id.
-    auto box = std::unique_ptr<QWidget>(option->createWidget());
-    auto combo = qobject_cast<QComboBox*>(box.get());
-    QVERIFY(combo);
-    QCOMPARE(combo->count(), options.size());
-    combo->setCurrentIndex(options.size() - 1);
-    option->updateFromWidget(combo);
-    QCOMPARE(option->getValue(), options.size() - 1);
 }
 
 void TestProperties::anchorOutsideTheEnumeration()
@@ -403,39 +379,6 @@ void TestProperties::anchorOutsideTheEnumeration()
 
     item.setVerticalAnchor(graphics::AnchorItem::VerticalAnchor(7));
     QCOMPARE(anchor.getPropertyValue(QStringLiteral("anchor.vertical")), QVariant(1));
-}
-
-void TestProperties::editorSignalReachesTheReceiver_data()
-{
-    QTest::addColumn<QString>("kind");
-    for (const char* kind : {"bool", "int", "double", "string", "option", "color", "font"})
-        QTest::newRow(kind) << kind;
-}
-
-void TestProperties::editorSignalReachesTheReceiver()
-{
-    QFETCH(QString, kind);
-    const auto property = makeStored(kind);
-    Receiver receiver;
-    auto widget = property->createWidget(&receiver, SLOT(applied()));
-    QVERIFY(widget);
-    QCOMPARE(receiver.calls, 0);
-
-    // Refreshing an editor is not an edit.
-    property->updateWidget(widget.get());
-    QCOMPARE(receiver.calls, 0);
-
-    if (auto box = qobject_cast<QCheckBox*>(widget.get()))
-        box->click();
-    else if (auto combo = qobject_cast<QComboBox*>(widget.get()))
-        combo->setCurrentIndex(2);
-    else if (auto color = qobject_cast<ColorEditWidget*>(widget.get()))
-        color->setColor(Qt::blue);
-    else if (auto font = qobject_cast<FontEditWidget*>(widget.get()))
-        font->setFont(QFont(QStringLiteral("Sans"), 8));
-    else
-        QVERIFY(QMetaObject::invokeMethod(widget.get(), "editingFinished"));
-    QCOMPARE(receiver.calls, 1);
 }
 
 void TestProperties::untouchedEditorWritesNothing_data()

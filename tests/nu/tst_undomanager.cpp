@@ -1,4 +1,3 @@
-#include "nu/edit/loadjson.h"
 #include "nu/edit/scene.h"
 #include "nu/edit/undomanager.h"
 #include "tests/support/editcharts.h"
@@ -101,41 +100,11 @@ public:
         } else if (action == QLatin1String("move under another item")) {
             undo.changeItem(*manager.getItem(Figure));
             manager.getItem(Figure)->setParent(manager.getItem(FreeBracket).get());
-        } else if (action == QLatin1String("import")) {
-            importChart();
         } else if (action == QLatin1String("change then delete")) {
             set(Elbow, "end.x", 80.0);
             deleteWithChildren(Elbow);
         }
         undo.changeEnd();
-    }
-
-    // As the editor imports: every created item and every re-parenting recorded, in one step.
-    void importChart()
-    {
-        const QJsonArray chart = manager.toJson();
-        struct Recording
-        {
-            Fixture& fixture;
-            std::shared_ptr<PropertyItem> createItem(int type)
-            {
-                auto item = fixture.manager.createItem(type);
-                if (item)
-                    fixture.undo.createItem(*item);
-                return item;
-            }
-            std::shared_ptr<PropertyItem> getItem(long id) { return fixture.manager.getItem(id); }
-            void setParent(long childId, long parentId)
-            {
-                const auto child = getItem(childId);
-                const auto parent = getItem(parentId);
-                if (!child || !parent)
-                    return;
-                fixture.undo.changeItem(*child);
-                child->setParent(parent.get());
-            }
-        };
-        loadJson(Recording{*this}, chart);
     }
 
     EditorItemManager manager;
@@ -170,7 +139,6 @@ void TestUndoManager::undoRedoUndo_data()
     QTest::newRow("two deletions in one step") << "delete twice";
     QTest::newRow("create and place") << "create";
     QTest::newRow("move under another item") << "move under another item";
-    QTest::newRow("import the chart again") << "import";
     QTest::newRow("change, then delete") << "change then delete";
 }
 
