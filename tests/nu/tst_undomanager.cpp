@@ -14,19 +14,7 @@ using Sorvik::Test::EditorItemManager;
 namespace {
 
 // Ids in the order addAnnotatedChart creates the items.
-enum ChartItem : long {
-    Root = 1,
-    Bacteria,
-    Archaea,
-    SliceBracket,
-    ArcText,
-    FreeBracket,
-    Figure,
-    Line,
-    Elbow,
-    Note,
-    SubSpace,
-};
+enum ChartItem : long { Root = 1, Bacteria, Archaea, SliceBracket, ArcText, FreeBracket, Figure, Line, Elbow, Note, SubSpace };
 
 // Every item by id: its JSON and, if wanted, where it is drawn.
 std::map<qint64, QString> state(GraphicsItemManager& manager, bool withGeometry)
@@ -122,7 +110,6 @@ private slots:
     void undoRedoUndo();
     void changeWithoutEffectIsNoStep();
     void oldestStateInAStepIsKept();
-    void recreatedItemsKeepTheirIds();
     void newChangeEndsRedo();
     void cleanMark_data();
     void cleanMark();
@@ -202,19 +189,6 @@ void TestUndoManager::oldestStateInAStepIsKept()
     const auto figure = f.manager.getItem(Figure);
     QCOMPARE(figure->getPropertyValue(QStringLiteral("text")), QVariant("Figure 1"));
     QCOMPARE(figure->getPropertyValue(QStringLiteral("position.x")), QVariant(150.0));
-}
-
-void TestUndoManager::recreatedItemsKeepTheirIds()
-{
-    Fixture f;
-    f.act(QStringLiteral("delete a slice"));
-    f.undo.undo();
-    for (long id : {Bacteria, SliceBracket, ArcText})
-        QVERIFY(f.manager.getItem(id));
-    QCOMPARE(f.manager.getItem(ArcText)->getParentId(), long(SliceBracket));
-    // The next new item takes an id no item has.
-    const auto created = f.manager.createItem(7);
-    QCOMPARE(created->getId(), 12L);
 }
 
 void TestUndoManager::newChangeEndsRedo()
