@@ -5,7 +5,7 @@
 
 namespace {
 
-// Exposes the protected setters; run() reports a few steps unless told to fail.
+// Exposes the protected setters.
 class Task : public nu::AsyncTask
 {
 public:
@@ -16,17 +16,8 @@ public:
     using AsyncTask::setProgressMessage;
     using AsyncTask::setProgressValue;
 
-    bool failInRun = false;
-
 protected:
-    void run() override
-    {
-        setProgressMax(0, 3);
-        for (int i = 0; i < 3 && !isInterruptionRequested(); ++i)
-            setProgressValue(0, i + 1);
-        if (failInRun)
-            setErrorMessage(QStringLiteral("Pie chart couldn't be generated"));
-    }
+    void run() override {}
 };
 
 } // namespace
@@ -79,35 +70,6 @@ private slots:
         QVERIFY(task.getErrorMessage().isEmpty());
     }
 
-    void runReportsAcrossThreadsOrFails_data()
-    {
-        QTest::addColumn<bool>("fail");
-        QTest::newRow("success") << false;
-        QTest::newRow("failure") << true;
-    }
-
-    void runReportsAcrossThreadsOrFails()
-    {
-        QFETCH(bool, fail);
-        Task task;
-        task.failInRun = fail;
-        QList<int> values;
-        QObject receiver;
-        connect(&task, &nu::AsyncTask::progressChanged, &receiver,
-                [&values](int, int value, int, QString) { values << value; }, Qt::QueuedConnection);
-        task.start();
-        QVERIFY(task.wait(10000));
-        QTRY_COMPARE(values.size(), fail ? 6 : 4);
-        QCOMPARE(values.mid(0, 4), (QList<int>{0, 1, 2, 3}));
-        QCOMPARE(task.getState(), int(fail ? nu::AsyncTask::Failed : nu::AsyncTask::Running));
-        QCOMPARE(task.isFinished(), fail);
-        QCOMPARE(task.getErrorMessage(), fail ? QStringLiteral("Pie chart couldn't be generated") : QString());
-        // A failure shows in the overall bar, emptied.
-        if (fail) {
-            QCOMPARE(task.getProgress(0).message, QStringLiteral("Pie chart couldn't be generated"));
-            QCOMPARE(task.getProgress(0).value, 0);
-        }
-    }
 };
 
 QTEST_GUILESS_MAIN(TestAsyncTask)

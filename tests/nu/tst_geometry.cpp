@@ -1,7 +1,6 @@
 #include "nu/graphics/geometry.h"
 #include "nu/maxlevels.h"
 
-#include <QFont>
 #include <QPen>
 #include <QtMath>
 #include <QtTest>
@@ -57,18 +56,6 @@ class TestGeometry : public QObject
 {
     Q_OBJECT
 private slots:
-    void textRectIsASizeAtTheOrigin()
-    {
-        QFont font;
-        font.setPixelSize(20);
-        const QRectF thin = textRect(QStringLiteral("Bacteria"), font, QPen(Qt::NoPen));
-        const QRectF thick = textRect(QStringLiteral("Bacteria"), font, QPen(Qt::black, 6));
-        QCOMPARE(thick.topLeft(), QPointF(0, 0));
-        // The pen widens the box on both sides: 6 / 2 + 1 against 1 / 2 + 1 of a pen of width 1.
-        QCOMPARE(thick.width() - thin.width(), 5.0);
-        QCOMPARE(textRect(QString(), font, QPen(Qt::NoPen)), QRectF(0, 0, 3, 3));
-    }
-
     void pathToShapeCoversTheStroke_data()
     {
         QTest::addColumn<double>("penWidth");

@@ -131,9 +131,7 @@ void TestPropertySet::lookup_data()
     QTest::addColumn<bool>("isBasic");
     QTest::addColumn<QVariant>("value");
 
-    QTest::newRow("compound") << "p" << true << false << QVariant();
     QTest::newRow("compound member") << "p.y" << true << true << QVariant(3.0);
-    QTest::newRow("in a group") << "b" << true << true << QVariant(4.0);
     QTest::newRow("unsaved") << "u" << true << true << QVariant(5.0);
     QTest::newRow("unknown") << "x" << false << false << QVariant();
 }

@@ -97,26 +97,6 @@ private slots:
         QVERIFY(ring.boundingRect().contains(path.boundingRect().adjusted(-3, -3, 3, 3)));
     }
 
-    void outerRingsFollowTheInnerRadius()
-    {
-        PieItem root;
-        root.setRadiusOffset(30);
-        auto owned = std::make_unique<PieItem>();
-        PieItem* child = owned.get();
-        child->setRadiusOffset(20);
-        auto ownedGrandChild = std::make_unique<PieItem>();
-        PieItem* grandChild = ownedGrandChild.get();
-        grandChild->setRadiusOffset(10);
-        child->addChild(ownedGrandChild.release());
-        QCOMPARE(grandChild->getRadius(), 20.0);
-        root.addChild(owned.release());
-        root.setRadiusOffset(50);
-        QCOMPARE(grandChild->getRadius(), 70.0);
-        root.setRadius(5);
-        QCOMPARE(grandChild->getRadiusFull(), 85.0);
-        QCOMPARE(grandChild->getLabelRadius(), 80.0);
-    }
-
     void setOrderSwapsAndRelaysSiblings()
     {
         const Chart chart({{-1, 0}, {0, 1}, {0, 2}, {0, 3}});
