@@ -204,24 +204,6 @@ private slots:
         QVERIFY(qIsFinite(arc.boundingRect().width()));
     }
 
-    void lineChildrenHangOnTheEnd()
-    {
-        LineItem first;
-        auto owned = std::make_unique<LineItem>();
-        LineItem* second = owned.get();
-        second->setPos(3, 4);
-        first.addChild(owned.release());
-        QCOMPARE(second->pos(), QPointF(23, 24));
-        first.setEndPoint(QPointF(40, -20));
-        QCOMPARE(second->pos(), QPointF(43, -16));
-        auto subspace = std::make_unique<SubSpaceItem>();
-        SubSpaceItem* s = subspace.get();
-        second->addChild(subspace.release());
-        second->setEndPoint(QPointF(1, 1));
-        QCOMPARE(s->pos(), QPointF(1, 1));
-        QCOMPARE(first.path().boundingRect(), QRectF(0, -20, 40, 20));
-    }
-
     void sliceLabelFitsOrIsNotDrawn_data()
     {
         QTest::addColumn<double>("angle");

@@ -239,17 +239,10 @@ private slots:
         QCOMPARE(child->getAngle(), 360.0 * 6 / 11);
     }
 
-    void textIgnoringTransformationsKeepsItsTurn_data()
-    {
-        QTest::addColumn<double>("parentRotation");
-        QTest::addColumn<double>("offset");
-        QTest::newRow("turned parent") << 30.0 << 15.0;
-    }
-
     void textIgnoringTransformationsKeepsItsTurn()
     {
-        QFETCH(double, parentRotation);
-        QFETCH(double, offset);
+        const double parentRotation = 30;
+        const double offset = 15;
         // A slice turns its annotations to the middle of its span.
         PieItem slice;
         slice.setAngle(2 * parentRotation);
