@@ -128,10 +128,6 @@ void FileDownloader::slotDownloadFinished()
         if (known && (encoding.isEmpty() || encoding == "identity") && expected != written) {
             error = QNetworkReply::RemoteHostClosedError;
             errorString = tr("The connection closed after %1 of %2 bytes.").arg(written).arg(expected);
-            // Qt did not see it as an error, so it sent no error signal: a failed download
-            // always announces its error before it finishes.
-            file.close();
-            emit signalError(error);
         }
     }
     file.close();

@@ -17,8 +17,6 @@ private slots:
         QTest::addColumn<int>("width");
         QTest::addColumn<QString>("line");
         QTest::newRow("nothing yet") << Levels() << 80 << "";
-        QTest::newRow("overall only") << Levels{{2, 8, "Building ontology..."}} << 80
-                                      << "[#####---------------]  25% Building ontology...";
         QTest::newRow("step inside the overall bar")
             << Levels{{2, 4, "Building piechart..."}, {50, 100, "Counting nodes..."}} << 80
             << "[############--------]  62% Building piechart... | Counting nodes... 50%";

@@ -95,13 +95,10 @@ class TestEditItems : public QObject
 private slots:
     void propertyTree_data();
     void propertyTree();
-    void typeNumbers_data();
-    void typeNumbers();
     void labels_data();
     void labels();
     void orientation_data();
     void orientation();
-    void orderIsEditableOnlyAmongSiblings();
     void sliceLabelWritesThroughTheSlice();
 };
 
@@ -109,6 +106,7 @@ void TestEditItems::propertyTree_data()
 {
     QTest::addColumn<QString>("which");
     QTest::addColumn<QString>("tree");
+    QTest::addColumn<int>("type");
 
     const QString border = QStringLiteral("<border border.color border.width border.style >");
     const QString fill = QStringLiteral("<fill fill.color fill.style >");
@@ -120,52 +118,33 @@ void TestEditItems::propertyTree_data()
     const QString slice = "order count radius " + border + " " + fill;
 
     QTest::newRow("arc text") << "arc text"
-                              << position + " text font radius rotation " + border + " " + fill + " orientation";
-    QTest::newRow("centre slice") << "centre slice" << position + " rotation " + slice + " " + label;
-    QTest::newRow("outer slice") << "outer slice" << slice + " " + label;
-    QTest::newRow("bare centre slice") << "bare centre slice" << position + " rotation " + slice;
-    QTest::newRow("bare outer slice") << "bare outer slice" << slice;
+                              << position + " text font radius rotation " + border + " " + fill + " orientation" << 1;
+    QTest::newRow("centre slice") << "centre slice" << position + " rotation " + slice + " " + label << 2;
+    QTest::newRow("outer slice") << "outer slice" << slice + " " + label << 2;
+    QTest::newRow("bare centre slice") << "bare centre slice" << position + " rotation " + slice << 3;
+    QTest::newRow("bare outer slice") << "bare outer slice" << slice << 3;
     QTest::newRow("free pie") << "free pie"
-                              << position + " order percentage radius rotation " + border + " " + fill;
-    QTest::newRow("pie on a slice") << "pie on a slice" << "order percentage radius rotation " + border + " " + fill;
-    QTest::newRow("free bracket") << "free bracket" << position + " <angles rotation angle > radius tip-length " + line;
-    QTest::newRow("bracket on a slice") << "bracket on a slice" << position + " radius tip-length " + line;
+                              << position + " order percentage radius rotation " + border + " " + fill << 4;
+    QTest::newRow("pie on a slice") << "pie on a slice" << "order percentage radius rotation " + border + " " + fill << 4;
+    QTest::newRow("free bracket") << "free bracket" << position + " <angles rotation angle > radius tip-length " + line << 5;
+    QTest::newRow("bracket on a slice") << "bracket on a slice" << position + " radius tip-length " + line << 5;
     QTest::newRow("straight text")
         << "straight text"
-        << position + " text font rotation " + border + " " + fill + " <anchor anchor.horizontal anchor.vertical >";
-    QTest::newRow("free line") << "free line" << position + " <end end.x end.y > " + line + " ignoretransformations";
-    QTest::newRow("line on a line") << "line on a line" << "<end end.x end.y > " + line + " ignoretransformations";
-    QTest::newRow("subspace on a line") << "subspace on a line" << position + " rotation ignoretransformations";
+        << position + " text font rotation " + border + " " + fill + " <anchor anchor.horizontal anchor.vertical >" << 6;
+    QTest::newRow("free line") << "free line" << position + " <end end.x end.y > " + line + " ignoretransformations" << 7;
+    QTest::newRow("line on a line") << "line on a line" << "<end end.x end.y > " + line + " ignoretransformations" << 7;
+    QTest::newRow("subspace on a line") << "subspace on a line" << position + " rotation ignoretransformations" << 8;
 }
 
 void TestEditItems::propertyTree()
 {
     QFETCH(QString, which);
     QFETCH(QString, tree);
+    QFETCH(int, type);
     const Case c = make(which);
     QVERIFY(c.wrapper);
     QCOMPARE(trace(*c.wrapper), tree);
-}
-
-void TestEditItems::typeNumbers_data()
-{
-    QTest::addColumn<QString>("which");
-    QTest::addColumn<int>("type");
-    QTest::newRow("arc text") << "arc text" << 1;
-    QTest::newRow("labelled slice") << "outer slice" << 2;
-    QTest::newRow("bare slice") << "bare outer slice" << 3;
-    QTest::newRow("pie") << "free pie" << 4;
-    QTest::newRow("arc bracket") << "free bracket" << 5;
-    QTest::newRow("straight text") << "straight text" << 6;
-    QTest::newRow("line") << "free line" << 7;
-    QTest::newRow("subspace") << "subspace on a line" << 8;
-}
-
-void TestEditItems::typeNumbers()
-{
-    QFETCH(QString, which);
-    QFETCH(int, type);
-    QCOMPARE(make(which).wrapper->getType(), type);
+    QCOMPARE(c.wrapper->getType(), type);
 }
 
 void TestEditItems::labels_data()
@@ -176,15 +155,10 @@ void TestEditItems::labels_data()
     QTest::addColumn<QString>("description");
 
     QTest::newRow("tip length") << "free bracket" << "tip-length" << "tip length" << "tip length";
-    QTest::newRow("angles group") << "free bracket" << "angles" << "angles" << "angles";
     QTest::newRow("ignore transformations") << "free line" << "ignoretransformations" << "ignore transformations"
                                             << "ignore transformations";
-    QTest::newRow("line end") << "free line" << "end" << "end" << "end";
     QTest::newRow("point member") << "free line" << "end.y" << "y" << "y coordinate";
     QTest::newRow("label border") << "outer slice" << "text.pen" << "border" << "border";
-    QTest::newRow("label fill") << "outer slice" << "text.brush" << "fill" << "fill";
-    QTest::newRow("label shown") << "outer slice" << "text.show" << "show" << "show";
-    QTest::newRow("pen width") << "outer slice" << "text.pen.width" << "width" << "width";
     QTest::newRow("anchor") << "straight text" << "anchor.vertical" << "vertical" << "vertical anchor";
 }
 
@@ -210,7 +184,6 @@ void TestEditItems::orientation_data()
     QTest::addColumn<int>("result");
 
     QTest::newRow("inside") << 0 << 0 << 1 << 1;
-    QTest::newRow("outside") << 1 << 1 << 0 << 0;
     QTest::newRow("outside the enumeration") << 7 << 0 << 5 << 0;
     QTest::newRow("negative") << -1 << 0 << -1 << 0;
 }
@@ -232,14 +205,6 @@ void TestEditItems::orientation()
     auto option = std::dynamic_pointer_cast<PropertyOption>(text.findBasicProperty(QStringLiteral("orientation")));
     QCOMPARE(option->getOptionName(1), QStringLiteral("Outside"));
     QCOMPARE(option->getOptionName(0), QStringLiteral("Inside"));
-}
-
-void TestEditItems::orderIsEditableOnlyAmongSiblings()
-{
-    const Case centre = make(QStringLiteral("centre slice"));
-    const Case outer = make(QStringLiteral("outer slice"));
-    QVERIFY(!centre.wrapper->findBasicProperty(QStringLiteral("order"))->isWidgetAccessible());
-    QVERIFY(outer.wrapper->findBasicProperty(QStringLiteral("order"))->isWidgetAccessible());
 }
 
 void TestEditItems::sliceLabelWritesThroughTheSlice()

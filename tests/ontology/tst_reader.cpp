@@ -15,24 +15,6 @@ using namespace Sorvik::Test;
 
 namespace {
 
-// A reader that stops the traversal after a number of events by throwing.
-class StoppingReader : public EventRecorder
-{
-public:
-    StoppingReader(const Ontology& o, const Position& p, int stopAfter)
-        : EventRecorder(o, p)
-        , stopAfter(stopAfter)
-    {
-    }
-    void openNode(const QString& id, const QVariantMap& data, const Position& position) override
-    {
-        EventRecorder::openNode(id, data, position);
-        if (events.size() == stopAfter)
-            throw std::runtime_error("stop");
-    }
-    int stopAfter;
-};
-
 Reader::Position parsePosition(const QString& event)
 {
     const auto match = QRegularExpression(QStringLiteral("\\((\\d+),(\\d+)\\)")).match(event);
@@ -83,7 +65,6 @@ private slots:
     {
         QTest::addColumn<QString>("tree");
         QTest::newRow("bushy") << "r(a(c(f g) d) b(e(h(i j)) k) l)";
-        QTest::newRow("path") << "r(a(b(c(d(e)))))";
         QTest::newRow("shared node") << "r(a(s(t u)) b(s))";
     }
 
@@ -143,23 +124,6 @@ private slots:
         }
         QCOMPARE(threw, fails);
         QCOMPARE(reader.events, eventsBeforeFailure);
-    }
-
-    void severalReadersAtOnce()
-    {
-        writeTree(file, QStringLiteral("r(a(b c) d)"));
-        const Ontology ontology(file);
-        // Three readers alive together; the inner ones are made while the outer one is mid-read.
-        EventRecorder reference{ontology};
-        reference.read();
-        StoppingReader outer(ontology, Reader::Position(), 2);
-        EventRecorder second{ontology};
-        EventRecorder third(ontology, Reader::Position(1, 3));
-        QVERIFY_EXCEPTION_THROWN(outer.read(), std::runtime_error);
-        second.read();
-        third.read();
-        QCOMPARE(second.events, reference.events);
-        QCOMPARE(third.events, (QStringList{"open a (1,3)", "open b (3,5)", "close b", "open c (4,5)", "close c", "close a"}));
     }
 
 private:

@@ -41,39 +41,30 @@ class TestNewPiechartWizard : public QObject
 {
     Q_OBJECT
 private slots:
-    void pageOrderFollowsTheInputType_data()
+    void qiimePagesFollowTheTable_data()
     {
-        QTest::addColumn<QString>("choice");
         QTest::addColumn<QByteArray>("table");
         QTest::addColumn<QList<int>>("pages");
         QTest::addColumn<QStringList>("columns");
-        QTest::addColumn<bool>("ncbi");
         const QByteArray table("# Constructed from biom file\n#OTU ID\tS1\tS2\nk__Bacteria\t0.5\t0.25\n");
-        QTest::newRow("taxon ids") << "Plain text with NCBI-taxon-ids per lines" << table << QList<int>{0, 1}
-                                   << QStringList() << true;
-        QTest::newRow("krona") << "Krona file" << table << QList<int>{0, 3} << QStringList() << false;
-        QTest::newRow("qiime") << "QIIME file" << table << QList<int>{0, 4, 5} << QStringList{"S1", "S2"} << false;
+        QTest::newRow("qiime") << table << QList<int>{0, 4, 5} << QStringList{"S1", "S2"};
         // A table without sample columns keeps the user on the file page.
-        QTest::newRow("qiime without samples") << "QIIME file" << QByteArray("Taxon\nk__A\n") << QList<int>{0, 4}
-                                               << QStringList() << false;
-        QTest::newRow("qiime file missing") << "QIIME file" << QByteArray("<missing>") << QList<int>{0, 4} << QStringList()
-                                            << false;
-        QTest::newRow("mgtaxa") << "MgTaxa file" << table << QList<int>{0, 2} << QStringList() << true;
+        QTest::newRow("qiime without samples") << QByteArray("Taxon\nk__A\n") << QList<int>{0, 4}
+                                               << QStringList();
+        QTest::newRow("qiime file missing") << QByteArray("<missing>") << QList<int>{0, 4} << QStringList();
     }
 
-    void pageOrderFollowsTheInputType()
+    void qiimePagesFollowTheTable()
     {
-        QFETCH(QString, choice);
         QFETCH(QByteArray, table);
         QFETCH(QList<int>, pages);
         QFETCH(QStringList, columns);
-        QFETCH(bool, ncbi);
         QTemporaryDir dir;
         NewPiechartWizard wizard;
         wizard.restart();
         // Nothing chosen yet: the first page holds.
         QVERIFY(!wizard.button(QWizard::NextButton)->isEnabled());
-        check(wizard, choice);
+        check(wizard, QStringLiteral("QIIME file"));
         QVERIFY(wizard.button(QWizard::NextButton)->isEnabled());
         fileEdit(wizard, NewPiechartWizard::QiimeFile)->setText(qiimeTable(dir, table));
         QList<int> visited{wizard.currentId()};
@@ -84,7 +75,7 @@ private slots:
             visited << wizard.currentId();
         }
         QCOMPARE(visited, pages);
-        QCOMPARE(wizard.requiresNcbiTaxonomy(), ncbi);
+        QVERIFY(!wizard.requiresNcbiTaxonomy());
         if (columns.isEmpty())
             return;
         auto* combo = wizard.currentPage()->findChild<QComboBox*>();
@@ -96,19 +87,6 @@ private slots:
         QCOMPARE(wizard.field(QStringLiteral("qiime-source-column")).toInt(), 1);
     }
 
-    void taxonIdFieldsFollowTheWidgets()
-    {
-        NewPiechartWizard wizard;
-        wizard.restart();
-        check(wizard, QStringLiteral("Plain text with NCBI-taxon-ids per lines"));
-        wizard.next();
-        fileEdit(wizard, NewPiechartWizard::TaxidsFile)->setText(QStringLiteral("/data/reads.txt"));
-        QCOMPARE(wizard.field(QStringLiteral("taxids-source-filename")).toString(), QStringLiteral("/data/reads.txt"));
-        QVERIFY(wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
-        check(wizard, QStringLiteral("TAB-separated file with NCBI-taxon id and count"));
-        QVERIFY(!wizard.field(QStringLiteral("taxids-source-format-id")).toBool());
-        QVERIFY(wizard.field(QStringLiteral("taxids-source-format-idcount")).toBool());
-    }
 };
 
 QTEST_MAIN(TestNewPiechartWizard)
