@@ -7,7 +7,12 @@
 #include "nu/edit/recttextitem.h"
 #include "nu/edit/subspaceitem.h"
 
+#include "nu/graphics/piecharttextitem.h"
+
 #include <QGraphicsSceneMouseEvent>
+#include <QKeyEvent>
+
+#include <vector>
 
 namespace Sorvik {
 namespace Edit {
@@ -59,15 +64,63 @@ nu::edit::PropertyItem::Id Scene::createItem(CursorMode mode, const QPointF& poi
     case CursorMode::SubSpace:
         return itemAddSubSpace(point, parent);
     case CursorMode::Select:
+    case CursorMode::Paint:
         break;
     }
     return 0;
+}
+
+void Scene::setPaintColor(const QColor& color)
+{
+    if (!color.isValid() || color == paintColor)
+        return;
+    paintColor = color;
+}
+
+bool Scene::paintAt(const QPointF& point, bool subtree, const QTransform& deviceTransform)
+{
+    // The slice itself, whatever annotation lies over it.
+    nu::graphics::PieChartTextItem* slice = nullptr;
+    for (QGraphicsItem* item : items(point, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform)) {
+        slice = dynamic_cast<nu::graphics::PieChartTextItem*>(item);
+        if (slice && getItemManager().findId(slice))
+            break;
+        slice = nullptr;
+    }
+    if (!slice)
+        return false;
+    std::vector<QGraphicsItem*> painted{slice};
+    for (std::size_t next = 0; subtree && next < painted.size(); ++next) {
+        for (QGraphicsItem* child : painted[next]->childItems()) {
+            if (dynamic_cast<nu::graphics::PieChartTextItem*>(child) && getItemManager().findId(child))
+                painted.push_back(child);
+        }
+    }
+    // A slice without a fill is given a solid one: otherwise the colour would not show.
+    return changeItems(painted, {{QStringLiteral("fill.color"), paintColor.name(QColor::HexArgb)},
+                                 {QStringLiteral("fill.style"), int(Qt::SolidPattern)}});
+}
+
+void Scene::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && cursorMode != CursorMode::Select) {
+        setCursorMode(CursorMode::Select);
+        event->accept();
+        return;
+    }
+    nu::edit::Scene::keyPressEvent(event);
 }
 
 void Scene::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
     if (cursorMode == CursorMode::Select || event->button() != Qt::LeftButton) {
         nu::edit::Scene::mousePressEvent(event);
+        return;
+    }
+    if (cursorMode == CursorMode::Paint) {
+        // No drag and no selection: the press only paints.
+        event->accept();
+        paintAt(event->scenePos(), event->modifiers() & Qt::ShiftModifier, deviceTransformOf(event));
         return;
     }
     // The press makes an item and starts no drag, not even on a knob under it.
@@ -79,6 +132,45 @@ void Scene::mousePressEvent(QGraphicsSceneMouseEvent* event)
         parent = getHandledItem();
     createItem(cursorMode, event->scenePos(), parent);
     setCursorMode(CursorMode::Select);
+}
+
+nu::edit::PropertyItem::Id Scene::copyPieChart(const nu::graphics::PieChartTextItem& root)
+{
+    // Laid out once, when the whole copy stands.
+    const nu::edit::ItemManager::Batch batch(getItemManager());
+    const nu::edit::PropertyItem::Id id = copySlice(root, nullptr);
+    emit signalSceneChanged();
+    return id;
+}
+
+nu::edit::PropertyItem::Id Scene::copySlice(const nu::graphics::PieChartTextItem& from,
+                                            nu::edit::PropertyItem* parent)
+{
+    const auto item = getItemManager().createItem(nu::edit::PieChartTextItem::TypeId);
+    auto to = item ? dynamic_cast<nu::graphics::PieChartTextItem*>(getItemManager().getGraphicsItem(item->getId()))
+                   : nullptr;
+    if (!to)
+        return 0;
+    to->setCount(from.getCount());
+    to->setRadiusOffset(from.getRadiusOffset());
+    to->setBrush(from.getBrush());
+    // A hairline as the original's outline is drawn, one pixel at any zoom, unless it has its own.
+    to->setPen(from.getPen().style() == Qt::NoPen ? QPen(QBrush(Qt::black), 0) : from.getPen());
+    nu::graphics::DrawableText label = from.getText();
+    label.text = from.getDefaultText();
+    to->setText(label);
+    to->setTextShow(from.getTextShow());
+    to->changeOrder(from.getOrder());
+    if (parent) {
+        item->setParent(parent);
+    } else {
+        to->setPos(from.scenePos());
+        to->setRot(from.getRot());
+        to->setRadius(from.getRadius());
+    }
+    for (auto child : from.sortedChildren<nu::graphics::PieChartTextItem>())
+        copySlice(*child, item.get());
+    return item->getId();
 }
 
 } // namespace Edit

@@ -1,14 +1,10 @@
 #include "viewer/chartimage.h"
 
 #include "nu/graphics/baseitem.h"
+#include "nu/graphics/sceneimage.h"
 
-#include <QBuffer>
 #include <QFileInfo>
 #include <QGraphicsScene>
-#include <QImageWriter>
-#include <QPainter>
-#include <QSaveFile>
-#include <QSvgGenerator>
 
 #include <algorithm>
 
@@ -95,56 +91,38 @@ QRectF ChartImage::getSourceRect() const
     return square;
 }
 
-void ChartImage::render(QPainter& painter) const
+void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const
 {
     SceneLoan loan(chart);
-    const QRectF target(0, 0, size, size);
-    painter.fillRect(target, Qt::white);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setRenderHint(QPainter::TextAntialiasing);
-    loan.scene()->render(&painter, target, getSourceRect(), Qt::KeepAspectRatio);
+    nu::graphics::SceneImage image(*loan.scene(), getSourceRect());
+    image.setSize(QSize(size, size));
+    image.setTitle(QStringLiteral("Sorvik chart"));
+    use(image);
 }
 
 QImage ChartImage::toImage() const
 {
-    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&image);
-    render(painter);
-    painter.end();
-    return image;
+    QImage result;
+    draw([&result](const nu::graphics::SceneImage& image) { result = image.toImage(); });
+    return result;
 }
 
 QByteArray ChartImage::toSvg() const
 {
-    QByteArray svg;
-    QBuffer buffer(&svg);
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setSize(QSize(size, size));
-    generator.setViewBox(QRect(0, 0, size, size));
-    generator.setTitle(QStringLiteral("Sorvik chart"));
-    QPainter painter(&generator);
-    render(painter);
-    painter.end();
-    return svg;
+    QByteArray result;
+    draw([&result](const nu::graphics::SceneImage& image) { result = image.toSvg(); });
+    return result;
 }
 
 void ChartImage::save(const QString& fileName) const
 {
-    const Format format = formatOf(fileName);
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
+    const auto format =
+        formatOf(fileName) == Format::Svg ? nu::graphics::SceneImage::Format::Svg : nu::graphics::SceneImage::Format::Png;
+    try {
+        draw([&](const nu::graphics::SceneImage& image) { image.save(fileName, format); });
+    } catch (const nu::graphics::SceneImage::WriteException&) {
         throw WriteException();
-    bool written = false;
-    if (format == Format::Svg) {
-        const QByteArray svg = toSvg();
-        written = file.write(svg) == svg.size();
-    } else {
-        QImageWriter writer(&file, "png");
-        written = writer.write(toImage());
     }
-    if (!written || !file.commit())
-        throw WriteException();
 }
 
 } // namespace Viewer

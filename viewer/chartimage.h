@@ -6,9 +6,15 @@
 #include <QString>
 
 #include <exception>
+#include <functional>
 
 class QGraphicsItem;
-class QPainter;
+
+namespace nu {
+namespace graphics {
+class SceneImage;
+}
+} // namespace nu
 
 namespace Sorvik {
 namespace Viewer {
@@ -53,7 +59,8 @@ public:
     void save(const QString& fileName) const;
 
 private:
-    void render(QPainter& painter) const;
+    // Lends the chart a scene if it has none and hands use the drawing of it.
+    void draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const;
     QRectF getSourceRect() const;
 
     QGraphicsItem& chart;

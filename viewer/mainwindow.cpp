@@ -595,6 +595,13 @@ void MainWindow::slotHelpAbout()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    // The editors go with this window: each asks about its unsaved changes first.
+    for (Edit::MainWindow* editor : findChildren<Edit::MainWindow*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!editor->close()) {
+            event->ignore();
+            return;
+        }
+    }
     if (slotFileClose())
         event->accept();
     else

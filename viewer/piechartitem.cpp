@@ -58,6 +58,10 @@ void PieChartItem::setColor(const QColor& c)
         return;
     color = c;
     setBrush(QBrush(color, Qt::SolidPattern));
+    // Kept in the label too, so that a copy through the base class reads as this one does.
+    nu::graphics::DrawableText label = getText();
+    label.brush = QBrush(getLabelColor(color), Qt::SolidPattern);
+    setText(label);
 }
 
 QList<PieChartItem::Position> PieChartItem::getParentPositions() const

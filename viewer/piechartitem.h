@@ -10,8 +10,9 @@ namespace Sorvik {
 namespace Viewer {
 
 // A slice of the viewer's chart: a labelled slice 30 units wide that knows where its node lies
-// in the ontology, for stepping into it. Its fill colour is also its shape brush, so that a copy
-// through the base class keeps it; selection only changes how it is painted.
+// in the ontology, for stepping into it. Its fill colour is also its shape brush, and the label
+// colour that reads on it its label's brush, so that a copy through the base class keeps both;
+// selection only changes how it is painted.
 class PieChartItem : public nu::graphics::PieChartTextItem
 {
 public:

@@ -3,10 +3,13 @@
 #include "nu/edit/graphicsitemmanager.h"
 #include "nu/edit/handler.h"
 #include "nu/edit/loadjson.h"
+#include "nu/edit/propertieswidget.h"
 
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/geometry.h"
+#include "nu/graphics/piecharttextitem.h"
+#include "nu/graphics/sceneimage.h"
 #include "nu/graphics/subspaceitem.h"
 
 #include <QGraphicsSceneMouseEvent>
@@ -22,6 +25,34 @@ namespace edit {
 namespace {
 
 enum Type { ArcText = 1, ArcBracket = 5, RectText = 6, Line = 7, SubSpace = 8, RectBracket = 9 };
+
+// Room around the drawing in an exported image, in scene units.
+constexpr double imageMargin = 10.0;
+
+// Hides the knobs for the time of a drawing.
+class KnobsHidden
+{
+public:
+    explicit KnobsHidden(const Scene::Handlers& handlers)
+    {
+        for (const auto& handler : handlers) {
+            if (handler->isVisible()) {
+                handler->setVisible(false);
+                hidden.push_back(handler.get());
+            }
+        }
+    }
+    ~KnobsHidden()
+    {
+        for (Handler* handler : hidden)
+            handler->setVisible(true);
+    }
+    KnobsHidden(const KnobsHidden&) = delete;
+    KnobsHidden& operator=(const KnobsHidden&) = delete;
+
+private:
+    std::vector<Handler*> hidden;
+};
 
 } // namespace
 
@@ -58,6 +89,17 @@ void Scene::reset()
     emit signalItemSelected(0);
     emit signalSceneChanged();
     undoStateChanged();
+}
+
+PropertiesWidget* Scene::getPropertiesWidget(QWidget* parent)
+{
+    auto* sheet = new PropertiesWidget(undoManager, parent);
+    connect(sheet, &PropertiesWidget::signalChangeApplied, this, &Scene::slotUpdate);
+    connect(this, &Scene::signalHandlerChanged, sheet, &PropertiesWidget::slotUpdate);
+    connect(this, &Scene::signalHandlerChanged, this, &Scene::signalSceneChanged, Qt::UniqueConnection);
+    connect(this, &Scene::signalItemCreated, sheet, &PropertiesWidget::slotSetSelection);
+    connect(this, &Scene::signalItemSelected, sheet, &PropertiesWidget::slotSetSelection);
+    return sheet;
 }
 
 bool Scene::generateItemHandler(QGraphicsItem* item)
@@ -298,14 +340,69 @@ void Scene::slotDeleteSelected()
     undoStateChanged();
 }
 
-void Scene::slotFitCanvas()
+QRectF Scene::getDrawingRect() const
 {
     QRectF bounds;
     for (QGraphicsItem* item : items()) {
-        if (!dynamic_cast<Handler*>(item))
+        if (item->isVisible() && !dynamic_cast<Handler*>(item))
             bounds |= item->sceneBoundingRect();
     }
-    setSceneRect(bounds.adjusted(-20, -20, 20, 20));
+    return bounds;
+}
+
+QRectF Scene::getImageRect() const
+{
+    return getDrawingRect().adjusted(-imageMargin, -imageMargin, imageMargin, imageMargin);
+}
+
+void Scene::slotFitCanvas()
+{
+    setSceneRect(getDrawingRect().adjusted(-20, -20, 20, 20));
+}
+
+void Scene::saveToSvg(const QString& path)
+{
+    const KnobsHidden hidden(handlers);
+    graphics::SceneImage image(*this, getImageRect());
+    image.setTitle(QStringLiteral("Sorvik chart"));
+    image.save(path, graphics::SceneImage::Format::Svg);
+}
+
+void Scene::saveToPng(const QString& path, double scale)
+{
+    const KnobsHidden hidden(handlers);
+    graphics::SceneImage image(*this, getImageRect());
+    image.setScale(scale);
+    image.save(path, graphics::SceneImage::Format::Png);
+}
+
+bool Scene::changeItems(const std::vector<QGraphicsItem*>& items, const Values& values)
+{
+    closeDrag();
+    const int steps = undoManager.getUndoCount();
+    undoManager.changeBegin();
+    {
+        const ItemManager::Batch batch(manager);
+        for (QGraphicsItem* item : items) {
+            const auto wrapped = manager.getItem(item);
+            if (!wrapped)
+                continue;
+            undoManager.changeItem(*wrapped);
+            for (const auto& value : values) {
+                if (wrapped->findBasicProperty(value.first))
+                    wrapped->setPropertyValue(value.first, value.second);
+            }
+        }
+    }
+    undoManager.changeEnd();
+    if (undoManager.getUndoCount() == steps)
+        return false;
+    for (const auto& handler : handlers)
+        handler->updateHandler();
+    emit signalHandlerChanged();
+    emit signalSceneChanged();
+    undoStateChanged();
+    return true;
 }
 
 void Scene::slotEditSubSpacesVisible(bool visible)
@@ -384,13 +481,30 @@ PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& p
 
 PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* parent)
 {
-    Values values{{QStringLiteral("radius"), 100.0},
+    Values values{{QStringLiteral("radius"), arcRadius},
                   {QStringLiteral("tip-length"), 10.0},
                   {QStringLiteral("angle"), 45.0}};
+    if (!manager.findId(parent)) {
+        // On the canvas the bracket arches over the point asked for, its tips down towards it.
+        values.emplace_back(QStringLiteral("rotation"), 90.0 - 45.0 / 2);
+        return makeOne(ArcBracket, values, point + QPointF(0, arcRadius), nullptr);
+    }
     // On a slice the angle is an offset from the slice's span.
-    if (manager.findId(parent) && dynamic_cast<graphics::AngularParentItem*>(parent))
+    if (dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
     return makeOne(ArcBracket, values, point, parent);
+}
+
+QString Scene::labelOf(QGraphicsItem* item)
+{
+    for (QGraphicsItem* up = item ? item->parentItem() : nullptr; up; up = up->parentItem()) {
+        // The label as the slice shows it.
+        if (auto slice = dynamic_cast<graphics::PieChartTextItem*>(up))
+            return slice->getText().text;
+    }
+    if (auto graphics = dynamic_cast<graphics::BaseItem*>(item))
+        return graphics->getDefaultText();
+    return QStringLiteral("new text");
 }
 
 PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* parent)
@@ -403,13 +517,15 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
 {
     closeDrag();
     undoManager.changeBegin();
-    const Values values{{QStringLiteral("radius"), 100.0}, {QStringLiteral("text"), QStringLiteral("new text")}};
-    const auto item = makeItem(ArcText, values, point, parent);
+    Values values{{QStringLiteral("radius"), arcRadius}, {QStringLiteral("text"), QStringLiteral("new text")}};
+    // On the canvas the text reads across the top of its circle, its middle where it was asked
+    // for: the circle's centre lies below that point.
+    if (!manager.findId(parent))
+        values.emplace_back(QStringLiteral("rotation"), 90.0);
+    const auto item = makeItem(ArcText, values, point + QPointF(0, arcRadius), parent);
     // On a slice (or on a bracket on one) the text starts as the slice's label.
-    if (item && item->getParentId()) {
-        if (auto graphics = dynamic_cast<graphics::BaseItem*>(manager.getGraphicsItem(item->getId())))
-            item->setPropertyValue(QStringLiteral("text"), graphics->getDefaultText());
-    }
+    if (item && item->getParentId())
+        item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
     undoManager.changeEnd();
     if (!item)
         return 0;
@@ -434,12 +550,28 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     // moving the first line moves the rest. The three are one annotation to the user, so they
     // are made in one undo step, and one undo takes the whole of it away rather than leaving a
     // bare bent line behind.
+    // On a chart the bend points away from the chart's centre (the parent's origin), over the
+    // slice's own outer rings: towards the centre it would hide under the inner rings, which are
+    // painted over the slices outside them.
+    double across = 1.0;
+    double up = -1.0;
+    const bool onItem = manager.findId(parent);
+    if (onItem) {
+        const QPointF outward = point - parent->scenePos();
+        across = outward.x() < 0 ? -1.0 : 1.0;
+        up = outward.y() > 0 ? 1.0 : -1.0;
+    }
     Values first{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
-                 {QStringLiteral("end.x"), 30.0}, {QStringLiteral("end.y"), -30.0}};
+                 {QStringLiteral("end.x"), 30.0 * across}, {QStringLiteral("end.y"), 30.0 * up}};
     Values second{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
-                  {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), 0.0}};
+                  {QStringLiteral("end.x"), 40.0 * across}, {QStringLiteral("end.y"), 0.0}};
+    Values label{{QStringLiteral("position.x"), 3.0 * across}, {QStringLiteral("position.y"), 0.0},
+                 {QStringLiteral("text"), QStringLiteral("new text")}};
+    // Leftwards the text ends at the line rather than starting on it.
+    if (across < 0)
+        label.emplace_back(QStringLiteral("anchor.horizontal"), 2);
     // On a chart the label stays upright and legible however the chart is turned or zoomed.
-    if (manager.findId(parent)) {
+    if (onItem) {
         first.emplace_back(QStringLiteral("ignoretransformations"), true);
         second.emplace_back(QStringLiteral("ignoretransformations"), true);
     }
@@ -448,10 +580,7 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     std::shared_ptr<PropertyItem> text;
     if (const auto line = makeItem(Line, first, point, parent)) {
         if (const auto elbow = makeItem(Line, second, point, manager.getGraphicsItem(line->getId()))) {
-            text = makeItem(RectText,
-                           {{QStringLiteral("position.x"), 3.0}, {QStringLiteral("position.y"), 0.0},
-                            {QStringLiteral("text"), QStringLiteral("new text")}},
-                           point, manager.getGraphicsItem(elbow->getId()));
+            text = makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId()));
         }
     }
     undoManager.changeEnd();

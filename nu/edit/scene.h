@@ -15,6 +15,7 @@ namespace edit {
 
 class GraphicsItemManager;
 class Handler;
+class PropertiesWidget;
 
 // The editor's scene: holds the chart's graphics items, whose ids and editable wrappers the item
 // manager keeps, and the undo history of the chart. A press selects the topmost editable item
@@ -23,8 +24,13 @@ class Scene : public QGraphicsScene
 {
     Q_OBJECT
 public:
+    // The radius of a new arc text or bracket, in scene units.
+    static constexpr double arcRadius = 100.0;
+
     // The live knob sets; the scene deletes them when the selection changes.
     using Handlers = std::vector<std::unique_ptr<Handler>>;
+    // Property values by full name.
+    using Values = std::vector<std::pair<QString, QVariant>>;
 
     // The manager is not owned; it works on this scene from now on.
     explicit Scene(GraphicsItemManager& manager, QObject* parent = nullptr);
@@ -33,6 +39,9 @@ public:
     GraphicsItemManager& getItemManager() const { return manager; }
     // For the properties sheet, which records its changes itself.
     UndoManager& getUndoManager() { return undoManager; }
+    // A new properties sheet, owned by parent, that shows the item selected or created here and
+    // records its edits in this scene's history. It must not outlive the scene.
+    PropertiesWidget* getPropertiesWidget(QWidget* parent = nullptr);
 
     // Whether the chart differs from the one last saved or loaded.
     bool hasChanged() const { return undoManager.hasChanged(); }
@@ -72,6 +81,19 @@ public:
     PropertyItem::Id itemAddElbowText(const QPointF& point, QGraphicsItem* parent = nullptr);
     PropertyItem::Id itemAddLine(const QPointF& point, QGraphicsItem* parent = nullptr);
     PropertyItem::Id itemAddSubSpace(const QPointF& point, QGraphicsItem* parent = nullptr);
+
+    // Sets the values on the items as one undo step (an item without one of the values keeps
+    // it); false when nothing changed, and then no step is recorded.
+    bool changeItems(const std::vector<QGraphicsItem*>& items, const Values& values);
+
+    // The bounds of everything drawn, knobs apart, in scene coordinates; empty for an empty scene.
+    QRectF getDrawingRect() const;
+    // What an image shows: the drawing with a small margin.
+    QRectF getImageRect() const;
+    // The drawing as it is shown, without knobs, on white; scale is pixels per scene unit. The
+    // file is written completely or not at all: throw graphics::SceneImage::WriteException.
+    void saveToSvg(const QString& path);
+    void saveToPng(const QString& path, double scale = 1.0);
 
     // Writes the chart file; the chart is then clean. Throws JsonDataFile::FileOpenException.
     void saveToFile(const JsonDataFile::Info& info);
@@ -125,14 +147,14 @@ protected:
     void notifyItemCreated(PropertyItem::Id id);
 
 private:
-    using Values = std::vector<std::pair<QString, QVariant>>;
-
     // Within an open undo step: a new item of the type with the values, placed on parent or at
     // point. Null when the type can't be made.
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
                                            QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
     void deleteHandlers();
+    // What a text made on the item starts as: the label of the slice it hangs on, if any.
+    static QString labelOf(QGraphicsItem* item);
     // Ends a knob drag still under way as its own step, before another action (a shortcut
     // pressed while the mouse is held) opens one.
     void closeDrag();

@@ -453,7 +453,7 @@ void TestEditorScene::creationInEachMode_data()
 
     QTest::newRow("arc text") << Mode::ArcText << "" << 1 << 1 << "radius=100;text=new text";
     QTest::newRow("arc text on a slice: its label")
-        << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria [60.00%]";
+        << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria";
     QTest::newRow("arc bracket") << Mode::ArcBracket << "" << 5 << 1 << "angle=45;tip-length=10";
     QTest::newRow("arc bracket on a slice spans it")
         << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=100;angles=";
@@ -461,6 +461,9 @@ void TestEditorScene::creationInEachMode_data()
     QTest::newRow("straight text on a bracket") << Mode::RectText << "free bracket" << 6 << 1 << "position.x=0";
     QTest::newRow("elbow text") << Mode::ElbowText << "" << 6 << 3 << "text=new text";
     QTest::newRow("elbow text on a slice") << Mode::ElbowText << "Archaea" << 6 << 3 << "position.x=3";
+    // Outwards, over the slice's outer rings rather than under its inner ones.
+    QTest::newRow("elbow text on a slice left of the centre")
+        << Mode::ElbowText << "Bacteria" << 6 << 3 << "position.x=-3;anchor.horizontal=2";
     QTest::newRow("line") << Mode::Line << "" << 7 << 1 << "end.x=40;end.y=-20";
     QTest::newRow("line on a line's end") << Mode::Line << "line" << 7 << 1 << "position=";
     QTest::newRow("subspace") << Mode::SubSpace << "" << 8 << 1 << "rotation=0";
@@ -503,8 +506,12 @@ void TestEditorScene::creationInEachMode()
     for (int i = 1; i < items; ++i)
         first = first->parentItem();
     QCOMPARE(first->parentItem(), on.isEmpty() ? nullptr : f.item(on));
+    // An arc's middle comes where it was asked for, its centre below.
+    const bool arc = mode == Mode::ArcText || mode == Mode::ArcBracket;
     if (on.isEmpty())
-        QCOMPARE(first->scenePos(), at);
+        QCOMPARE(first->scenePos(), arc ? at + QPointF(0, Scene::arcRadius) : at);
+    if (on.isEmpty() && arc)
+        QVERIFY(first->sceneBoundingRect().adjusted(-2, -2, 2, 2).contains(at));
 
     for (const QString& expected : value.split(QLatin1Char(';'))) {
         const QString name = expected.section(QLatin1Char('='), 0, 0);

@@ -1,0 +1,458 @@
+#include "editor/mainwindow.h"
+#include "editor/view.h"
+#include "nu/edit/propertieswidget.h"
+#include "nu/graphics/piecharttextitem.h"
+#include "ontology/ontology.h"
+#include "resources/resources.h"
+#include "tests/support/editcharts.h"
+#include "tests/support/scriptedprompter.h"
+#include "tests/support/treeliteral.h"
+#include "viewer/piechartbuilder.h"
+#include "viewer/piechartitem.h"
+
+#include <QAction>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cmath>
+
+using Sorvik::Edit::MainWindow;
+using Sorvik::Edit::Scene;
+using Sorvik::Test::ScriptedPrompter;
+using Slice = nu::graphics::PieChartTextItem;
+using Sorvik::Edit::View;
+
+namespace {
+
+const QString tree = QStringLiteral(
+    "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
+    "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
+    "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
+
+std::unique_ptr<Sorvik::Viewer::PieChartItem> viewerChart(const QString& file, const QString& literal, int levels,
+                                                          double percent)
+{
+    Sorvik::Test::writeTree(file, literal);
+    const Zem::Ontology::Ontology ontology(file);
+    Sorvik::Viewer::PieChartBuilder builder(ontology);
+    builder.setMaxLevels(levels);
+    builder.setMinPercentage(percent);
+    builder.read();
+    return builder.takeRootItem();
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Where a slice is drawn and how: its span in scene degrees, its ring, count, colours and label.
+QString describe(const Slice& slice, const QString& label)
+{
+    const QLineF axis(slice.mapToScene(QPointF(0, 0)), slice.mapToScene(QPointF(1, 0)));
+    return QStringLiteral("%1 from %2 over %3 at %4+%5 total %6 fill %7 %8 label %9")
+        .arg(slice.getOrder())
+        .arg(std::fmod(axis.angle() + 360.0, 360.0), 0, 'f', 6)
+        .arg(slice.getAngle(), 0, 'f', 6)
+        .arg(slice.getRadius(), 0, 'f', 3)
+        .arg(slice.getRadiusOffset(), 0, 'f', 3)
+        .arg(slice.getTotal())
+        .arg(slice.getBrush().color().name(QColor::HexArgb), slice.getText().brush.color().name(QColor::HexArgb), label);
+}
+
+// The slices from the centre outwards, each followed by its outer slices in order.
+template <typename Label>
+QStringList slices(const Slice& root, Label label)
+{
+    QStringList result{describe(root, label(root))};
+    for (const Slice* child : root.sortedChildren<Slice>())
+        result += slices(*child, label);
+    return result;
+}
+
+// The slice whose label starts with prefix; with an empty prefix, the chart's centre.
+Slice* sliceLabelled(Scene& scene, const QString& prefix = QString())
+{
+    for (QGraphicsItem* item : scene.items()) {
+        auto slice = dynamic_cast<Slice*>(item);
+        if (slice && (prefix.isEmpty() ? !slice->parentItem() : slice->getText().text.startsWith(prefix)))
+            return slice;
+    }
+    return nullptr;
+}
+
+// A point in the middle of a slice's ring and span.
+QPointF inside(const Slice& slice)
+{
+    const double radius = slice.getRadius() + slice.getRadiusOffset() / 2;
+    const double angle = qDegreesToRadians(slice.getAngle() / 2);
+    return slice.mapToScene(QPointF(radius * std::cos(angle), -radius * std::sin(angle)));
+}
+
+} // namespace
+
+class TestEditorWindow : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { Sorvik::initResources(); }
+    void init();
+
+    void copyKeepsTheViewerChart_data();
+    void copyKeepsTheViewerChart();
+    void sheetEditIsOneUndoStep_data();
+    void sheetEditIsOneUndoStep();
+    void saveCloseOpenGivesIdenticalJson();
+    void exportDrawsTheChartWithoutKnobs();
+    void fileFailuresWarnAndKeepTheChart_data();
+    void fileFailuresWarnAndKeepTheChart();
+    void paintModeOneStepPerClick_data();
+    void paintModeOneStepPerClick();
+    void closingAsksAboutUnsavedChanges_data();
+    void closingAsksAboutUnsavedChanges();
+
+private:
+    // A window with a copy of the test chart, as the viewer opens it (none when literal is empty).
+    std::unique_ptr<MainWindow> makeWindow(const QString& literal = tree, int levels = 5, double percent = 0.5);
+
+    std::unique_ptr<QTemporaryDir> dir;
+    std::shared_ptr<ScriptedPrompter> prompter;
+};
+
+void TestEditorWindow::init()
+{
+    dir = std::make_unique<QTemporaryDir>();
+    prompter = std::make_shared<ScriptedPrompter>();
+}
+
+std::unique_ptr<MainWindow> TestEditorWindow::makeWindow(const QString& literal, int levels, double percent)
+{
+    auto window = std::make_unique<MainWindow>();
+    window->setPrompter(prompter);
+    if (!literal.isEmpty())
+        window->createPieChart(viewerChart(dir->filePath("chart.ontology"), literal, levels, percent).get());
+    return window;
+}
+
+void TestEditorWindow::copyKeepsTheViewerChart_data()
+{
+    QTest::addColumn<QString>("literal");
+    QTest::addColumn<int>("levels");
+    QTest::addColumn<double>("percent");
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("small slices dropped") << tree << 5 << 0.5 << 16;
+    QTest::newRow("every slice") << tree << 10 << 0.0 << 17;
+    QTest::newRow("two rings") << tree << 2 << 0.0 << 6;
+    QTest::newRow("a disc") << QStringLiteral("r:5") << 5 << 0.5 << 1;
+}
+
+void TestEditorWindow::copyKeepsTheViewerChart()
+{
+    QFETCH(QString, literal);
+    QFETCH(int, levels);
+    QFETCH(double, percent);
+    QFETCH(int, count);
+
+    const auto chart = viewerChart(dir->filePath("chart.ontology"), literal, levels, percent);
+    QVERIFY(chart);
+    auto window = makeWindow(QString());
+    window->createPieChart(chart.get());
+    Scene& scene = window->getScene();
+    Slice* copy = sliceLabelled(scene);
+    QVERIFY(copy);
+    const QStringList expected = slices(*chart, [](const Slice& slice) { return slice.getDefaultText(); });
+    QCOMPARE(expected.size(), count);
+    QCOMPARE(slices(*copy, [](const Slice& slice) { return slice.getText().text; }), expected);
+
+    // Every slice is a labelled slice of the editor, and a press picks it.
+    int editable = 0;
+    for (QGraphicsItem* item : scene.items()) {
+        const auto wrapped = scene.getItemManager().getItem(item);
+        editable += wrapped && wrapped->getType() == 2;
+    }
+    QCOMPARE(editable, count);
+    const auto outer = copy->sortedChildren<Slice>();
+    Slice* picked = outer.empty() ? copy : outer.front();
+    QCOMPARE(scene.pickItem(inside(*picked)).second, picked);
+    // A fresh chart: nothing to undo and nothing to save.
+    QVERIFY(!scene.canUndo());
+    QVERIFY(!window->isWindowModified());
+    QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*] - Sorvik Piechart Editor"));
+}
+
+void TestEditorWindow::sheetEditIsOneUndoStep_data()
+{
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("steps");
+
+    QTest::newRow("new label") << "text.text" << QVariant("Firmicutes (phylum)") << 1;
+    QTest::newRow("same label") << "text.text" << QVariant() << 0;
+    QTest::newRow("wider ring") << "radius" << QVariant(45.0) << 1;
+    QTest::newRow("same ring") << "radius" << QVariant() << 0;
+}
+
+void TestEditorWindow::sheetEditIsOneUndoStep()
+{
+    QFETCH(QString, property);
+    QFETCH(QVariant, value);
+    QFETCH(int, steps);
+
+    auto window = makeWindow();
+    Scene& scene = window->getScene();
+    nu::edit::PropertiesWidget* sheet = window->getPropertiesWidget();
+    // The dock's sheet follows the scene's selection.
+    QVERIFY(scene.selectItem(sliceLabelled(scene, "Firmicutes")));
+    const long id = sheet->getSelectedId();
+    QVERIFY(id);
+    const auto item = [&] { return scene.getItemManager().getItem(id); };
+    const QVariant before = item()->getPropertyValue(property);
+    if (!value.isValid())
+        value = before;
+
+    QWidget* editor = sheet->getEditor(property);
+    if (auto line = qobject_cast<QLineEdit*>(editor)) {
+        line->setText(value.toString());
+        emit line->editingFinished();
+    } else if (auto spin = qobject_cast<QDoubleSpinBox*>(editor)) {
+        spin->setValue(value.toDouble());
+        emit spin->editingFinished();
+    } else {
+        QFAIL("no editor");
+    }
+    QCOMPARE(item()->getPropertyValue(property), value);
+    QCOMPARE(scene.getUndoManager().getUndoCount(), steps);
+    QCOMPARE(window->isWindowModified(), steps > 0);
+    QCOMPARE(window->getActions().editUndo->isEnabled(), steps > 0);
+    window->getActions().editUndo->trigger();
+    QCOMPARE(item()->getPropertyValue(property), before);
+    // The sheet shows the value undone.
+    if (auto line = qobject_cast<QLineEdit*>(editor))
+        QCOMPARE(line->text(), before.toString());
+}
+
+void TestEditorWindow::saveCloseOpenGivesIdenticalJson()
+{
+    const QString path = dir->filePath("annotated.pie");
+    QByteArray saved;
+    {
+        auto window = makeWindow();
+        Scene& scene = window->getScene();
+        Slice* firmicutes = sliceLabelled(scene, "Firmicutes");
+        const long bracket = scene.itemAddArcBracket(inside(*firmicutes), firmicutes);
+        QVERIFY(scene.itemAddArcText(QPointF(), scene.getItemManager().getGraphicsItem(bracket)));
+        QVERIFY(scene.itemAddRectText(QPointF(200, -150)));
+        QVERIFY(window->isWindowModified());
+        // The centre slice's order is no row of the sheet, but it is saved.
+        QVERIFY(scene.selectItem(sliceLabelled(scene)));
+        QVERIFY(!window->getPropertiesWidget()->getRow("order"));
+
+        QVERIFY(window->saveFile(path));
+        QVERIFY(!window->isWindowModified());
+        QCOMPARE(window->windowTitle(), QStringLiteral("annotated.pie[*] - Sorvik Piechart Editor"));
+        saved = contents(path);
+        QVERIFY(window->close());
+    }
+    auto window = makeWindow(QString());
+    QVERIFY(window->openFile(path));
+    QCOMPARE(window->getFileName(), path);
+    QVERIFY(!window->isWindowModified());
+    const QString again = dir->filePath("again.pie");
+    QVERIFY(window->saveFile(again));
+    // Loaded items take fresh ids; everything else comes back as it was saved.
+    const auto items = [](const QByteArray& json) {
+        return Sorvik::Test::normalizedItems(QJsonDocument::fromJson(json).object().value("data").toArray());
+    };
+    const QJsonArray original = items(saved);
+    QCOMPARE(items(contents(again)), original);
+    QCOMPARE(original.size(), 19);
+    const auto centre = std::find_if(original.begin(), original.end(), [](const QJsonValue& item) {
+        return item["type"] == 2 && item["parent-id"] == 0;
+    });
+    QVERIFY(centre->toObject()["data"].toObject().contains("order"));
+    QVERIFY(prompter->shown.isEmpty());
+}
+
+void TestEditorWindow::exportDrawsTheChartWithoutKnobs()
+{
+    auto window = makeWindow();
+    Scene& scene = window->getScene();
+    const auto exported = [&](const QString& name) {
+        const QString svg = dir->filePath(name + ".svg"), png = dir->filePath(name + ".png");
+        return window->exportSvg(svg) && window->exportPng(png, 2.0) ? qMakePair(contents(svg), QImage(png))
+                                                                     : qMakePair(QByteArray(), QImage());
+    };
+    const auto plain = exported("plain");
+    QVERIFY(plain.first.contains("<svg"));
+    QVERIFY(plain.first.trimmed().endsWith("</svg>"));
+    const QRectF shown = scene.getImageRect();
+    QCOMPARE(plain.second.size(), QSize(int(std::ceil(shown.width() * 2)), int(std::ceil(shown.height() * 2))));
+    QCOMPARE(plain.second.pixelColor(1, 1), QColor(Qt::white));
+    // The chart's middle is drawn: the centre disc's colour, not the background.
+    const QPoint middle = ((QPointF(0, 0) - shown.topLeft()) * 2).toPoint();
+    QCOMPARE(plain.second.pixel(middle), sliceLabelled(scene)->getBrush().color().rgb());
+
+    // The knobs of a selected item are no part of the picture, and stay after it.
+    QVERIFY(scene.selectItem(sliceLabelled(scene, "Bacteria")));
+    const auto selected = exported("selected");
+    QCOMPARE(selected.first, plain.first);
+    QCOMPARE(selected.second, plain.second);
+    QVERIFY(scene.getHandledItem());
+    QVERIFY(prompter->shown.isEmpty());
+}
+
+void TestEditorWindow::fileFailuresWarnAndKeepTheChart_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+
+    const QByteArray newer = R"({"descriptor": "sorvik-piechart", "version": 2, "data": []})";
+    const QString notChart = "it is not a Sorvik chart file", unwritable = "Check that its folder exists";
+    QTest::newRow("open a missing file") << "open" << "missing.pie" << QByteArray()
+                                         << "the file does not exist or cannot be read";
+    QTest::newRow("open a binary file") << "open" << "binary.pie" << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10) << notChart;
+    QTest::newRow("open another program's JSON")
+        << "open" << "other.pie" << QByteArray(R"({"descriptor": "other", "version": 1, "data": []})") << notChart;
+    QTest::newRow("open a newer version") << "open" << "newer.pie" << newer
+                                          << "it was saved by another version of Sorvik";
+    QTest::newRow("import a newer version") << "import" << "newer.pie" << newer << "another version";
+    QTest::newRow("save into a missing folder") << "save" << "gone/chart.pie" << QByteArray() << unwritable;
+    QTest::newRow("export SVG into a missing folder") << "svg" << "gone/chart.svg" << QByteArray() << unwritable;
+    QTest::newRow("export PNG into a missing folder") << "png" << "gone/chart.png" << QByteArray() << unwritable;
+}
+
+void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
+{
+    QFETCH(QString, operation);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+
+    const QString path = dir->filePath(name);
+    QFile file(path);
+    QVERIFY(content.isNull() || (file.open(QIODevice::WriteOnly) && file.write(content) == content.size()));
+    file.close();
+    auto window = makeWindow();
+    Scene& scene = window->getScene();
+    scene.itemAddLine(QPointF(300, 0));
+    const QJsonArray before = scene.getItemManager().toJson();
+
+    const std::map<QString, std::function<bool()>> operations{
+        {"open", [&] { return window->openFile(path); }},
+        {"import", [&] { return window->importFile(path); }},
+        {"save", [&] { return window->saveFile(path); }},
+        {"svg", [&] { return window->exportSvg(path); }},
+        {"png", [&] { return window->exportPng(path, 1.0); }}};
+    QVERIFY(!operations.at(operation)());
+
+    QCOMPARE(prompter->shown.size(), 1);
+    const ScriptedPrompter::Shown& shown = prompter->shown.first();
+    QCOMPARE(int(shown.icon), int(QMessageBox::Warning));
+    QVERIFY2(shown.text.contains(QDir::toNativeSeparators(path)), qPrintable(shown.text));
+    QVERIFY2(shown.text.contains(reason), qPrintable(shown.text));
+    // Nothing of the chart was lost, it still needs saving, and no file was left half-written.
+    QCOMPARE(scene.getItemManager().toJson(), before);
+    QVERIFY(window->isWindowModified());
+    QVERIFY(window->getFileName().isEmpty());
+    QCOMPARE(QFileInfo::exists(path), !content.isNull());
+}
+
+void TestEditorWindow::paintModeOneStepPerClick_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("shift");
+    QTest::addColumn<int>("painted");
+
+    // Bacteria holds Proteobacteria (two below it), Firmicutes (two) and Actinobacteria.
+    QTest::newRow("click: the slice") << "Bacteria" << false << 1;
+    QTest::newRow("shift+click: its outer slices too") << "Bacteria" << true << 8;
+    QTest::newRow("shift+click on the outermost ring") << "Bacilli" << true << 1;
+    QTest::newRow("click on the canvas") << "" << false << 0;
+}
+
+void TestEditorWindow::paintModeOneStepPerClick()
+{
+    QFETCH(QString, target);
+    QFETCH(bool, shift);
+    QFETCH(int, painted);
+
+    auto window = makeWindow();
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    Scene& scene = window->getScene();
+    const QColor paint(0x12, 0x34, 0x56);
+    window->setPaintColor(paint);
+    window->getActions().mode.at(Scene::CursorMode::Paint)->trigger();
+    const auto paintedSlices = [&] {
+        const QList<QGraphicsItem*> items = scene.items();
+        return std::count_if(items.begin(), items.end(), [&](QGraphicsItem* item) {
+            auto slice = dynamic_cast<Slice*>(item);
+            return slice && slice->getBrush().color() == paint;
+        });
+    };
+    const QPointF at = target.isEmpty() ? QPointF(400, 400) : inside(*sliceLabelled(scene, target));
+    View* view = window->getView();
+    view->centerOn(at);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, shift ? Qt::ShiftModifier : Qt::NoModifier,
+                      view->mapFromScene(at));
+    QCOMPARE(int(paintedSlices()), painted);
+    if (painted)
+        QCOMPARE(sliceLabelled(scene, target)->getBrush().color(), paint);
+    QCOMPARE(scene.getUndoManager().getUndoCount(), painted ? 1 : 0);
+    // Painting goes on until another mode is chosen.
+    QCOMPARE(scene.getCursorMode(), Scene::CursorMode::Paint);
+    scene.slotUndo();
+    QCOMPARE(int(paintedSlices()), 0);
+}
+
+void TestEditorWindow::closingAsksAboutUnsavedChanges_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("saveAs");
+    QTest::addColumn<bool>("closed");
+
+    QTest::newRow("discard") << int(QMessageBox::Discard) << "" << true;
+    QTest::newRow("cancel") << int(QMessageBox::Cancel) << "" << false;
+    QTest::newRow("save, then cancel the file dialog") << int(QMessageBox::Save) << "" << false;
+    QTest::newRow("save into a missing folder") << int(QMessageBox::Save) << "gone/chart.pie" << false;
+    QTest::newRow("save") << int(QMessageBox::Save) << "kept" << true;
+}
+
+void TestEditorWindow::closingAsksAboutUnsavedChanges()
+{
+    QFETCH(int, answer);
+    QFETCH(QString, saveAs);
+    QFETCH(bool, closed);
+
+    auto window = makeWindow();
+    window->show();
+    QVERIFY(window->close());
+    QVERIFY(prompter->shown.isEmpty());
+
+    window->show();
+    window->getScene().itemAddRectText(QPointF(250, 0));
+    prompter->answers = {QMessageBox::StandardButton(answer)};
+    if (!saveAs.isEmpty())
+        prompter->saveNames = QStringList{dir->filePath(saveAs)};
+    QCOMPARE(window->close(), closed);
+    QCOMPARE(prompter->shown.first().title, QStringLiteral("Save chart"));
+    QCOMPARE(window->isVisible(), !closed);
+    QCOMPARE(prompter->filters.value(0), answer == QMessageBox::Save ? MainWindow::fileFilter : QString());
+    if (saveAs == QLatin1String("kept")) {
+        // No extension typed: the chart file's is added.
+        const QString file = dir->filePath("kept.pie");
+        QCOMPARE(window->getFileName(), file);
+        QCOMPARE(nu::JsonDataFile(Scene::getFileInfo(file)).data(), window->getScene().getItemManager().toJson());
+    }
+}
+
+QTEST_MAIN(TestEditorWindow)
+#include "tst_editorwindow.moc"
