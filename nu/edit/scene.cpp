@@ -283,30 +283,25 @@ void Scene::slotUpdate()
 
 void Scene::slotUndo()
 {
-    closeDrag();
-    if (!undoManager.canUndo())
-        return;
-    const PropertyItem::Id handled = manager.findId(getHandledItem());
-    undoManager.undo();
-    // Restored items come back as they were made, visible.
-    if (!subSpaceVisible)
-        applySubSpaceVisibility(false);
-    // The handled item may have been made anew or moved to another parent: new knobs.
-    refreshHandlers(handled);
-    emit signalHandlerChanged();
-    emit signalSceneChanged();
-    undoStateChanged();
+    stepThroughHistory(&UndoManager::canUndo, &UndoManager::undo);
 }
 
 void Scene::slotRedo()
 {
+    stepThroughHistory(&UndoManager::canRedo, &UndoManager::redo);
+}
+
+void Scene::stepThroughHistory(bool (UndoManager::*can)() const, void (UndoManager::*step)())
+{
     closeDrag();
-    if (!undoManager.canRedo())
+    if (!(undoManager.*can)())
         return;
     const PropertyItem::Id handled = manager.findId(getHandledItem());
-    undoManager.redo();
+    (undoManager.*step)();
+    // Restored items come back as they were made, visible.
     if (!subSpaceVisible)
         applySubSpaceVisibility(false);
+    // The handled item may have been made anew or moved to another parent: new knobs.
     refreshHandlers(handled);
     emit signalHandlerChanged();
     emit signalSceneChanged();

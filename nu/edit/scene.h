@@ -160,6 +160,8 @@ private:
     void closeDrag();
     // Knobs anew on the handled item after its values or its parent changed under them.
     void refreshHandlers(PropertyItem::Id handled);
+    // Undo or redo, when there is a step, with the knobs and views following.
+    void stepThroughHistory(bool (UndoManager::*can)() const, void (UndoManager::*step)());
     void applySubSpaceVisibility(bool visible);
     void undoStateChanged();
 
