@@ -1,6 +1,7 @@
 #include "tests/support/fixtures.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace Sorvik {
@@ -9,6 +10,12 @@ namespace Test {
 QString fixturePath(const QString& name)
 {
     return QDir(QStringLiteral(SORVIK_SOURCE_DIR "/tests/data")).filePath(name);
+}
+
+QByteArray fileContents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QString realDataPath(const QString& name)

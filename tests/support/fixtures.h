@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace Sorvik {
@@ -7,6 +8,9 @@ namespace Test {
 
 // A file of the project's own test data (tests/data/...).
 QString fixturePath(const QString& name);
+
+// A file's bytes, or none when it can't be read.
+QByteArray fileContents(const QString& path);
 
 // A folder of the real public inputs beside the checkout (../shared/data/real/...), or an empty
 // string when the checkout has none.

@@ -66,7 +66,6 @@ private slots:
         QTest::addColumn<QString>("chart");
         QTest::newRow("gap for a parent's own count")
             << "r(a:1(c:3) b:4)" << 10 << 0.0 << "r 360@0 (a 180@0 (c 135@0), b 180@180)";
-        QTest::newRow("empty node dropped") << "r(a:0 b:2 c:2)" << 10 << 0.0 << "r 360@0 (b 180@0, c 180@180)";
         QTest::newRow("below the minimum dropped with its subtree")
             << "r(a:499(x:499) b:99501)" << 10 << 1.0 << "r 360@0 (b 356.4@0)";
         QTest::newRow("decimal minimum met exactly") << "r(a:7 b:993)" << 10 << 0.7 << "r 360@0 (a 2.52@0, b 357.5@2.52)";
