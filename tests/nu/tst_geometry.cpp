@@ -93,7 +93,6 @@ private slots:
         QTest::newRow("a quarter clockwise") << QPointF(50 * M_PI, 0) << 100.0 << 1.0 << QPointF(0, 100);
         QTest::newRow("y points inwards") << QPointF(0, 10) << 100.0 << 1.0 << QPointF(90, 0);
         QTest::newRow("reversed y points outwards") << QPointF(0, 10) << 100.0 << -1.0 << QPointF(110, 0);
-        QTest::newRow("half way round") << QPointF(30 * M_PI, -5) << 30.0 << 1.0 << QPointF(-35, 0);
         QTest::newRow("radius 0 leaves it") << QPointF(3, 4) << 0.0 << 1.0 << QPointF(3, 4);
     }
 

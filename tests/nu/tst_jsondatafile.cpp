@@ -91,9 +91,7 @@ void TestJsonDataFile::read_data()
     QTest::newRow("data not an array") << "" << file("1", "{}") << "read" << 0;
     QTest::newRow("empty file") << "" << QByteArray() << "descriptor" << 0;
     QTest::newRow("binary") << "" << QByteArray("\x00\xff\xfe{\x01", 5) << "descriptor" << 0;
-    QTest::newRow("cut short") << "" << file("1", "[{").left(60) << "descriptor" << 0;
     QTest::newRow("nested too deep") << "" << QByteArray(100000, '[') << "descriptor" << 0;
-    QTest::newRow("version 0") << "" << file("0", "[]") << "version" << 0;
     QTest::newRow("version huge") << "" << file("1e300", "[]") << "version" << 0;
     QTest::newRow("version fractional") << "" << file("1.5", "[]") << "version" << 0;
 }

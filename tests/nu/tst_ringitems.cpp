@@ -165,7 +165,6 @@ private slots:
         QTest::addColumn<QList<int>>("siblings");
         QTest::addColumn<int>("order");
         QTest::addColumn<int>("expected");
-        QTest::newRow("taken order goes last") << QList<int>{1} << 1 << 2;
         QTest::newRow("taken order after a gap") << QList<int>{1, 7, 3} << 3 << 8;
         QTest::newRow("free order below others kept") << QList<int>{4, 6} << 2 << 2;
         QTest::newRow("order 0 taken") << QList<int>{0} << 0 << 1;
@@ -220,23 +219,6 @@ private slots:
         const std::unique_ptr<PieChartItem> removed(chart.items[1]);
         QCOMPARE(chart.root->getTotal(), 5 + 3 * qint64(std::numeric_limits<int>::max()));
         QCOMPARE(removed->getTotal(), qint64(3));
-    }
-
-    void deferredLayoutKeepsTotalsOnly()
-    {
-        PieChartItem root;
-        root.setLayoutDeferred(true);
-        root.setCount(4);
-        auto owned = std::make_unique<PieChartItem>();
-        PieChartItem* child = owned.get();
-        child->setCount(6);
-        const double unplaced = child->getAngle();
-        root.addChild(owned.release());
-        QCOMPARE(root.getTotal(), qint64(10));
-        QCOMPARE(child->getAngle(), unplaced);
-        root.setLayoutDeferred(false);
-        root.setCount(5);
-        QCOMPARE(child->getAngle(), 360.0 * 6 / 11);
     }
 
     void textIgnoringTransformationsKeepsItsTurn()

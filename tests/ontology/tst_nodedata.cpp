@@ -14,7 +14,6 @@ private slots:
     {
         // Pairs inserted in this order; later values of a key replace earlier ones.
         QTest::addColumn<QStringList>("inserted");
-        QTest::newRow("counted taxon") << QStringList{"scientific name", "Homo sapiens", "count", "3", "accumCount", "7"};
         QTest::newRow("beyond the inline room")
             << QStringList{"name", "p  F", "count", "2500", "percentage", "0.25", "accumCount", "2500", "z", "", "a", "first"};
         QTest::newRow("replaced after spilling") << QStringList{"d", "1", "c", "2", "b", "3", "a", "4", "c", "5"};
