@@ -16,6 +16,7 @@
 
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 #include <QTimer>
@@ -243,8 +244,11 @@ int BuildCommand::checkCounted(const QString& input, const QString& output)
     } catch (const std::exception& e) {
         return fail(QStringLiteral("%1: %2").arg(output, QString::fromUtf8(e.what())));
     }
-    if (total.toLongLong() <= 0)
+    if (total.toLongLong() <= 0) {
+        // An empty chart is no result: a script testing for the file must not take it for one.
+        QFile::remove(output);
         return fail(QStringLiteral("no counted taxa in %1").arg(input));
+    }
     return Success;
 }
 

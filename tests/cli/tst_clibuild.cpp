@@ -89,16 +89,14 @@ private slots:
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QString>("urlPath");
         QTest::addColumn<QString>("message");
-        QTest::addColumn<bool>("outputWritten");
 
         const QString ncbi = QStringLiteral("/pub/taxonomy/taxdmp.zip");
         QTest::newRow("report as taxids")
             << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
-            << "does not look like a list of NCBI taxon ids" << false;
-        QTest::newRow("ids unknown to the taxonomy") << QByteArray("424242\n") << ncbi << "no counted taxa in"
-                                                     << true;
+            << "does not look like a list of NCBI taxon ids";
+        QTest::newRow("ids unknown to the taxonomy") << QByteArray("424242\n") << ncbi << "no counted taxa in";
         QTest::newRow("download not found") << QByteArray("562\n") << "/nothing.zip"
-                                            << "NCBI data couldn't be downloaded: " << false;
+                                            << "NCBI data couldn't be downloaded: ";
     }
 
     void refusals()
@@ -106,7 +104,6 @@ private slots:
         QFETCH(QByteArray, input);
         QFETCH(QString, urlPath);
         QFETCH(QString, message);
-        QFETCH(bool, outputWritten);
         const QString output = path(QStringLiteral("out.piechart"));
         const CliResult result = runCli({"build", "taxids", write(QStringLiteral("input.txt"), input), "-o", output,
                                          "--taxonomy", path(QStringLiteral("ncbi.ontology"))},
@@ -115,7 +112,7 @@ private slots:
         QVERIFY2(result.err.startsWith(QLatin1String("sorvik-cli build: ")) && result.err.contains(message),
                  qPrintable(result.err));
         QCOMPARE(result.err.count(QLatin1Char('\n')), 1);
-        QCOMPARE(QFileInfo::exists(output), outputWritten);
+        QVERIFY(!QFileInfo::exists(output));
         // Nothing is left in the temporary folder but the input.
         QStringList left = QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
         left.removeAll(QStringLiteral("input.txt"));
