@@ -462,9 +462,14 @@ std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, co
 
 PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent)
 {
+    return createInOneStep([&] { return makeItem(type, values, point, parent); });
+}
+
+PropertyItem::Id Scene::createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make)
+{
     closeDrag();
     undoManager.changeBegin();
-    const auto item = makeItem(type, values, point, parent);
+    const auto item = make();
     undoManager.changeEnd();
     if (!item)
         return 0;
@@ -510,24 +515,18 @@ PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* 
 
 PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* parent)
 {
-    closeDrag();
-    undoManager.changeBegin();
     Values values{{QStringLiteral("radius"), arcRadius}, {QStringLiteral("text"), QStringLiteral("new text")}};
     // On the canvas the text reads across the top of its circle, its middle where it was asked
     // for: the circle's centre lies below that point.
     if (!manager.findId(parent))
         values.emplace_back(QStringLiteral("rotation"), 90.0);
-    const auto item = makeItem(ArcText, values, point + QPointF(0, arcRadius), parent);
-    // On a slice (or on a bracket on one) the text starts as the slice's label.
-    if (item && item->getParentId())
-        item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
-    undoManager.changeEnd();
-    if (!item)
-        return 0;
-    emit signalSceneChanged();
-    notifyItemCreated(item->getId());
-    undoStateChanged();
-    return item->getId();
+    return createInOneStep([&] {
+        const auto item = makeItem(ArcText, values, point + QPointF(0, arcRadius), parent);
+        // On a slice (or on a bracket on one) the text starts as the slice's label.
+        if (item && item->getParentId())
+            item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
+        return item;
+    });
 }
 
 PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
@@ -570,22 +569,12 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
         first.emplace_back(QStringLiteral("ignoretransformations"), true);
         second.emplace_back(QStringLiteral("ignoretransformations"), true);
     }
-    closeDrag();
-    undoManager.changeBegin();
-    std::shared_ptr<PropertyItem> text;
-    if (const auto line = makeItem(Line, first, point, parent)) {
-        if (const auto elbow = makeItem(Line, second, point, manager.getGraphicsItem(line->getId()))) {
-            text = makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId()));
-        }
-    }
-    undoManager.changeEnd();
-    if (!text)
-        return 0;
-    emit signalSceneChanged();
     // The text is what the user goes on to edit.
-    notifyItemCreated(text->getId());
-    undoStateChanged();
-    return text->getId();
+    return createInOneStep([&]() -> std::shared_ptr<PropertyItem> {
+        const auto line = makeItem(Line, first, point, parent);
+        const auto elbow = line ? makeItem(Line, second, point, manager.getGraphicsItem(line->getId())) : nullptr;
+        return elbow ? makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId())) : nullptr;
+    });
 }
 
 PropertyItem::Id Scene::itemAddLine(const QPointF& point, QGraphicsItem* parent)

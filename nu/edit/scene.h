@@ -6,6 +6,7 @@
 
 #include <QGraphicsScene>
 
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -152,6 +153,8 @@ private:
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
                                            QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
+    // Runs make in one undo step; what it returns is selected and announced. 0 when it made nothing.
+    PropertyItem::Id createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make);
     void deleteHandlers();
     // What a text made on the item starts as: the label of the slice it hangs on, if any.
     static QString labelOf(QGraphicsItem* item);
