@@ -8,13 +8,18 @@ namespace edit {
 PieChartItem::PieChartItem(graphics::PieChartItem& item, Id id, Id parentId)
     : PropertyGraphicsItem(item, id, parentId)
 {
+    declareSliceProperties(*this, item);
+}
+
+void PieChartItem::declareSliceProperties(PropertySet& set, graphics::PieChartItem& item)
+{
     if (!item.getRadiusParentItem()) {
-        beginProperties()
+        set.beginProperties()
             .prop<PropertyGraphicsItemPosition>(PropertyInfo(QStringLiteral("position")), item)
             .prop<PropertyGraphicsItemRotation>(PropertyInfo(QStringLiteral("rotation")), item)
             .endProperties();
     }
-    beginProperties()
+    set.beginProperties()
         .prop<PropertyOrderedItemOrder>(PropertyInfo(QStringLiteral("order")), item,
                                         item.getOrderedParentItem() != nullptr)
         .prop<PropertyCountItemCount>(PropertyInfo(QStringLiteral("count")), item)

@@ -16,6 +16,10 @@ public:
     using ItemHandler = PieChartItemHandler;
 
     PieChartItem(graphics::PieChartItem& item, Id id, Id parentId);
+
+    // Declares what every slice offers, labelled or not, into set: position and rotation at the
+    // chart's centre only, then order, count, radius, border and fill.
+    static void declareSliceProperties(PropertySet& set, graphics::PieChartItem& item);
 };
 
 } // namespace edit

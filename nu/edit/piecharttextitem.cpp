@@ -1,6 +1,7 @@
 #include "nu/edit/piecharttextitem.h"
 
 #include "nu/edit/graphicsitemproperties.h"
+#include "nu/edit/piechartitem.h"
 
 namespace nu {
 namespace edit {
@@ -8,21 +9,8 @@ namespace edit {
 PieChartTextItem::PieChartTextItem(graphics::PieChartTextItem& item, Id id, Id parentId)
     : PropertyGraphicsItem(item, id, parentId)
 {
-    if (!item.getRadiusParentItem()) {
-        beginProperties()
-            .prop<PropertyGraphicsItemPosition>(PropertyInfo(QStringLiteral("position")), item)
-            .prop<PropertyGraphicsItemRotation>(PropertyInfo(QStringLiteral("rotation")), item)
-            .endProperties();
-    }
-    beginProperties()
-        .prop<PropertyOrderedItemOrder>(PropertyInfo(QStringLiteral("order")), item,
-                                        item.getOrderedParentItem() != nullptr)
-        .prop<PropertyCountItemCount>(PropertyInfo(QStringLiteral("count")), item)
-        .prop<PropertyRadiusOffsetFromParent>(PropertyInfo(QStringLiteral("radius")), item)
-        .prop<PropertyCustomTraceItemPen>(PropertyInfo(QStringLiteral("border")), item)
-        .prop<PropertyCustomShapeItemBrush>(PropertyInfo(QStringLiteral("fill")), item)
-        .prop<Text>(PropertyInfo(QStringLiteral("text")), item)
-        .endProperties();
+    PieChartItem::declareSliceProperties(*this, item);
+    beginProperties().prop<Text>(PropertyInfo(QStringLiteral("text")), item).endProperties();
 }
 
 PieChartTextItem::Text::Text(const PropertyInfo& info, graphics::PieChartTextItem& item)
