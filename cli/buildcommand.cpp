@@ -6,8 +6,9 @@
 #include "cli/interruption.h"
 #include "cli/progressbar.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
-#include "ontology/reader.h"
+#include "ontology/rootreader.h"
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
@@ -40,17 +41,6 @@ bool needsTaxonomy(const QString& format)
     return format == QLatin1String("taxids") || format == QLatin1String("taxid-counts")
         || format == QLatin1String("mgtaxa");
 }
-
-// Reads the root row only.
-class RootReader : public Zem::Ontology::Reader
-{
-public:
-    using Reader::Reader;
-
-    Node readRoot() { return readNode(); }
-    void openNode(const QString&, const QVariantMap&, const Position&) override {}
-    void closeNode(const QString&, const QVariantMap&) override {}
-};
 
 } // namespace
 
@@ -237,10 +227,7 @@ int BuildCommand::checkCounted(const QString& input, const QString& output)
     QString total;
     try {
         const Zem::Ontology::Ontology ontology(output);
-        if (ontology.getNodeNumber() > 0) {
-            RootReader reader(ontology);
-            total = reader.readRoot().data.value(QStringLiteral("accumCount")).toString();
-        }
+        total = Zem::Ontology::RootReader::read(ontology).data.value(Zem::Ontology::NodeKey::accumCount).toString();
     } catch (const std::exception& e) {
         return fail(QStringLiteral("%1: %2").arg(output, QString::fromUtf8(e.what())));
     }

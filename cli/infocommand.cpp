@@ -1,27 +1,13 @@
 #include "cli/infocommand.h"
 
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
-#include "ontology/reader.h"
+#include "ontology/rootreader.h"
 
 #include <QTextStream>
 
 namespace Sorvik {
 namespace Cli {
-
-namespace {
-
-// Reads only the first row of the file: the root.
-class RootReader : public Zem::Ontology::Reader
-{
-public:
-    using Reader::Reader;
-
-    Node readRoot() { return readNode(); }
-    void openNode(const QString&, const QVariantMap&, const Position&) override {}
-    void closeNode(const QString&, const QVariantMap&) override {}
-};
-
-} // namespace
 
 QString InfoCommand::getName() const
 {
@@ -47,14 +33,9 @@ int InfoCommand::execute(const QCommandLineParser& parser)
 
     try {
         const Zem::Ontology::Ontology ontology(file);
-        QString root;
-        QString total;
-        if (ontology.getNodeNumber() > 0) {
-            RootReader reader(ontology);
-            const auto node = reader.readRoot();
-            root = node.id;
-            total = node.data.value(QStringLiteral("accumCount")).toString();
-        }
+        const auto node = Zem::Ontology::RootReader::read(ontology);
+        const QString& root = node.id;
+        const QString total = node.data.value(Zem::Ontology::NodeKey::accumCount).toString();
         out << "nodes: " << ontology.getNodeNumber() << '\n'
             << "counted: " << (ontology.isCounted() ? "true" : "false") << '\n'
             << "root: " << root << '\n'

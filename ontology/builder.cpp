@@ -2,6 +2,7 @@
 
 #include "nu/compactjson.h"
 #include "nu/database.h"
+#include "ontology/nodekeys.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,9 +21,6 @@ namespace Zem {
 namespace Ontology {
 
 namespace {
-
-const QString countKey = QStringLiteral("count");
-const QString accumCountKey = QStringLiteral("accumCount");
 
 enum Mark : unsigned char { Unvisited = 0, InProgress = 1, Done = 2 };
 
@@ -285,7 +283,7 @@ void Builder::notifyBuildingStart()
 {
     int total = nodeNumber;
     if (counted) {
-        const QString* text = root->data.find(accumCountKey);
+        const QString* text = root->data.find(NodeKey::accumCount);
         const qint64 accum = text ? text->toLongLong() : 0;
         total = static_cast<int>(std::clamp<qint64>(accum, INT_MIN, INT_MAX));
     }
@@ -372,7 +370,7 @@ qint64 Builder::Counter::count(Node* top)
         if (frame.next < node->children.size()) {
             Node* child = node->children[frame.next];
             if (child->state == Done) {
-                const QString* accum = child->data.find(accumCountKey);
+                const QString* accum = child->data.find(NodeKey::accumCount);
                 childDone(frame, accum ? accum->toLongLong() : 0);
             } else if (child->state == InProgress) {
                 throw CycleException();
@@ -384,12 +382,12 @@ qint64 Builder::Counter::count(Node* top)
 
         node->children.resize(frame.kept);
         qint64 sum = frame.sum;
-        const QString* own = node->data.find(countKey);
+        const QString* own = node->data.find(NodeKey::count);
         if (own)
             sum += own->toLongLong();
         else
-            node->data.insert(countKey, numberText(0));
-        node->data.insert(accumCountKey, numberText(sum));
+            node->data.insert(NodeKey::count, numberText(0));
+        node->data.insert(NodeKey::accumCount, numberText(sum));
         node->state = Done;
         stack.pop_back();
 

@@ -1,5 +1,7 @@
 #include "ontology/pathids.h"
 
+#include "ontology/nodekeys.h"
+
 #include <QHash>
 
 #include <limits>
@@ -10,8 +12,6 @@ namespace Ontology {
 namespace {
 
 const QString rootId = QStringLiteral("root");
-const QString nameKey = QStringLiteral("name");
-const QString countKey = QStringLiteral("count");
 
 } // namespace
 
@@ -59,7 +59,7 @@ int PathIds::child(int parent, QStringView name)
     Builder::Node* made = builder.getNode(getId(index));
     builder.addChild(nodes[size_t(parent)].node, made);
     const QString text = name.toString();
-    made->data.insert(nameKey, text);
+    made->data.insert(NodeKey::name, text);
     nodes.push_back({made, text, parent, false, 0});
     if (nodes.size() * 2 > table.size()) {
         growTable();
@@ -91,7 +91,7 @@ void PathIds::writeCounts()
 {
     for (const PathNode& path : nodes) {
         if (path.counted)
-            path.node->data.insert(countKey, QString::number(path.count));
+            path.node->data.insert(NodeKey::count, QString::number(path.count));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "nu/frequenciesloader.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -36,12 +37,11 @@ void SourceFrequencies::read(BuilderSource& builder)
     loader.load();
     skipped = loader.getSkipped();
 
-    const QString countKey = QStringLiteral("count");
     int step = 0;
     const auto& tallies = frequencies.getTallies();
     for (auto it = tallies.constBegin(); it != tallies.constEnd(); ++it) {
         builder.checkCancelled(++step);
-        builder.addData(it.key(), countKey, QString::number(it.value()));
+        builder.addData(it.key(), NodeKey::count, QString::number(it.value()));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "nu/frequencies.h"
 #include "nu/parser/bcp.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -40,11 +41,10 @@ void SourceMgtaxaText::read(BuilderSource& builder)
         }
     }
 
-    const QString countKey = QStringLiteral("count");
     const auto& tallies = frequencies.getTallies();
     for (auto it = tallies.constBegin(); it != tallies.constEnd(); ++it) {
         builder.checkCancelled(++row);
-        builder.addData(it.key(), countKey, QString::number(it.value()));
+        builder.addData(it.key(), NodeKey::count, QString::number(it.value()));
     }
 }
 

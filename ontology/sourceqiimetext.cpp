@@ -2,6 +2,7 @@
 
 #include "nu/parser/bcp.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/pathids.h"
 
 #include <QFile>
@@ -92,7 +93,6 @@ void SourceQiimeText::read(BuilderSource& builder)
     readHeader(rows);
 
     const QString other = QStringLiteral("Other");
-    const QString percentageKey = QStringLiteral("percentage");
     // The value text of each path, or the sum of its values when a path recurs.
     QHash<int, QPair<QString, double>> percentages;
     int line = 0;
@@ -127,7 +127,7 @@ void SourceQiimeText::read(BuilderSource& builder)
     }
     paths.writeCounts();
     for (auto it = percentages.constBegin(); it != percentages.constEnd(); ++it)
-        builder.addData(paths.getId(it.key()), percentageKey, it.value().first);
+        builder.addData(paths.getId(it.key()), NodeKey::percentage, it.value().first);
 }
 
 } // namespace Ontology

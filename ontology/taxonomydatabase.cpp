@@ -1,5 +1,6 @@
 #include "ontology/taxonomydatabase.h"
 
+#include "ontology/nodekeys.h"
 #include "ontology/sourcebcp.h"
 
 #include <QTemporaryDir>
@@ -109,7 +110,7 @@ std::vector<std::unique_ptr<Ontology::Source>> TaxonomyDatabase::getSources() co
     };
     std::vector<std::unique_ptr<Ontology::Source>> sources;
     sources.push_back(makeSource(nodesFileName, Ontology::SourceBcp::parentKey));
-    auto names = makeSource(namesFileName, QStringLiteral("scientific name"));
+    auto names = makeSource(namesFileName, Ontology::NodeKey::scientificName);
     names->rowFilter.setPattern(QStringLiteral("^([^\t]*\t\\|\t){3}scientific name"));
     sources.push_back(std::move(names));
     return sources;

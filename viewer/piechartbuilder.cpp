@@ -2,6 +2,7 @@
 
 #include "nu/graphics/painttreecolors.h"
 #include "nu/maxlevels.h"
+#include "ontology/nodekeys.h"
 #include "viewer/piechartitem.h"
 
 #include <limits>
@@ -11,12 +12,10 @@ namespace Viewer {
 
 namespace {
 
-const QString accumCountKey = QStringLiteral("accumCount");
-
 qint64 accumCount(const QVariantMap& data)
 {
     bool ok = false;
-    const qint64 count = data.value(accumCountKey).toString().toLongLong(&ok);
+    const qint64 count = data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong(&ok);
     return ok && count > 0 ? count : 0;
 }
 
@@ -85,9 +84,9 @@ PieChartItem* PieChartBuilder::getItem() const
 
 QString PieChartBuilder::getName(const QString& id, const QVariantMap& data)
 {
-    QString name = data.value(QStringLiteral("scientific name")).toString();
+    QString name = data.value(Zem::Ontology::NodeKey::scientificName).toString();
     if (name.isEmpty())
-        name = data.value(QStringLiteral("name")).toString();
+        name = data.value(Zem::Ontology::NodeKey::name).toString();
     return name.isEmpty() ? id : name;
 }
 
