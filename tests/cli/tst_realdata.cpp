@@ -1,4 +1,4 @@
-#include "clirunner.h"
+#include "tests/support/clirunner.h"
 #include "ontology/ontology.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/taxdump.h"

@@ -1,6 +1,6 @@
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
-#include "sqlfile.h"
+#include "tests/support/sqlfile.h"
 #include "tests/support/eventrecorder.h"
 #include "tests/support/treeliteral.h"
 

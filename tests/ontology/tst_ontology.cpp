@@ -1,5 +1,5 @@
 #include "ontology/ontology.h"
-#include "sqlfile.h"
+#include "tests/support/sqlfile.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

@@ -1,7 +1,7 @@
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
 #include "ontology/reader.h"
-#include "sqlfile.h"
+#include "tests/support/sqlfile.h"
 #include "tests/support/eventrecorder.h"
 #include "tests/support/treeliteral.h"
 

@@ -1,4 +1,4 @@
-#include "tests/viewer/charts.h"
+#include "tests/support/charts.h"
 #include "viewer/browser.h"
 #include "viewer/browsermodel.h"
 #include "viewer/piechartitem.h"

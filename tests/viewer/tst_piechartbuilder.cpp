@@ -1,6 +1,6 @@
-#include "tests/ontology/sqlfile.h"
+#include "tests/support/sqlfile.h"
 #include "tests/support/treeliteral.h"
-#include "tests/viewer/charts.h"
+#include "tests/support/charts.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 

@@ -1,4 +1,4 @@
-#include "tests/viewer/charts.h"
+#include "tests/support/charts.h"
 #include "viewer/piechartitem.h"
 #include "viewer/scene.h"
 #include "viewer/view.h"

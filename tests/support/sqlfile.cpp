@@ -1,4 +1,4 @@
-#include "sqlfile.h"
+#include "tests/support/sqlfile.h"
 
 #include "nu/database.h"
 

@@ -1,4 +1,4 @@
-#include "clirunner.h"
+#include "tests/support/clirunner.h"
 
 #include <QProcess>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "tests/viewer/charts.h"
+#include "tests/support/charts.h"
 
 #include "ontology/ontology.h"
 #include "tests/support/treeliteral.h"
