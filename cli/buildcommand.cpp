@@ -2,17 +2,14 @@
 
 #include "viewer/settings.h"
 
-#include "cli/inputcheck.h"
 #include "cli/interruption.h"
 #include "cli/progressbar.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputformat.h"
+#include "ontology/inputsample.h"
 #include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/rootreader.h"
-#include "ontology/sourcefrequencies.h"
-#include "ontology/sourcekronatext.h"
-#include "ontology/sourcemgtaxatext.h"
-#include "ontology/sourceqiimetext.h"
 #include "viewer/buildncbipiechartasynctask.h"
 
 #include <QDir>
@@ -27,22 +24,7 @@
 namespace Sorvik {
 namespace Cli {
 
-namespace {
-
-const QStringList formats{QStringLiteral("taxids"), QStringLiteral("taxid-counts"), QStringLiteral("mgtaxa"),
-                          QStringLiteral("krona"), QStringLiteral("qiime")};
-
-constexpr double qiimeMultiplier = 10000.0;
-// The download gives up when no data arrives for this long.
-constexpr int downloadStallTimeout = 120000;
-
-bool needsTaxonomy(const QString& format)
-{
-    return format == QLatin1String("taxids") || format == QLatin1String("taxid-counts")
-        || format == QLatin1String("mgtaxa");
-}
-
-} // namespace
+using Zem::Ontology::InputFormat;
 
 QString BuildCommand::getName() const
 {
@@ -57,24 +39,27 @@ QString BuildCommand::getSummary() const
 QString BuildCommand::getDefaultTaxonomyFile()
 {
     // The viewer's own cache in its data folder, so both share one download.
-    return App::Settings().getPathDir().absoluteFilePath(QStringLiteral("ncbi.ontology"));
+    return App::Settings().getTaxonomyFile();
 }
 
 void BuildCommand::setUp(QCommandLineParser& parser)
 {
-    parser.addPositionalArgument(QStringLiteral("FORMAT"),
-                                 QStringLiteral("taxids (one id per line), taxid-counts (id and count per line), "
-                                                "mgtaxa, krona or qiime."));
+    QStringList formats;
+    for (const InputFormat& format : InputFormat::all())
+        formats << QStringLiteral("%1 (%2)").arg(format.word, format.description);
+    parser.addPositionalArgument(QStringLiteral("FORMAT"), formats.join(QStringLiteral(", ")) + QLatin1Char('.'));
     parser.addPositionalArgument(QStringLiteral("INPUT"), QStringLiteral("The input file."));
     parser.addOption({{QStringLiteral("o"), QStringLiteral("output")}, QStringLiteral("The chart file to write."),
                       QStringLiteral("OUT")});
     parser.addOption({{QStringLiteral("t"), QStringLiteral("taxonomy")},
-                      QStringLiteral("The NCBI taxonomy cache for taxids, taxid-counts and mgtaxa; downloaded and "
-                                     "imported when missing (default: the viewer's, %1).")
-                          .arg(getDefaultTaxonomyFile()),
+                      QStringLiteral("The NCBI taxonomy cache for %1; downloaded and imported when missing "
+                                     "(default: the viewer's, %2).")
+                          .arg(InputFormat::listWords([](const InputFormat& f) { return f.needsTaxonomy; }),
+                               getDefaultTaxonomyFile()),
                       QStringLiteral("FILE")});
     parser.addOption({{QStringLiteral("c"), QStringLiteral("column")},
-                      QStringLiteral("The QIIME value column, 0 for the first sample column (default 0)."),
+                      QStringLiteral("The value column of %1, 0 for the first sample column (default 0).")
+                          .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })),
                       QStringLiteral("N"), QStringLiteral("0")});
     parser.addOption({{QStringLiteral("q"), QStringLiteral("quiet")}, QStringLiteral("Shows no progress.")});
 }
@@ -86,20 +71,27 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return usage(arguments.isEmpty() ? QStringLiteral("missing FORMAT and INPUT") : QStringLiteral("missing INPUT"));
     if (arguments.size() > 2)
         return usage(QStringLiteral("too many arguments"));
-    const QString format = arguments.at(0);
+    const InputFormat* format = InputFormat::find(arguments.at(0));
     const QString input = arguments.at(1);
-    if (!formats.contains(format))
-        return usage(QStringLiteral("unknown format '%1' (use %2)").arg(format, formats.join(QStringLiteral(", "))));
+    if (!format) {
+        return usage(QStringLiteral("unknown format '%1' (use %2)")
+                         .arg(arguments.at(0), InputFormat::getWords().join(QStringLiteral(", "))));
+    }
     const QString output = parser.value(QStringLiteral("output"));
     if (output.isEmpty())
         return usage(QStringLiteral("missing -o OUT"));
-    if (parser.isSet(QStringLiteral("taxonomy")) && !needsTaxonomy(format))
-        return usage(QStringLiteral("--taxonomy applies to taxids, taxid-counts and mgtaxa only"));
-    if (parser.isSet(QStringLiteral("column")) && format != QLatin1String("qiime"))
-        return usage(QStringLiteral("--column applies to qiime only"));
+    if (parser.isSet(QStringLiteral("taxonomy")) && !format->needsTaxonomy) {
+        return usage(QStringLiteral("--taxonomy applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return f.needsTaxonomy; })));
+    }
+    if (parser.isSet(QStringLiteral("column")) && !format->readColumns) {
+        return usage(QStringLiteral("--column applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })));
+    }
+    InputFormat::Options options;
     bool columnOk = false;
-    const int column = parser.value(QStringLiteral("column")).toInt(&columnOk);
-    if (!columnOk || column < 0)
+    options.column = parser.value(QStringLiteral("column")).toInt(&columnOk);
+    if (!columnOk || options.column < 0)
         return usage(QStringLiteral("--column needs a number from 0"));
 
     // Pipes are welcome too (process substitution, /dev/stdin); folders are not.
@@ -108,27 +100,52 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return fail(QStringLiteral("cannot read %1").arg(input));
     if (QFileInfo(output).absoluteFilePath() == inputInfo.absoluteFilePath())
         return usage(QStringLiteral("OUT must not be INPUT"));
+    const QString taxonomy = parser.isSet(QStringLiteral("taxonomy")) ? parser.value(QStringLiteral("taxonomy"))
+                                                                      : getDefaultTaxonomyFile();
+    if (format->needsTaxonomy && QFileInfo(taxonomy).absoluteFilePath() == QFileInfo(output).absoluteFilePath())
+        return usage(QStringLiteral("OUT must not be the taxonomy file"));
+    // A pipe can be read only once: it goes to the source unchecked.
+    if (inputInfo.isFile()) {
+        const int problem = checkInput(*format, input, options);
+        if (problem != Success)
+            return problem;
+    }
 
     ProgressBar bar(err, !parser.isSet(QStringLiteral("quiet")) && ::isatty(STDERR_FILENO));
-    if (needsTaxonomy(format)) {
-        const QString taxonomy = parser.isSet(QStringLiteral("taxonomy")) ? parser.value(QStringLiteral("taxonomy"))
-                                                                          : getDefaultTaxonomyFile();
-        if (QFileInfo(taxonomy).absoluteFilePath() == QFileInfo(output).absoluteFilePath())
-            return usage(QStringLiteral("OUT must not be the taxonomy file"));
-        return buildWithTask(format, input, output, taxonomy, bar);
-    }
-    return buildPaths(format, input, output, column, bar);
+    auto source = format->makeSource(input, options);
+    if (format->needsTaxonomy)
+        return buildWithTask(std::move(source), input, output, taxonomy, bar);
+    return buildPaths(std::move(source), input, output, bar);
 }
 
-int BuildCommand::buildWithTask(const QString& format, const QString& input, const QString& output,
-                                const QString& taxonomy, ProgressBar& bar)
+int BuildCommand::checkInput(const InputFormat& format, const QString& input, const InputFormat::Options& options)
 {
-    // A pipe can be read only once: it goes to the task unchecked.
-    if (QFileInfo(input).isFile()) {
-        const QString problem = checkTaxonIdInput(input, format);
+    if (format.check) {
+        const Zem::Ontology::InputSample sample(input);
+        if (!sample.isReadable())
+            return fail(QStringLiteral("cannot read %1").arg(input));
+        const QString problem = format.check(sample.getLines());
         if (!problem.isEmpty())
-            return fail(problem);
+            return fail(QStringLiteral("%1 does not look like %2: %3").arg(input, format.description, problem));
     }
+    if (format.readColumns) {
+        const QStringList columns = format.readColumns(input);
+        if (columns.isEmpty())
+            return fail(QStringLiteral("%1 has no %2 header with value columns").arg(input, format.name));
+        if (options.column >= columns.size())
+            return usage(QStringLiteral("column %1 is out of range: %2 has %3 value columns (%4)")
+                             .arg(options.column)
+                             .arg(input)
+                             .arg(columns.size())
+                             .arg(columns.mid(0, 10).join(QStringLiteral(", "))
+                                  + (columns.size() > 10 ? QStringLiteral(", ...") : QString())));
+    }
+    return Success;
+}
+
+int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
+                                const QString& output, const QString& taxonomy, ProgressBar& bar)
+{
     // A chart given as the taxonomy would add its counts to the input's, and a rebuild would
     // overwrite it.
     if (QFileInfo(taxonomy).isFile()) {
@@ -144,11 +161,7 @@ int BuildCommand::buildWithTask(const QString& format, const QString& input, con
     auto task = std::make_unique<Viewer::BuildNcbiPiechartAsyncTask>();
     task->setNcbiOntologyFile(taxonomy);
     task->setTargetFile(output);
-    task->setDownloadStallTimeout(downloadStallTimeout);
-    if (format == QLatin1String("mgtaxa"))
-        task->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(input));
-    else
-        task->setSource(std::make_unique<Zem::Ontology::SourceFrequencies>(input, format == QLatin1String("taxids") ? 1 : 2));
+    task->setSource(std::move(source));
     bar.follow(*task);
 
     QEventLoop loop;
@@ -167,9 +180,7 @@ int BuildCommand::buildWithTask(const QString& format, const QString& input, con
     const int state = task->getState();
     if (state == nu::AsyncTask::Cancelled) {
         task.reset(); // removes what the run left half-made
-        err << "sorvik-cli " << getName() << ": interrupted\n";
-        err.flush();
-        return Interrupted;
+        return interrupted();
     }
     if (state == nu::AsyncTask::Failed) {
         const QString detail = task->getErrorDetail();
@@ -181,29 +192,13 @@ int BuildCommand::buildWithTask(const QString& format, const QString& input, con
     return checkCounted(input, output);
 }
 
-int BuildCommand::buildPaths(const QString& format, const QString& input, const QString& output, int column,
-                             ProgressBar& bar)
+int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
+                             const QString& output, ProgressBar& bar)
 {
-    if (format == QLatin1String("qiime") && QFileInfo(input).isFile()) {
-        const QStringList columns = Zem::Ontology::SourceQiimeText::readColumnNames(input);
-        if (columns.isEmpty())
-            return fail(QStringLiteral("%1 has no QIIME header with value columns").arg(input));
-        if (column >= columns.size())
-            return usage(QStringLiteral("column %1 is out of range: %2 has %3 value columns (%4)")
-                             .arg(column)
-                             .arg(input)
-                             .arg(columns.size())
-                             .arg(columns.mid(0, 10).join(QStringLiteral(", "))
-                                  + (columns.size() > 10 ? QStringLiteral(", ...") : QString())));
-    }
-
     Interruption interruption;
     try {
         Zem::Ontology::BuilderSource builder(output);
-        if (format == QLatin1String("krona"))
-            builder.addSource(std::make_unique<Zem::Ontology::SourceKronaText>(input));
-        else
-            builder.addSource(std::make_unique<Zem::Ontology::SourceQiimeText>(input, column, qiimeMultiplier));
+        builder.addSource(std::move(source));
         builder.setCancelCheck(&Interruption::isRequested);
         bar.follow(builder, QStringLiteral("Building piechart..."), 3);
         builder.load();
@@ -212,9 +207,7 @@ int BuildCommand::buildPaths(const QString& format, const QString& input, const 
         bar.finish();
     } catch (const Zem::Ontology::Builder::CancelledException&) {
         bar.finish();
-        err << "sorvik-cli " << getName() << ": interrupted\n";
-        err.flush();
-        return Interrupted;
+        return interrupted();
     } catch (const std::exception& e) {
         bar.finish();
         return fail(QStringLiteral("Piechart couldn't be generated: %1").arg(QString::fromUtf8(e.what())));

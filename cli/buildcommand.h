@@ -1,16 +1,25 @@
 #pragma once
 
 #include "cli/command.h"
+#include "ontology/inputformat.h"
+
+#include <memory>
+
+namespace Zem {
+namespace Ontology {
+class Source;
+}
+} // namespace Zem
 
 namespace Sorvik {
 namespace Cli {
 
 class ProgressBar;
 
-// sorvik-cli build FORMAT INPUT -o OUT: a counted chart file from an input file, made by the
-// same steps as the viewer's: the build task for taxon ids and MG-Taxa files (with the NCBI
-// taxonomy cache, downloaded and imported when missing), the synchronous builder for Krona and
-// QIIME files.
+// sorvik-cli build FORMAT INPUT -o OUT: a counted chart file from an input file of any format
+// of the format table, made by the same steps as the viewer's: the build task for formats placed
+// in the NCBI taxonomy (with its cache, downloaded and imported when missing), the synchronous
+// builder for the others.
 class BuildCommand : public Command
 {
 public:
@@ -27,9 +36,13 @@ protected:
     int execute(const QCommandLineParser& parser) override;
 
 private:
-    int buildWithTask(const QString& format, const QString& input, const QString& output, const QString& taxonomy,
-                      ProgressBar& bar);
-    int buildPaths(const QString& format, const QString& input, const QString& output, int column, ProgressBar& bar);
+    // Success, or a refusal when the input does not read as the format or lacks the column.
+    int checkInput(const Zem::Ontology::InputFormat& format, const QString& input,
+                   const Zem::Ontology::InputFormat::Options& options);
+    int buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& input, const QString& output,
+                      const QString& taxonomy, ProgressBar& bar);
+    int buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input, const QString& output,
+                   ProgressBar& bar);
     // Success, or a failure when the chart counts nothing.
     int checkCounted(const QString& input, const QString& output);
 };

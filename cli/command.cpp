@@ -41,6 +41,13 @@ int Command::usage(const QString& message)
     return UsageError;
 }
 
+int Command::interrupted()
+{
+    err << "sorvik-cli " << getName() << ": interrupted\n";
+    err.flush();
+    return Interrupted;
+}
+
 int Command::fail(const QString& message)
 {
     err << "sorvik-cli " << getName() << ": " << message << '\n';

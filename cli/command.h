@@ -34,6 +34,8 @@ protected:
 
     int usage(const QString& message);
     int fail(const QString& message);
+    // Says that Ctrl-C stopped the command.
+    int interrupted();
 
     QTextStream& out;
     QTextStream& err;

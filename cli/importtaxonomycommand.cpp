@@ -72,13 +72,11 @@ int ImportTaxonomyCommand::execute(const QCommandLineParser& parser)
         }
     } catch (const Zem::Ontology::Builder::CancelledException&) {
         bar.finish();
-        err << "sorvik-cli " << getName() << ": interrupted\n";
-        err.flush();
-        return Interrupted;
+        return interrupted();
     } catch (const std::exception& e) {
         bar.finish();
         if (Interruption::isRequested())
-            return Interrupted;
+            return interrupted();
         return fail(QStringLiteral("Pie chart couldn't be generated: %1").arg(QString::fromUtf8(e.what())));
     }
     return Success;

@@ -1,9 +1,11 @@
 #include "cli/rendercommand.h"
 
+#include "nu/graphics/sceneimage.h"
 #include "ontology/ontology.h"
 #include "viewer/chartimage.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
+#include "viewer/settings.h"
 
 #include <QTextStream>
 
@@ -20,8 +22,8 @@ const QString percentOption = QStringLiteral("min-percent");
 const QString sizeOption = QStringLiteral("size");
 
 // The viewer's limits when a chart is first shown.
-const int defaultLevels = 5;
-const QString defaultPercent = QStringLiteral("0.5");
+const int defaultLevels = App::Settings::firstViewMaxLevels;
+const QString defaultPercent = QString::number(App::Settings::firstViewMinPercentage);
 
 } // namespace
 
@@ -64,8 +66,8 @@ int RenderCommand::execute(const QCommandLineParser& parser)
     if (output.isEmpty())
         return usage(QStringLiteral("missing -o OUT"));
     try {
-        Viewer::ChartImage::formatOf(output);
-    } catch (const Viewer::ChartImage::UnknownFormatException&) {
+        nu::graphics::SceneImage::formatOf(output);
+    } catch (const nu::graphics::SceneImage::UnknownFormatException&) {
         return usage(QStringLiteral("OUT must end in .png or .svg: %1").arg(output));
     }
 

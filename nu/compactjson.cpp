@@ -170,14 +170,6 @@ QByteArray toCompactJson(const QVariantMap& map)
     return viaQt(map);
 }
 
-QString toCompactJsonString(const QVariantMap& map)
-{
-    QString text;
-    if (writeFlatAscii<QString, ushort>(map, text))
-        return text;
-    return QString::fromUtf8(viaQt(map));
-}
-
 QString toCompactJsonText(const std::pair<QString, QString>* entries, int count)
 {
     // Plain ASCII (nearly every node) is written straight into the string.

@@ -11,8 +11,6 @@ namespace nu {
 // Maps of plain ASCII strings (nearly every ontology node) take a fast path that skips building
 // a QJsonObject; anything else goes through Qt.
 QByteArray toCompactJson(const QVariantMap& map);
-// The same text as a QString (saves a UTF-8 round trip where a QString is wanted).
-QString toCompactJsonString(const QVariantMap& map);
 
 // The same text, as a string, for count (key, value) pairs of texts sorted by key with no key
 // twice: the form in which ontology builders keep their nodes' values.

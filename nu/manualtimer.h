@@ -14,7 +14,6 @@ public:
     void restart(int d);
     bool isTime(int n);
     int elapsed() const;
-    int getDelta() const { return delta; }
 
 private:
     int delta = 1;

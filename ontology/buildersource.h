@@ -19,7 +19,6 @@ public:
     ~BuilderSource() override;
 
     void addSource(std::unique_ptr<Source> source);
-    int getSourceNumber() const { return static_cast<int>(sources.size()); }
     void load();
 
     // Sources announce the size of what they read (bytes, nodes), then their position in it.

@@ -82,11 +82,6 @@ void PathIds::addCount(int node, qint64 count)
     path.counted = true;
 }
 
-bool PathIds::hasCount(int node) const
-{
-    return nodes[size_t(node)].counted;
-}
-
 void PathIds::writeCounts()
 {
     for (const PathNode& path : nodes) {

@@ -29,7 +29,6 @@ public:
     int size() const { return static_cast<int>(nodes.size()); }
 
     void addCount(int node, qint64 count);
-    bool hasCount(int node) const;
     // Gives every node that received a count its sum as the value "count".
     void writeCounts();
 

@@ -16,7 +16,6 @@ public:
     QString getDescription() const override;
     void read(BuilderSource& builder) override;
 
-    const nu::Frequencies& getFrequencies() const { return frequencies; }
     // Entries of the file that could not be read as an id (and a count).
     qint64 getSkipped() const { return skipped; }
 

@@ -31,7 +31,6 @@ public:
     // Shows only the slices whose name holds the text (any case), with their ancestors.
     void setFilterText(const QString& text);
     QTreeView* getTreeView() const { return tree; }
-    QLineEdit* getFilterEdit() const { return filter; }
 
 public slots:
     // Selects the slice with this id; empty, unknown or filtered out clears the selection. Sends

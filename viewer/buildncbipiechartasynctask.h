@@ -40,6 +40,8 @@ public:
     };
 
     static const char* const defaultDownloadAddress;
+    // Milliseconds without data after which a download gives up, unless set otherwise.
+    static constexpr int defaultDownloadStallTimeout = 120000;
     // SORVIK_TAXDUMP_URL when set (a mirror, or a test server), else NCBI's own server.
     static QUrl getDefaultDownloadUrl();
 
@@ -54,7 +56,6 @@ public:
     void setSource(std::unique_ptr<Zem::Ontology::Source> input);
     void setWriterCommitSize(int size);
     void setDownloadUrl(const QUrl& url);
-    QUrl getDownloadUrl() const { return downloadUrl; }
     // Milliseconds without data after which the download fails; 0 waits for ever.
     void setDownloadStallTimeout(int milliseconds);
 
@@ -98,7 +99,7 @@ private:
     std::unique_ptr<nu::FileDownloader> downloader;
     mutable QMutex downloaderMutex;
     QUrl downloadUrl;
-    int stallTimeout = 0;
+    int stallTimeout = defaultDownloadStallTimeout;
     std::atomic<bool> downloaded{false};
     // File positions beyond the range of an int are shown scaled down by this many bits.
     int positionShift = 0;

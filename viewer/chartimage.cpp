@@ -3,7 +3,6 @@
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/sceneimage.h"
 
-#include <QFileInfo>
 #include <QGraphicsScene>
 
 #include <algorithm>
@@ -45,16 +44,6 @@ private:
 
 } // namespace
 
-const char* ChartImage::UnknownFormatException::what() const noexcept
-{
-    return "the image file name must end in .png or .svg";
-}
-
-const char* ChartImage::WriteException::what() const noexcept
-{
-    return "the image file could not be written";
-}
-
 ChartImage::ChartImage(QGraphicsItem& c)
     : chart(c)
 {
@@ -63,16 +52,6 @@ ChartImage::ChartImage(QGraphicsItem& c)
 void ChartImage::setSize(int pixels)
 {
     size = std::clamp(pixels, 1, maximumSize);
-}
-
-ChartImage::Format ChartImage::formatOf(const QString& fileName)
-{
-    const QString suffix = QFileInfo(fileName).suffix().toLower();
-    if (suffix == QLatin1String("png"))
-        return Format::Png;
-    if (suffix == QLatin1String("svg"))
-        return Format::Svg;
-    throw UnknownFormatException();
 }
 
 QRectF ChartImage::getSourceRect() const
@@ -116,13 +95,8 @@ QByteArray ChartImage::toSvg() const
 
 void ChartImage::save(const QString& fileName) const
 {
-    const auto format =
-        formatOf(fileName) == Format::Svg ? nu::graphics::SceneImage::Format::Svg : nu::graphics::SceneImage::Format::Png;
-    try {
-        draw([&](const nu::graphics::SceneImage& image) { image.save(fileName, format); });
-    } catch (const nu::graphics::SceneImage::WriteException&) {
-        throw WriteException();
-    }
+    const auto format = nu::graphics::SceneImage::formatOf(fileName);
+    draw([&](const nu::graphics::SceneImage& image) { image.save(fileName, format); });
 }
 
 } // namespace Viewer

@@ -5,7 +5,6 @@
 #include <QRectF>
 #include <QString>
 
-#include <exception>
 #include <functional>
 
 class QGraphicsItem;
@@ -26,19 +25,6 @@ namespace Viewer {
 class ChartImage
 {
 public:
-    enum class Format { Png, Svg };
-
-    class UnknownFormatException : public std::exception
-    {
-    public:
-        const char* what() const noexcept override;
-    };
-    class WriteException : public std::exception
-    {
-    public:
-        const char* what() const noexcept override;
-    };
-
     static constexpr int defaultSize = 1000;
     static constexpr int maximumSize = 10000;
 
@@ -48,14 +34,10 @@ public:
     void setSize(int pixels);
     int getSize() const { return size; }
 
-    // The format a file name asks for by its extension (.png, .svg, any case); throws
-    // UnknownFormatException for any other.
-    static Format formatOf(const QString& fileName);
-
     QImage toImage() const;
     QByteArray toSvg() const;
-    // Writes the file completely or leaves it as it was; throws UnknownFormatException or
-    // WriteException.
+    // Writes the file, in the format its extension asks for, completely or leaves it as it was;
+    // throws nu::graphics::SceneImage::UnknownFormatException or WriteException.
     void save(const QString& fileName) const;
 
 private:

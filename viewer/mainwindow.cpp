@@ -4,11 +4,9 @@
 #include "nu/multiprogresswidget.h"
 #include "nu/prompter.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputformat.h"
 #include "ontology/ontology.h"
-#include "ontology/sourcefrequencies.h"
-#include "ontology/sourcekronatext.h"
-#include "ontology/sourcemgtaxatext.h"
-#include "ontology/sourceqiimetext.h"
+#include "ontology/source.h"
 #include "viewer/aboutdialog.h"
 #include "viewer/apppreferencesdialog.h"
 #include "viewer/browser.h"
@@ -44,16 +42,8 @@ namespace Viewer {
 
 namespace {
 
-// Milliseconds without data after which the taxonomy download fails.
-constexpr int downloadStallTimeout = 120000;
-
 // File dialogs for charts open where the last chart was opened or saved.
 const QString chartFolder = QStringLiteral("chart");
-
-QString field(const QWizard& wizard, const char* name)
-{
-    return wizard.field(QLatin1String(name)).toString();
-}
 
 // Shows the wait cursor while the interface thread is busy.
 class BusyCursor
@@ -68,7 +58,6 @@ public:
 } // namespace
 
 const QString MainWindow::workingFileName = QStringLiteral("target.piechart");
-const QString MainWindow::ncbiFileName = QStringLiteral("ncbi.ontology");
 
 const char* MainWindow::OntologyEmptyException::what() const noexcept
 {
@@ -271,27 +260,20 @@ void MainWindow::slotFileNew()
     QDir().mkpath(settings.getPathDir().absolutePath());
     fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
     navigator.goToRoot();
-    if (wizard.requiresNcbiTaxonomy())
-        startNcbiBuild(wizard);
+    const Zem::Ontology::InputFormat* format = wizard.getFormat();
+    auto source = format->makeSource(wizard.getInputFileName(), wizard.getOptions());
+    if (format->needsTaxonomy)
+        startNcbiBuild(std::move(source));
     else
-        buildOnThisThread(wizard);
+        buildOnThisThread(std::move(source));
 }
 
-void MainWindow::startNcbiBuild(const NewPiechartWizard& wizard)
+void MainWindow::startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source)
 {
-    const App::Settings settings;
     auto newTask = std::make_unique<BuildNcbiPiechartAsyncTask>();
-    newTask->setNcbiOntologyFile(settings.getPathDir().absoluteFilePath(ncbiFileName));
+    newTask->setNcbiOntologyFile(App::Settings().getTaxonomyFile());
     newTask->setTargetFile(fileHandler.getFileName());
-    // A connection that goes silent fails the download instead of waiting for ever.
-    newTask->setDownloadStallTimeout(downloadStallTimeout);
-    if (wizard.field(QStringLiteral("input-type-taxids")).toBool()) {
-        const int columns = wizard.field(QStringLiteral("taxids-source-format-id")).toBool() ? 1 : 2;
-        newTask->setSource(
-            std::make_unique<Zem::Ontology::SourceFrequencies>(field(wizard, "taxids-source-filename"), columns));
-    } else {
-        newTask->setSource(std::make_unique<Zem::Ontology::SourceMgtaxaText>(field(wizard, "mgtaxa-source-filename")));
-    }
+    newTask->setSource(std::move(source));
     // From here on the task owns itself: it deletes itself once its thread has finished (the
     // last connection below, so that the window has read its state before).
     task = newTask.release();
@@ -345,18 +327,12 @@ void MainWindow::slotBuildNcbiPiechartFinished()
     }
 }
 
-void MainWindow::buildOnThisThread(const NewPiechartWizard& wizard)
+void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source)
 {
     try {
         const BusyCursor busy;
         Zem::Ontology::BuilderSource builder(fileHandler.getFileName());
-        if (wizard.field(QStringLiteral("input-type-krona")).toBool()) {
-            builder.addSource(std::make_unique<Zem::Ontology::SourceKronaText>(field(wizard, "krona-source-filename")));
-        } else {
-            const int column = wizard.field(QStringLiteral("qiime-source-column")).toInt();
-            builder.addSource(std::make_unique<Zem::Ontology::SourceQiimeText>(field(wizard, "qiime-source-filename"),
-                                                                               column, qiimeMultiplier));
-        }
+        builder.addSource(std::move(source));
         builder.load();
         builder.count(false);
         builder.build();

@@ -2,6 +2,7 @@
 
 #include "nu/appfilehandler.h"
 #include "viewer/navigator.h"
+#include "viewer/settings.h"
 
 #include <QMainWindow>
 #include <QMessageBox>
@@ -19,12 +20,17 @@ namespace nu {
 class Prompter;
 }
 
+namespace Zem {
+namespace Ontology {
+class Source;
+}
+} // namespace Zem
+
 namespace Sorvik {
 namespace Viewer {
 
 class Browser;
 class BuildNcbiPiechartAsyncTask;
-class NewPiechartWizard;
 class View;
 
 // The viewer's main window: makes new charts from the wizard's input (Krona and QIIME files
@@ -77,11 +83,8 @@ public:
         QAction* helpAbout = nullptr;
     };
 
-    // The working chart and the NCBI taxonomy cache in the data folder.
+    // The working chart in the data folder.
     static const QString workingFileName;
-    static const QString ncbiFileName;
-    // Counts per unit of a QIIME value.
-    static constexpr double qiimeMultiplier = 10000.0;
 
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
@@ -122,8 +125,8 @@ protected:
 
 private:
     void createMenusAndToolBars();
-    void startNcbiBuild(const NewPiechartWizard& wizard);
-    void buildOnThisThread(const NewPiechartWizard& wizard);
+    void startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source);
+    void buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source);
     // Marks the new chart unsaved and draws it; false when it could not be drawn.
     bool firstTimeGenerate();
     // Draws the chart from the navigator's position; throws what reading the file throws, and
@@ -147,8 +150,8 @@ private:
     QDockWidget* dock = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
-    int maxLevels = 5;
-    double minPercentage = 0.5;
+    int maxLevels = App::Settings::firstViewMaxLevels;
+    double minPercentage = App::Settings::firstViewMinPercentage;
 };
 
 } // namespace Viewer

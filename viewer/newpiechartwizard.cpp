@@ -1,5 +1,6 @@
 #include "viewer/newpiechartwizard.h"
 
+#include "viewer/newpiechartwizard_inputfilewizardpage.h"
 #include "viewer/newpiechartwizard_inputtypewizardpage.h"
 #include "viewer/newpiechartwizard_kronasourcefilewizardpage.h"
 #include "viewer/newpiechartwizard_mgtaxasourcefilewizardpage.h"
@@ -12,6 +13,35 @@
 
 namespace Sorvik {
 namespace Viewer {
+
+namespace {
+
+// The formats with pages of their own, and the field of each page's file name.
+struct FilePage
+{
+    const char* word;
+    int page;
+    const char* fileField;
+};
+
+const FilePage filePages[] = {
+    {"taxids", NewPiechartWizard::TaxidsFile, "taxids-source-filename"},
+    {"taxid-counts", NewPiechartWizard::TaxidsFile, "taxids-source-filename"},
+    {"mgtaxa", NewPiechartWizard::MgTaxaFile, "mgtaxa-source-filename"},
+    {"krona", NewPiechartWizard::KronaFile, "krona-source-filename"},
+    {"qiime", NewPiechartWizard::QiimeFile, "qiime-source-filename"},
+};
+
+const FilePage* findFilePage(const QString& word)
+{
+    for (const FilePage& page : filePages) {
+        if (word == QLatin1String(page.word))
+            return &page;
+    }
+    return nullptr;
+}
+
+} // namespace
 
 NewPiechartWizard::NewPiechartWizard(QWidget* parent)
     : QWizard(parent)
@@ -26,13 +56,47 @@ NewPiechartWizard::NewPiechartWizard(QWidget* parent)
     setPage(QiimeFile, qiimeFile);
     auto* qiimeColumn = new NewPieChartWizard_QiimeSourceColumnWizardPage(this);
     setPage(QiimeColumn, qiimeColumn);
+    setPage(InputFile, new NewPieChartWizard_InputFileWizardPage(this));
     connect(qiimeFile, &NewPieChartWizard_QiimeSourceFileWizardPage::signalSourceColumnsRetrieved, qiimeColumn,
             &NewPieChartWizard_QiimeSourceColumnWizardPage::slotSourceColumnsRetrieved);
 }
 
 bool NewPiechartWizard::requiresNcbiTaxonomy() const
 {
-    return field(QStringLiteral("input-type-taxids")).toBool() || field(QStringLiteral("input-type-mgtaxa")).toBool();
+    const Zem::Ontology::InputFormat* format = getFormat();
+    return format && format->needsTaxonomy;
+}
+
+int NewPiechartWizard::getFilePage(const QString& word)
+{
+    const FilePage* page = findFilePage(word);
+    return page ? page->page : InputFile;
+}
+
+const Zem::Ontology::InputFormat* NewPiechartWizard::getFormat() const
+{
+    const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));
+    QString word = typePage->getChosenWord();
+    // The taxon-id page offers the list with counts as a variant of the plain list.
+    if (word == QLatin1String("taxids") && field(QStringLiteral("taxids-source-format-idcount")).toBool())
+        word = QStringLiteral("taxid-counts");
+    return Zem::Ontology::InputFormat::find(word);
+}
+
+QString NewPiechartWizard::getInputFileName() const
+{
+    const Zem::Ontology::InputFormat* format = getFormat();
+    if (!format)
+        return QString();
+    const FilePage* page = findFilePage(format->word);
+    return field(QLatin1String(page ? page->fileField : "input-source-filename")).toString();
+}
+
+Zem::Ontology::InputFormat::Options NewPiechartWizard::getOptions() const
+{
+    Zem::Ontology::InputFormat::Options options;
+    options.column = field(QStringLiteral("qiime-source-column")).toInt();
+    return options;
 }
 
 } // namespace Viewer

@@ -2,6 +2,11 @@
 
 #include "ui_newpiechartwizard_inputtypewizardpage.h"
 
+#include "ontology/inputformat.h"
+#include "viewer/newpiechartwizard.h"
+
+#include <QRadioButton>
+
 namespace Sorvik {
 namespace Viewer {
 
@@ -10,33 +15,41 @@ NewPieChartWizard_InputTypeWizardPage::NewPieChartWizard_InputTypeWizardPage(QWi
     , ui(std::make_unique<Ui::NewPieChartWizard_InputTypeWizardPage>())
 {
     ui->setupUi(this);
-    registerField(QStringLiteral("input-type-taxids"), ui->taxidsRadioButton);
-    registerField(QStringLiteral("input-type-krona"), ui->kronaRadioButton);
-    registerField(QStringLiteral("input-type-qiime"), ui->qiimeRadioButton);
-    registerField(QStringLiteral("input-type-mgtaxa"), ui->mgtaxaRadioButton);
-    for (QRadioButton* button : {ui->taxidsRadioButton, ui->kronaRadioButton, ui->qiimeRadioButton, ui->mgtaxaRadioButton})
+    int row = 0;
+    for (const Zem::Ontology::InputFormat& format : Zem::Ontology::InputFormat::all()) {
+        if (format.label.isEmpty())
+            continue;
+        auto* button = new QRadioButton(format.label, this);
+        button->setObjectName(format.word + QLatin1String("RadioButton"));
+        // Above the spacer that keeps the choices together at the top.
+        ui->verticalLayout->insertWidget(row++, button);
+        registerField(QLatin1String("input-type-") + format.word, button);
         connect(button, &QRadioButton::toggled, this, &QWizardPage::completeChanged);
+        choices.emplace_back(button, format.word);
+    }
 }
 
 NewPieChartWizard_InputTypeWizardPage::~NewPieChartWizard_InputTypeWizardPage() = default;
 
+QString NewPieChartWizard_InputTypeWizardPage::getChosenWord() const
+{
+    for (const auto& [button, word] : choices) {
+        if (button->isChecked())
+            return word;
+    }
+    return QString();
+}
+
 int NewPieChartWizard_InputTypeWizardPage::nextId() const
 {
-    if (ui->taxidsRadioButton->isChecked())
-        return 1;
-    if (ui->kronaRadioButton->isChecked())
-        return 3;
-    if (ui->qiimeRadioButton->isChecked())
-        return 4;
-    if (ui->mgtaxaRadioButton->isChecked())
-        return 2;
-    return 0;
+    const QString word = getChosenWord();
+    return word.isEmpty() ? NewPiechartWizard::InputType : NewPiechartWizard::getFilePage(word);
 }
 
 bool NewPieChartWizard_InputTypeWizardPage::isComplete() const
 {
     // Nothing chosen yet: Next stays disabled rather than leading back to this page.
-    return nextId() != 0;
+    return !getChosenWord().isEmpty();
 }
 
 } // namespace Viewer

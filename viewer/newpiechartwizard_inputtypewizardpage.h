@@ -3,6 +3,9 @@
 #include <QWizardPage>
 
 #include <memory>
+#include <vector>
+
+class QRadioButton;
 
 namespace Sorvik {
 namespace Viewer {
@@ -11,7 +14,9 @@ namespace Ui {
 class NewPieChartWizard_InputTypeWizardPage;
 }
 
-// The wizard's first page: which kind of input the new chart is made from.
+// The wizard's first page: which kind of input the new chart is made from, one choice per input
+// format that the wizard lists. Each choice is the boolean field "input-type-" and the format's
+// command-line word.
 class NewPieChartWizard_InputTypeWizardPage : public QWizardPage
 {
     Q_OBJECT
@@ -22,8 +27,13 @@ public:
     int nextId() const override;
     bool isComplete() const override;
 
+    // The command-line word of the chosen format, empty while none is chosen.
+    QString getChosenWord() const;
+
 private:
     std::unique_ptr<Ui::NewPieChartWizard_InputTypeWizardPage> ui;
+    // The choices with their formats' words, in the table's order.
+    std::vector<std::pair<QRadioButton*, QString>> choices;
 };
 
 } // namespace Viewer

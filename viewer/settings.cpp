@@ -13,6 +13,8 @@ QSettings store()
 }
 } // namespace
 
+const QString Settings::taxonomyFileName = QStringLiteral("ncbi.ontology");
+
 QString Settings::getPath() const
 {
     return store().value(QStringLiteral("path")).toString();
@@ -26,6 +28,11 @@ void Settings::setPath(const QString& path)
 QDir Settings::getPathDir() const
 {
     return QDir(getPath());
+}
+
+QString Settings::getTaxonomyFile() const
+{
+    return getPathDir().absoluteFilePath(taxonomyFileName);
 }
 
 QString Settings::getLastFolder(const QString& purpose) const

@@ -11,9 +11,16 @@ namespace App {
 class Settings
 {
 public:
+    // The NCBI taxonomy cache in the data folder, shared by the viewer and sorvik-cli.
+    static const QString taxonomyFileName;
+    // The view limits a chart is first shown with: rings, and the smallest share in percent.
+    static constexpr int firstViewMaxLevels = 5;
+    static constexpr double firstViewMinPercentage = 0.5;
+
     QString getPath() const;
     void setPath(const QString& path);
     QDir getPathDir() const;
+    QString getTaxonomyFile() const;
 
     // Last folders used in file dialogs, so the next dialog opens where the user was.
     QString getLastFolder(const QString& purpose) const;

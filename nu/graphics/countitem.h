@@ -27,7 +27,6 @@ public:
     qint64 getTotal() const { return total; }
 
     // Totals of children that left this item and are still part of its total.
-    qint64 getDetachedTotal() const { return detachedTotal; }
 
     // The own count changed from oldCount to newCount: every total up to the root follows.
     void updateCount(qint64 oldCount, qint64 newCount);
@@ -47,7 +46,6 @@ public:
     // would otherwise lay it out again on every attachment.
     // Deferring anew forgets a layout asked for earlier.
     void setLayoutDeferred(bool deferred);
-    bool isLayoutDeferred() const { return layoutDeferred; }
     // Whether a count change reached this item as the root while its layout was deferred.
     bool isLayoutPending() const { return layoutPending; }
 

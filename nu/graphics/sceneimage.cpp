@@ -1,6 +1,7 @@
 #include "nu/graphics/sceneimage.h"
 
 #include <QBuffer>
+#include <QFileInfo>
 #include <QGraphicsScene>
 #include <QImageWriter>
 #include <QPainter>
@@ -25,9 +26,24 @@ int pixels(double length)
 
 } // namespace
 
+const char* SceneImage::UnknownFormatException::what() const noexcept
+{
+    return "the image file name must end in .png or .svg";
+}
+
 const char* SceneImage::WriteException::what() const noexcept
 {
     return "the image file could not be written";
+}
+
+SceneImage::Format SceneImage::formatOf(const QString& fileName)
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    if (suffix == QLatin1String("png"))
+        return Format::Png;
+    if (suffix == QLatin1String("svg"))
+        return Format::Svg;
+    throw UnknownFormatException();
 }
 
 SceneImage::SceneImage(QGraphicsScene& s, const QRectF& r)

@@ -22,11 +22,20 @@ class SceneImage
 public:
     enum class Format { Png, Svg };
 
+    class UnknownFormatException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
     class WriteException : public std::exception
     {
     public:
         const char* what() const noexcept override;
     };
+
+    // The format a file name asks for by its extension (.png, .svg, any case); throws
+    // UnknownFormatException for any other.
+    static Format formatOf(const QString& fileName);
 
     SceneImage(QGraphicsScene& scene, const QRectF& source);
 

@@ -1,4 +1,5 @@
 #include "tests/support/charts.h"
+#include "nu/graphics/sceneimage.h"
 #include "viewer/chartimage.h"
 #include "viewer/piechartitem.h"
 
@@ -101,10 +102,10 @@ private slots:
         ChartImage image(*root);
         QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("taken.png")));
         QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("chart.svg.gz"))),
-                                 ChartImage::UnknownFormatException);
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), ChartImage::WriteException);
+                                 nu::graphics::SceneImage::UnknownFormatException);
+        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), nu::graphics::SceneImage::WriteException);
         // A file name that is a folder cannot be written; the folder is left alone.
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), ChartImage::WriteException);
+        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), nu::graphics::SceneImage::WriteException);
         QVERIFY(QFileInfo(dir->filePath(QStringLiteral("taken.png"))).isDir());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
                  (QStringList{"chart.ontology", "taken.png"}));

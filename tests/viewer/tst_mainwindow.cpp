@@ -398,7 +398,7 @@ private slots:
 private:
     QString path(const QString& name) const { return dir->filePath(name); }
     QString working() const { return path(MainWindow::workingFileName); }
-    QString ncbi() const { return path(MainWindow::ncbiFileName); }
+    QString ncbi() const { return path(Sorvik::App::Settings::taxonomyFileName); }
     PieChartItem* chart() const { return window->getView()->getScene()->getPieChart(); }
     QString centre() const { return chart() ? chart()->getText().text : QString(); }
     // The messages shown, as "Icon title: text".
