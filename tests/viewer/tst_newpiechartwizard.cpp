@@ -1,5 +1,7 @@
 #include "viewer/newpiechartwizard.h"
 
+#include "ontology/inputformat.h"
+
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
@@ -85,8 +87,47 @@ private slots:
         QCOMPARE(offered, columns);
         combo->setCurrentIndex(1);
         QCOMPARE(wizard.field(QStringLiteral("qiime-source-column")).toInt(), 1);
+        QCOMPARE(wizard.getOptions().column, 1);
     }
 
+    // Every format of the table is offered, and leads to a page whose file the viewer gets; the
+    // taxon-id page's count variant is its own format.
+    void everyFormatIsOffered_data()
+    {
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<bool>("withCounts");
+        QTest::addColumn<QString>("word");
+        for (const Zem::Ontology::InputFormat& format : Zem::Ontology::InputFormat::all()) {
+            if (!format.label.isEmpty())
+                QTest::newRow(qPrintable(format.word)) << format.label << false << format.word;
+        }
+        QTest::newRow("taxid-counts") << QStringLiteral("Plain text with NCBI-taxon-ids per lines") << true
+                                      << QStringLiteral("taxid-counts");
+    }
+
+    void everyFormatIsOffered()
+    {
+        QFETCH(QString, choice);
+        QFETCH(bool, withCounts);
+        QFETCH(QString, word);
+        NewPiechartWizard wizard;
+        wizard.restart();
+        QCOMPARE(wizard.getFormat(), nullptr);
+        check(wizard, choice);
+        wizard.next();
+        QCOMPARE(wizard.currentId(), NewPiechartWizard::getFilePage(word));
+        if (withCounts) {
+            auto* counts = wizard.currentPage()->findChild<QRadioButton*>(QStringLiteral("formatIdCountRadioButton"));
+            QVERIFY(counts);
+            counts->setChecked(true);
+        }
+        const QString file = QStringLiteral("/data/input.txt");
+        fileEdit(wizard, wizard.currentId())->setText(file);
+        QVERIFY(wizard.getFormat());
+        QCOMPARE(wizard.getFormat()->word, word);
+        QCOMPARE(wizard.getInputFileName(), file);
+        QCOMPARE(wizard.requiresNcbiTaxonomy(), wizard.getFormat()->needsTaxonomy);
+    }
 };
 
 QTEST_MAIN(TestNewPiechartWizard)
