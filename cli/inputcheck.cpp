@@ -1,9 +1,11 @@
 #include "cli/inputcheck.h"
 
-#include <QFile>
+#include "nu/linereader.h"
+
 #include <QRegularExpression>
 #include <QStringList>
-#include <QTextStream>
+
+#include <optional>
 
 namespace Sorvik {
 namespace Cli {
@@ -31,53 +33,57 @@ QString quoted(const QString& text)
     return QLatin1Char('\'') + (text.size() > 40 ? text.left(40) + QStringLiteral("...") : text) + QLatin1Char('\'');
 }
 
+// What is wrong with one line of the format (empty when nothing is), or no answer for lines that
+// say nothing (the MG-Taxa header, blank lines).
+std::optional<QString> lineProblem(const QString& line, qint64 lineNumber, const QString& format)
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s+"));
+    if (format == QLatin1String("mgtaxa")) {
+        if (lineNumber == 1)
+            return std::nullopt;
+        const QString id = line.section(QLatin1Char('\t'), 2, 2).trimmed();
+        return isNumber(id) ? QString() : QStringLiteral("the third column %1 is not a taxon id").arg(quoted(id));
+    }
+    const QStringList words = line.split(blanks, Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return std::nullopt;
+    if (format == QLatin1String("taxids")) {
+        for (const QString& word : words) {
+            if (!isNumber(word))
+                return QStringLiteral("%1 is not a taxon id").arg(quoted(word));
+        }
+        return QString();
+    }
+    if (words.size() != 2 || !isNumber(words.at(0)) || !isNumber(words.at(1)))
+        return QStringLiteral("expected a taxon id and a count, found %1").arg(quoted(line.simplified()));
+    return QString();
+}
+
 } // namespace
 
 QString checkTaxonIdInput(const QString& fileName, const QString& format)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return QStringLiteral("cannot read %1").arg(fileName);
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    static const QRegularExpression blanks(QStringLiteral("\\s+"));
+    lines.setMaxLineLength(maxLineLength);
 
     int checked = 0;
     int bad = 0;
     QString firstProblem;
-    int lineNumber = 0;
-    QString line;
-    while (checked < sampleLines && stream.readLineInto(&line, maxLineLength)) {
-        ++lineNumber;
-        QString problem;
-        if (format == QLatin1String("mgtaxa")) {
-            if (lineNumber == 1)
-                continue; // the header
-            const QStringList fields = line.split(QLatin1Char('\t'));
-            const QString id = fields.value(2).trimmed();
-            if (!isNumber(id))
-                problem = QStringLiteral("the third column %1 is not a taxon id").arg(quoted(id));
-        } else {
-            const QStringList words = line.split(blanks, Qt::SkipEmptyParts);
-            if (words.isEmpty())
+    try {
+        while (checked < sampleLines && lines.next()) {
+            const std::optional<QString> problem = lines.isTooLong()
+                ? QStringLiteral("the line is too long")
+                : lineProblem(lines.getLine(), lines.getLineNumber(), format);
+            if (!problem)
                 continue;
-            if (format == QLatin1String("taxids")) {
-                for (const QString& word : words) {
-                    if (!isNumber(word)) {
-                        problem = QStringLiteral("%1 is not a taxon id").arg(quoted(word));
-                        break;
-                    }
-                }
-            } else if (words.size() != 2 || !isNumber(words.at(0)) || !isNumber(words.at(1))) {
-                problem = QStringLiteral("expected a taxon id and a count, found %1").arg(quoted(line.simplified()));
-            }
+            ++checked;
+            if (!problem->isEmpty() && bad++ == 0)
+                firstProblem = QStringLiteral("line %1: %2").arg(lines.getLineNumber()).arg(*problem);
         }
-        ++checked;
-        if (!problem.isEmpty()) {
-            ++bad;
-            if (firstProblem.isEmpty())
-                firstProblem = QStringLiteral("line %1: %2").arg(lineNumber).arg(problem);
-        }
+    } catch (const nu::LineReader::ReadException& e) {
+        return QString::fromUtf8(e.what());
     }
     if (checked == 0 || bad <= tolerated * checked)
         return QString();
