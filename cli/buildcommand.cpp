@@ -123,8 +123,8 @@ int BuildCommand::checkInput(const InputFormat& format, const QString& input, co
     if (format.check) {
         const Zem::Ontology::InputSample sample(input);
         if (!sample.isReadable())
-            return fail(QStringLiteral("cannot read %1").arg(input));
-        const QString problem = format.check(sample.getLines());
+            return fail(sample.getError());
+        const QString problem = format.check(sample);
         if (!problem.isEmpty())
             return fail(QStringLiteral("%1 does not look like %2: %3").arg(input, format.description, problem));
     }

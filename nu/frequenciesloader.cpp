@@ -1,14 +1,11 @@
 #include "nu/frequenciesloader.h"
 
 #include "nu/frequencies.h"
-
-#include <QTextStream>
+#include "nu/linereader.h"
 
 namespace nu {
 
 namespace {
-
-constexpr int chunkSize = 64 * 1024;
 
 bool isBlank(ushort c)
 {
@@ -19,8 +16,8 @@ bool isBlank(ushort c)
 
 } // namespace
 
-FrequenciesLoader::FrequenciesLoader(QTextStream& textStream, Frequencies& target)
-    : stream(textStream)
+FrequenciesLoader::FrequenciesLoader(LineReader& lineReader, Frequencies& target)
+    : lines(lineReader)
     , frequencies(target)
 {
 }
@@ -37,44 +34,31 @@ void FrequenciesLoader::setStepCallback(std::function<void(qint64)> callback)
 
 void FrequenciesLoader::load()
 {
-    // The words are cut out of large chunks by hand: the stream's own word reading holds a whole
-    // word in memory however long it is.
-    QString current;
-    bool tooLong = false;
-    // The end is an empty read: a pipe may have nothing to give yet and still not be at its end.
-    for (;;) {
-        const QString chunk = stream.read(chunkSize);
-        if (chunk.isEmpty())
-            break;
-        const QChar* data = chunk.constData();
-        const int size = chunk.size();
+    // Words never span lines, and a pair may: "any whitespace separates".
+    while (lines.next()) {
+        if (lines.isTooLong()) {
+            word(QString(), true);
+            continue;
+        }
+        const QString& text = lines.getLine();
+        const QChar* data = text.constData();
+        const int size = text.size();
         int i = 0;
         while (i < size) {
             if (isBlank(data[i].unicode())) {
-                if (!current.isEmpty() || tooLong) {
-                    word(current, tooLong);
-                    current.clear();
-                    tooLong = false;
-                }
                 ++i;
                 continue;
             }
             int j = i;
             while (j < size && !isBlank(data[j].unicode()))
                 ++j;
-            if (!tooLong) {
-                if (current.size() + (j - i) > maxWordLength) {
-                    tooLong = true;
-                    current.clear();
-                } else {
-                    current.append(data + i, j - i);
-                }
-            }
+            if (j - i > maxWordLength)
+                word(QString(), true);
+            else
+                word(QString(data + i, j - i), false);
             i = j;
         }
     }
-    if (!current.isEmpty() || tooLong)
-        word(current, tooLong);
     if (havePendingKey)
         ++skipped;
 }

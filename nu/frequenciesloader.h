@@ -4,22 +4,21 @@
 
 #include <functional>
 
-class QTextStream;
-
 namespace nu {
 
 class Frequencies;
+class LineReader;
 
 // Fills Frequencies from whitespace-separated words: with one column every word is one
 // occurrence of itself; with two columns words go in pairs, a key and a count to add to it.
 // A pair whose count is not a non-negative integer is skipped, and so is a word longer than any
-// key can be (it is read past in bounded memory), so no input exhausts memory.
+// key can be and a line longer than the reader keeps, so no input exhausts memory.
 class FrequenciesLoader
 {
 public:
     static constexpr int maxWordLength = 4096;
 
-    FrequenciesLoader(QTextStream& stream, Frequencies& frequencies);
+    FrequenciesLoader(LineReader& lines, Frequencies& frequencies);
 
     // Values above 1 mean two columns, anything else one.
     void setNumberColumns(int n);
@@ -34,7 +33,7 @@ private:
     void word(const QString& text, bool tooLong);
 
     int numberColumns = 1;
-    QTextStream& stream;
+    LineReader& lines;
     Frequencies& frequencies;
     std::function<void(qint64)> stepCallback;
     QString pendingKey;

@@ -34,9 +34,9 @@ QStringList wordsOf(const QString& line)
 
 // Counting a classifier's report as an id list would give a plausible-looking but meaningless
 // chart: these checks refuse what does not read as ids.
-QString checkTaxonIds(const QStringList& lines)
+QString checkTaxonIds(const InputSample& sample)
 {
-    return InputSample::judge(lines, 0, [](const QString& line) {
+    return sample.judge(0, [](const QString& line) {
         for (const QString& word : wordsOf(line)) {
             if (!isNumber(word))
                 return QStringLiteral("%1 is not a taxon id").arg(InputSample::quote(word));
@@ -45,9 +45,9 @@ QString checkTaxonIds(const QStringList& lines)
     });
 }
 
-QString checkTaxonIdCounts(const QStringList& lines)
+QString checkTaxonIdCounts(const InputSample& sample)
 {
-    return InputSample::judge(lines, 0, [](const QString& line) {
+    return sample.judge(0, [](const QString& line) {
         const QStringList words = wordsOf(line);
         if (words.size() != 2 || !isNumber(words.at(0)) || !isNumber(words.at(1)))
             return QStringLiteral("expected a taxon id and a count, found %1").arg(InputSample::quote(line.simplified()));
@@ -55,10 +55,10 @@ QString checkTaxonIdCounts(const QStringList& lines)
     });
 }
 
-QString checkMgtaxa(const QStringList& lines)
+QString checkMgtaxa(const InputSample& sample)
 {
     // After the header.
-    return InputSample::judge(lines, 1, [](const QString& line) {
+    return sample.judge(1, [](const QString& line) {
         const QString id = line.split(QLatin1Char('\t')).value(2).trimmed();
         if (!isNumber(id))
             return QStringLiteral("the third column %1 is not a taxon id").arg(InputSample::quote(id));

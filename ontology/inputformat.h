@@ -10,6 +10,7 @@
 namespace Zem {
 namespace Ontology {
 
+class InputSample;
 class Source;
 
 // One input format that charts are made from: how the command line and the New chart wizard
@@ -29,9 +30,9 @@ public:
         bool keepUnclassified = true;
     };
 
-    // Whether the first lines of a file (line ends removed) look like this format: an empty
-    // text when they do, else where and why not ("line 3: 'abc' is not a taxon id").
-    using Check = std::function<QString(const QStringList& lines)>;
+    // Whether the first lines of a file look like this format: an empty text when they do, else
+    // where and why not ("line 3: 'abc' is not a taxon id").
+    using Check = std::function<QString(const InputSample& sample)>;
     // The names of a table's value columns, empty when the file has none.
     using ColumnReader = std::function<QStringList(const QString& fileName)>;
     using Factory = std::function<std::unique_ptr<Source>(const QString& fileName, const Options& options)>;

@@ -1,7 +1,6 @@
 #include "ontology/inputsample.h"
 
-#include <QFile>
-#include <QTextStream>
+#include "nu/linereader.h"
 
 namespace Zem {
 namespace Ontology {
@@ -15,31 +14,42 @@ constexpr double tolerated = 0.1;
 
 InputSample::InputSample(const QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    nu::LineReader reader(fileName);
+    if (!reader.isOpen()) {
+        error = QStringLiteral("cannot read %1").arg(fileName);
         return;
-    readable = true;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    QString line;
-    while (lines.size() < maximumLines && stream.readLineInto(&line, maximumLineLength))
-        lines << line;
+    }
+    reader.setMaxLineLength(maximumLineLength);
+    try {
+        while (lines.size() < maximumLines && reader.next()) {
+            if (reader.isTooLong())
+                tooLong.insert(lines.size());
+            lines << reader.getLine();
+        }
+    } catch (const nu::LineReader::ReadException& e) {
+        error = QString::fromUtf8(e.what());
+    }
 }
 
-QString InputSample::judge(const QStringList& lines, int firstLine, const LineCheck& check)
+InputSample::InputSample(const QStringList& sampleLines)
+    : lines(sampleLines)
+{
+}
+
+QString InputSample::judge(int firstLine, const LineCheck& check) const
 {
     int checked = 0;
     int bad = 0;
     QString firstProblem;
     for (int i = firstLine; i < lines.size(); ++i) {
-        if (lines.at(i).trimmed().isEmpty())
+        const bool overlong = isTooLong(i);
+        if (!overlong && lines.at(i).trimmed().isEmpty())
             continue;
         ++checked;
-        const QString problem = check(lines.at(i));
+        const QString problem = overlong ? QStringLiteral("the line is too long") : check(lines.at(i));
         if (problem.isEmpty())
             continue;
-        ++bad;
-        if (firstProblem.isEmpty())
+        if (bad++ == 0)
             firstProblem = QStringLiteral("line %1: %2").arg(i + 1).arg(problem);
     }
     return checked == 0 || bad <= tolerated * checked ? QString() : firstProblem;

@@ -1,20 +1,41 @@
 #include "ontology/source.h"
 
-#include <QFile>
-#include <QTextStream>
+#include "nu/linereader.h"
+#include "ontology/buildersource.h"
+
+#include <climits>
 
 namespace Zem {
 namespace Ontology {
 
 Source::~Source() = default;
 
-bool Source::openText(QFile& file, QTextStream& stream)
+bool Source::nextLine(nu::LineReader& lines, BuilderSource& builder)
 {
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!lines.next())
         return false;
-    stream.setDevice(&file);
-    stream.setCodec("UTF-8");
+    ++linesRead;
+    builder.checkCancelled(static_cast<int>(lines.getLineNumber() & INT_MAX));
+    builder.notifySourceCurrentPos(lines.getPosition());
     return true;
+}
+
+void Source::skipLine(const nu::LineReader& lines, const QString& reason)
+{
+    if (linesSkipped++ == 0)
+        firstSkip = QStringLiteral("line %1: %2").arg(lines.getLineNumber()).arg(reason);
+}
+
+QString Source::tooLongReason()
+{
+    return QStringLiteral("the line is too long");
+}
+
+QString Source::quoted(QStringView text)
+{
+    constexpr int longest = 40;
+    const QString shown = text.size() > longest ? text.left(longest).toString() + QStringLiteral("...") : text.toString();
+    return QLatin1Char('\'') + shown + QLatin1Char('\'');
 }
 
 } // namespace Ontology

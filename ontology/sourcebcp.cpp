@@ -1,9 +1,10 @@
 #include "ontology/sourcebcp.h"
 
+#include "nu/inputdevice.h"
+#include "nu/linereader.h"
 #include "nu/parser/bcp.h"
 #include "ontology/buildersource.h"
 
-#include <QFile>
 #include <QTextStream>
 
 #include <vector>
@@ -25,11 +26,13 @@ QString SourceBcp::getDescription() const
 
 void SourceBcp::read(BuilderSource& builder)
 {
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    // The shared input device, for its gzip and its read errors; rows need not end at line ends.
+    nu::InputDevice file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
-    builder.notifySourceTotalSize(file.size());
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    builder.notifySourceTotalSize(std::max<qint64>(0, file.getSourceSize()));
 
     nu::parser::BCP rows(stream);
     rows.setRowTerminator(rowTerminator);
@@ -52,7 +55,7 @@ void SourceBcp::read(BuilderSource& builder)
     int row = 0;
     while (rows.next()) {
         builder.checkCancelled(++row);
-        builder.notifySourceCurrentPos(file.pos());
+        builder.notifySourceCurrentPos(file.getSourcePosition());
         if (!everyRow && !rowFilter.match(rows.getLineRef()).hasMatch())
             continue;
         const QStringView id(rows.getRef(idColumn));
@@ -67,6 +70,8 @@ void SourceBcp::read(BuilderSource& builder)
                 node->data.insert(column.key, rows.get(column.index));
         }
     }
+    if (file.hasFailed())
+        throw nu::LineReader::ReadException(QStringLiteral("cannot read %1: %2").arg(fileName, file.errorString()));
 }
 
 } // namespace Ontology

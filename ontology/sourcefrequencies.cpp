@@ -1,11 +1,9 @@
 #include "ontology/sourcefrequencies.h"
 
 #include "nu/frequenciesloader.h"
+#include "nu/linereader.h"
 #include "ontology/buildersource.h"
 #include "ontology/nodekeys.h"
-
-#include <QFile>
-#include <QTextStream>
 
 #include <climits>
 
@@ -25,11 +23,10 @@ QString SourceFrequencies::getDescription() const
 
 void SourceFrequencies::read(BuilderSource& builder)
 {
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return;
-    nu::FrequenciesLoader loader(stream, frequencies);
+    nu::FrequenciesLoader loader(lines, frequencies);
     loader.setNumberColumns(numberColumns);
     loader.setStepCallback([&builder](qint64 words) {
         builder.checkCancelled(static_cast<int>(words & INT_MAX));

@@ -1,11 +1,11 @@
 #include "ontology/sourcekronatext.h"
 
-#include "nu/parser/bcp.h"
+#include "nu/linereader.h"
 #include "ontology/buildersource.h"
 #include "ontology/pathids.h"
 
-#include <QFile>
-#include <QTextStream>
+#include <QStringRef>
+#include <QVector>
 
 namespace Zem {
 namespace Ontology {
@@ -23,34 +23,40 @@ QString SourceKronaText::getDescription() const
 void SourceKronaText::read(BuilderSource& builder)
 {
     PathIds paths(builder);
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return;
-    builder.notifySourceTotalSize(file.size());
+    builder.notifySourceTotalSize(std::max<qint64>(0, lines.getSize()));
 
-    nu::parser::BCP rows(stream);
-    rows.setRowTerminator(QStringLiteral("\n"));
-    rows.setFieldSeparator(QStringLiteral("\t"));
-    rows.setFinalTerminator(QStringLiteral("\n"));
-    int line = 0;
-    while (rows.next()) {
-        builder.checkCancelled(++line);
-        builder.notifySourceCurrentPos(file.pos());
-
-        bool ok = false;
-        const qint64 count = rows.getRef(0).toLongLong(&ok, 10);
-        // Negative counts would make shares of the whole meaningless.
-        if (!ok || count < 0)
+    while (nextLine(lines, builder)) {
+        if (lines.isTooLong()) {
+            skipLine(lines, tooLongReason());
             continue;
+        }
+        const QString& line = lines.getLine();
+        // Blank lines hold nothing, and "#" starts a comment in the format's own tools.
+        if (line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#')))
+            continue;
+        const QVector<QStringRef> fields = line.splitRef(QLatin1Char('\t'));
+        bool ok = false;
+        const qint64 count = fields.at(0).toLongLong(&ok, 10);
+        if (!ok) {
+            skipLine(lines, QStringLiteral("%1 is not a count").arg(quoted(fields.at(0))));
+            continue;
+        }
+        // Negative counts would make shares of the whole meaningless.
+        if (count < 0) {
+            skipLine(lines, QStringLiteral("%1 is a negative count").arg(quoted(fields.at(0))));
+            continue;
+        }
         // Empty fields at the end of a line name nothing (the format's own tools drop them),
         // so "319<TAB>" counts for the root like "319".
-        int last = rows.getFieldCount() - 1;
-        while (last > 0 && rows.getRef(last).isEmpty())
+        int last = fields.size() - 1;
+        while (last > 0 && fields.at(last).isEmpty())
             --last;
         int node = PathIds::root;
         for (int i = 1; i <= last; ++i)
-            node = paths.child(node, QStringView(rows.getRef(i)));
+            node = paths.child(node, QStringView(fields.at(i)));
         paths.addCount(node, count);
     }
     paths.writeCounts();

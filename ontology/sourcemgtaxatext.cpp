@@ -1,12 +1,12 @@
 #include "ontology/sourcemgtaxatext.h"
 
 #include "nu/frequencies.h"
-#include "nu/parser/bcp.h"
+#include "nu/linereader.h"
 #include "ontology/buildersource.h"
 #include "ontology/nodekeys.h"
 
-#include <QFile>
-#include <QTextStream>
+#include <QStringRef>
+#include <QVector>
 
 namespace Zem {
 namespace Ontology {
@@ -23,27 +23,30 @@ QString SourceMgtaxaText::getDescription() const
 
 void SourceMgtaxaText::read(BuilderSource& builder)
 {
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return;
-    nu::parser::BCP rows(stream);
-    rows.setRowTerminator(QStringLiteral("\n"));
-    rows.setFieldSeparator(QStringLiteral("\t"));
-    rows.setFinalTerminator(QStringLiteral("\n"));
-
     nu::Frequencies frequencies;
-    int row = 0;
-    if (rows.next()) {
-        while (rows.next()) {
-            builder.checkCancelled(++row);
-            frequencies.add(rows.get(2));
+    if (lines.next()) {
+        // The first line is the header.
+        while (nextLine(lines, builder)) {
+            if (lines.isTooLong()) {
+                skipLine(lines, tooLongReason());
+                continue;
+            }
+            const QString& line = lines.getLine();
+            const QVector<QStringRef> fields = line.splitRef(QLatin1Char('\t'));
+            // A short row gives the empty id, which no taxon has: it counts nowhere.
+            if (fields.size() < 3 && !line.trimmed().isEmpty())
+                skipLine(lines, QStringLiteral("it has no third column"));
+            frequencies.add(fields.size() > 2 ? fields.at(2).toString() : QString());
         }
     }
 
+    int step = 0;
     const auto& tallies = frequencies.getTallies();
     for (auto it = tallies.constBegin(); it != tallies.constEnd(); ++it) {
-        builder.checkCancelled(++row);
+        builder.checkCancelled(++step);
         builder.addData(it.key(), NodeKey::count, QString::number(it.value()));
     }
 }

@@ -1,30 +1,19 @@
 #include "ontology/sourceqiimetext.h"
 
-#include "nu/parser/bcp.h"
+#include "nu/linereader.h"
 #include "ontology/buildersource.h"
 #include "ontology/nodekeys.h"
 #include "ontology/pathids.h"
 
-#include <QFile>
 #include <QHash>
-#include <QTextStream>
+#include <QStringRef>
+#include <QVector>
 
 #include <cmath>
 #include <limits>
 
 namespace Zem {
 namespace Ontology {
-
-namespace {
-
-void configure(nu::parser::BCP& rows)
-{
-    rows.setRowTerminator(QStringLiteral("\n"));
-    rows.setFieldSeparator(QStringLiteral("\t"));
-    rows.setFinalTerminator(QStringLiteral("\n"));
-}
-
-} // namespace
 
 SourceQiimeText::SourceQiimeText(const QString& name, int valueColumn, double factor)
     : fileName(name)
@@ -38,32 +27,29 @@ QString SourceQiimeText::getDescription() const
     return fileName;
 }
 
-QStringList SourceQiimeText::readHeader(nu::parser::BCP& rows)
+QStringList SourceQiimeText::readHeader(nu::LineReader& lines)
 {
-    while (rows.next()) {
-        const QStringRef line = rows.getLineRef();
+    while (lines.next()) {
+        // A header too long to keep names no columns; the rows below may still be read.
+        if (lines.isTooLong())
+            return QStringList();
+        const QString& line = lines.getLine();
         if (line.startsWith(QLatin1Char('#')) && !line.contains(QLatin1Char('\t')))
             continue;
-        QStringList header;
-        for (int i = 0; i < rows.getFieldCount(); ++i)
-            header << rows.get(i);
-        return header;
+        return line.split(QLatin1Char('\t'));
     }
     return QStringList();
 }
 
 QStringList SourceQiimeText::readColumnNames(const QString& fileName)
 {
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return QStringList();
-    nu::parser::BCP rows(stream);
-    configure(rows);
     QStringList header;
     try {
-        header = readHeader(rows);
-    } catch (const nu::parser::BCP::RowTooLongException&) {
+        header = readHeader(lines);
+    } catch (const nu::LineReader::ReadException&) {
         return QStringList();
     }
     if (header.size() < 2)
@@ -82,28 +68,31 @@ QString SourceQiimeText::cleanName(const QString& part)
 void SourceQiimeText::read(BuilderSource& builder)
 {
     PathIds paths(builder);
-    QFile file(fileName);
-    QTextStream stream;
-    if (!openText(file, stream))
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
         return;
-    builder.notifySourceTotalSize(file.size());
-
-    nu::parser::BCP rows(stream);
-    configure(rows);
-    readHeader(rows);
+    builder.notifySourceTotalSize(std::max<qint64>(0, lines.getSize()));
+    readHeader(lines);
 
     const QString other = QStringLiteral("Other");
     // The value text of each path, or the sum of its values when a path recurs.
     QHash<int, QPair<QString, double>> percentages;
-    int line = 0;
-    while (rows.next()) {
-        builder.checkCancelled(++line);
-        builder.notifySourceCurrentPos(file.pos());
-        if (column < 0 || column >= rows.getFieldCount() - 1)
+    while (nextLine(lines, builder)) {
+        if (lines.isTooLong()) {
+            skipLine(lines, tooLongReason());
             continue;
+        }
+        const QString& line = lines.getLine();
+        if (line.trimmed().isEmpty())
+            continue;
+        const QVector<QStringRef> fields = line.splitRef(QLatin1Char('\t'));
+        if (column < 0 || column >= fields.size() - 1) {
+            skipLine(lines, QStringLiteral("it has no value column %1").arg(column));
+            continue;
+        }
 
         int node = PathIds::root;
-        const QVector<QStringRef> parts = rows.getRef(0).split(QLatin1Char(';'));
+        const QVector<QStringRef> parts = fields.at(0).split(QLatin1Char(';'));
         for (const QStringRef& part : parts) {
             const QString name = cleanName(part.toString());
             if (name == other)
@@ -111,13 +100,15 @@ void SourceQiimeText::read(BuilderSource& builder)
             node = paths.child(node, QStringView(name));
         }
 
-        const QStringRef valueText = rows.getRef(column + 1);
+        const QStringRef valueText = fields.at(column + 1);
         bool ok = false;
         const double value = valueText.toDouble(&ok);
         const double scaled = value * multiplier;
         // Counts must be whole, non-negative and representable.
-        if (!ok || !std::isfinite(scaled) || scaled < 0.0 || scaled >= 9.0e18)
+        if (!ok || !std::isfinite(scaled) || scaled < 0.0 || scaled >= 9.0e18) {
+            skipLine(lines, QStringLiteral("%1 is not a share").arg(quoted(valueText)));
             continue;
+        }
         paths.addCount(node, static_cast<qint64>(scaled));
         auto it = percentages.find(node);
         if (it == percentages.end())

@@ -5,10 +5,8 @@
 #include <QStringList>
 
 namespace nu {
-namespace parser {
-class BCP;
+class LineReader;
 }
-} // namespace nu
 
 namespace Zem {
 namespace Ontology {
@@ -37,7 +35,7 @@ public:
 private:
     // Moves rows past the comment lines that newer tools write above the header ("#" and no
     // TAB) and past the header; returns the header's fields, or nothing at the end of the file.
-    static QStringList readHeader(nu::parser::BCP& rows);
+    static QStringList readHeader(nu::LineReader& lines);
 };
 
 } // namespace Ontology

@@ -1,5 +1,6 @@
 #include "tests/support/clirunner.h"
 #include "ontology/ontology.h"
+#include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
@@ -63,6 +64,9 @@ private slots:
         QTest::newRow("qiime second column") << "qiime" << QByteArray("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n")
                                              << QStringList{"--column", "1"} << "root:0(\"k  B\":0(\"p  F\":5000))";
         QTest::newRow("taxids downloaded") << "taxids" << QByteArray("562 562 9606") << QStringList() << smallChart;
+        QTest::newRow("taxids gzip-compressed") << "taxids" << gzipped("562\r\n562\r\n9606") << QStringList() << smallChart;
+        QTest::newRow("qiime gzip-compressed") << "qiime" << gzipped("Taxon\tS1\tS2\nk__B;p__F\t0.25\t0.5\n")
+                                               << QStringList{"--column", "1"} << "root:0(\"k  B\":0(\"p  F\":5000))";
     }
 
     void buildsEveryFormat()

@@ -1,7 +1,8 @@
 #include "nu/frequencies.h"
 #include "nu/frequenciesloader.h"
+#include "nu/linereader.h"
 
-#include <QTextStream>
+#include <QBuffer>
 #include <QtTest>
 
 #include <limits>
@@ -11,10 +12,12 @@ namespace {
 // "key=tally" sorted, then "total=n" and "skipped=n".
 QStringList load(const QString& text, int columns)
 {
-    QString input = text;
-    QTextStream stream(&input, QIODevice::ReadOnly);
+    QBuffer input;
+    input.setData(text.toUtf8());
+    input.open(QIODevice::ReadOnly);
+    nu::LineReader lines(input);
     nu::Frequencies frequencies;
-    nu::FrequenciesLoader loader(stream, frequencies);
+    nu::FrequenciesLoader loader(lines, frequencies);
     loader.setNumberColumns(columns);
     loader.load();
     QStringList result;
@@ -84,9 +87,12 @@ private slots:
         QString input;
         for (int i = 0; i < 100; ++i)
             input += QStringLiteral("%1\n").arg(i);
-        QTextStream stream(&input, QIODevice::ReadOnly);
+        QBuffer buffer;
+        buffer.setData(input.toUtf8());
+        buffer.open(QIODevice::ReadOnly);
+        nu::LineReader lines(buffer);
         nu::Frequencies frequencies;
-        nu::FrequenciesLoader loader(stream, frequencies);
+        nu::FrequenciesLoader loader(lines, frequencies);
         loader.setStepCallback([](qint64 words) {
             if (words == 10)
                 throw std::runtime_error("stop");

@@ -5,6 +5,9 @@
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
 #include "ontology/sourceqiimetext.h"
+#include "nu/linereader.h"
+#include "tests/support/fixtures.h"
+#include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
 
@@ -132,6 +135,75 @@ private slots:
         QCOMPARE(found, counts);
     }
 
+    void skippedLines_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<qint64>("read");
+        QTest::addColumn<qint64>("skipped");
+        QTest::addColumn<QString>("first");
+
+        QTest::newRow("krona: no count, negative count; blank and comment lines are no skip")
+            << "krona" << QByteArray("abc\tA\n\n# Krona comment\n-4\tB\n3\tC\n") << "root(C:3)" << qint64(5) << qint64(2)
+            << "line 1: 'abc' is not a count";
+        QTest::newRow("krona: a line too long to keep, and the lines after it")
+            << "krona" << QByteArray("2\tA\n5\t") + QByteArray(1100000, 'x') + "\n3\tB" << "root(A:2 B:3)" << qint64(3)
+            << qint64(1) << "line 2: the line is too long";
+        QTest::newRow("qiime: value not a share keeps its path; short line")
+            << "qiime" << QByteArray("Taxon\tS1\nk__A\tNA\n\nk__B\t0.5\nk__C\n") << "root(\"k  A\" \"k  B\":500)"
+            << qint64(4) << qint64(2) << "line 2: 'NA' is not a share";
+        QTest::newRow("mgtaxa: row without a third column")
+            << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t1\t562\ns2\t1\n") << "" << qint64(2) << qint64(1)
+            << "line 3: it has no third column";
+    }
+
+    // Every line passed over is counted, with the first one's number and reason.
+    void skippedLines()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, tree);
+        QFETCH(qint64, read);
+        QFETCH(qint64, skipped);
+        QFETCH(QString, first);
+        std::unique_ptr<Source> made = makeSource(format, write(content));
+        Source* source = made.get();
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::move(made));
+        builder.load();
+        if (!tree.isEmpty())
+            QCOMPARE(describeTree(builder), tree);
+        QCOMPARE(source->getLinesRead(), read);
+        QCOMPARE(source->getLinesSkipped(), skipped);
+        QCOMPARE(source->getFirstSkip(), first);
+    }
+
+    void gzipInput_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("krona") << "krona" << QByteArray("3\tA\tB\r\n4\tA\n");
+        QTest::newRow("qiime") << "qiime" << QByteArray("Taxon\tS1\nk__A;p__B\t0.25\n");
+        QTest::newRow("mgtaxa") << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t1\t562\n");
+        QTest::newRow("taxids") << "taxids" << QByteArray("562\n562\n9606");
+        QTest::newRow("dump") << "dump" << dumpRow({"2", "1"}) + dumpRow({"1", "1"});
+    }
+
+    // A compressed input gives exactly what it gives uncompressed; cut short, it is an error.
+    void gzipInput()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, content);
+        const QString plain = describeRead(makeSource(format, write(content)));
+        QVERIFY(plain.contains(QLatin1String("562")) || plain.contains(QLatin1Char('B')) || plain.contains(QLatin1Char('2')));
+        QCOMPARE(describeRead(makeSource(format, write(gzipped(content)))), plain);
+
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(makeSource(format, write(gzipped(content).chopped(4))));
+        QVERIFY_EXCEPTION_THROWN(builder.load(), nu::LineReader::ReadException);
+    }
+
     void unreadableFilesAddNothing()
     {
         const QString missing = dir->filePath(QStringLiteral("missing.txt"));
@@ -194,6 +266,24 @@ private slots:
     }
 
 private:
+    static std::unique_ptr<Source> makeSource(const QString& format, const QString& file)
+    {
+        if (format == QLatin1String("krona"))
+            return std::make_unique<SourceKronaText>(file);
+        if (format == QLatin1String("qiime"))
+            return std::make_unique<SourceQiimeText>(file, 0);
+        if (format == QLatin1String("mgtaxa"))
+            return std::make_unique<SourceMgtaxaText>(file);
+        if (format == QLatin1String("taxids"))
+            return std::make_unique<SourceFrequencies>(file);
+        auto dump = std::make_unique<SourceBcp>(file);
+        dump->fieldSeparator = QStringLiteral("\t|\t");
+        dump->rowTerminator = QStringLiteral("\t|\n");
+        dump->finalTerminator = QStringLiteral("\t|");
+        dump->columns.insert(1, SourceBcp::parentKey);
+        return dump;
+    }
+
     QString write(const QByteArray& content)
     {
         QFile file(dir->filePath(QStringLiteral("input.txt")));
@@ -202,12 +292,18 @@ private:
         return file.fileName();
     }
 
+    // The tree, and the counts given to the ids of count sources.
     QString describeRead(std::unique_ptr<Source> source)
     {
         BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
         builder.addSource(std::move(source));
         builder.load();
-        return describeTree(builder);
+        QString text = builder.getRoot() ? describeTree(builder) : QString();
+        for (const QString& id : {QStringLiteral("562"), QStringLiteral("9606")}) {
+            if (const Builder::Node* node = builder.findNode(id))
+                text += QLatin1Char(' ') + id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
+        }
+        return text;
     }
 
     std::unique_ptr<QTemporaryDir> dir;

@@ -12,6 +12,9 @@ QString fixturePath(const QString& name);
 // A file's bytes, or none when it can't be read.
 QByteArray fileContents(const QString& path);
 
+// data compressed as one gzip member, as gzip(1) writes it.
+QByteArray gzipped(const QByteArray& data);
+
 // A folder of the real public inputs beside the checkout (../shared/data/real/...), or an empty
 // string when the checkout has none.
 QString realDataPath(const QString& name = QString());
