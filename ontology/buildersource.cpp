@@ -28,6 +28,19 @@ void BuilderSource::load()
     }
 }
 
+BuildReport BuilderSource::getReport() const
+{
+    BuildReport report;
+    for (const auto& source : sources) {
+        BuildReport read;
+        read.linesRead = source->getLinesRead();
+        read.linesSkipped = source->getLinesSkipped();
+        read.firstSkip = source->getFirstSkip();
+        report.add(read);
+    }
+    return report;
+}
+
 void BuilderSource::notifySourceTotalSize(qint64 total)
 {
     positionShift = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ontology/builder.h"
+#include "ontology/buildreport.h"
 #include "ontology/source.h"
 
 #include <memory>
@@ -20,6 +21,8 @@ public:
 
     void addSource(std::unique_ptr<Source> source);
     void load();
+    // What the sources read and passed over, all together.
+    BuildReport getReport() const;
 
     // Sources announce the size of what they read (bytes, nodes), then their position in it.
     void notifySourceTotalSize(qint64 total);
