@@ -532,7 +532,7 @@ void MainWindow::slotFitCanvas()
     scene->slotFitCanvas();
     // An empty chart shows a canvas of the size a new scene has.
     const QRectF drawing = scene->getDrawingRect();
-    view->fitRect(drawing.isEmpty() ? QRectF(-500, -500, 1000, 1000) : scene->sceneRect());
+    view->fitRect(drawing.isEmpty() ? Scene::defaultCanvas : scene->sceneRect());
 }
 
 void MainWindow::createPieChart(nu::graphics::PieChartTextItem* root)

@@ -121,8 +121,8 @@ public:
 
 // The width of a ring-like item.
 class PropertyRadiusOffset
-    : public BoundProperty<PropertyDoublePositive, graphics::RadiusOffsetItem, &graphics::RadiusOffsetItem::getRadiusOffset,
-                           &graphics::RadiusOffsetItem::setRadiusOffset>
+    : public BoundProperty<PropertyDoublePositive, graphics::RadiusOffsetItem,
+                           &graphics::RadiusOffsetItem::getRadiusOffset, &graphics::RadiusOffsetItem::setRadiusOffset>
 {
 public:
     using BoundProperty::BoundProperty;

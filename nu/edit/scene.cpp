@@ -1,9 +1,14 @@
 #include "nu/edit/scene.h"
 
+#include "nu/edit/arcbracketitem.h"
+#include "nu/edit/arctextitem.h"
 #include "nu/edit/graphicsitemmanager.h"
 #include "nu/edit/handler.h"
+#include "nu/edit/lineitem.h"
 #include "nu/edit/loadjson.h"
 #include "nu/edit/propertieswidget.h"
+#include "nu/edit/recttextitem.h"
+#include "nu/edit/subspaceitem.h"
 
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/baseitem.h"
@@ -23,8 +28,6 @@ namespace nu {
 namespace edit {
 
 namespace {
-
-enum Type { ArcText = 1, ArcBracket = 5, RectText = 6, Line = 7, SubSpace = 8, RectBracket = 9 };
 
 // Room around the drawing in an exported image, in scene units.
 constexpr double imageMargin = 10.0;
@@ -63,7 +66,7 @@ Scene::Scene(GraphicsItemManager& manager, QObject* parent)
 {
     // The signals carry ids under this name; receivers through a queue or a spy need it known.
     qRegisterMetaType<PropertyItem::Id>("nu::edit::PropertyItem::Id");
-    setSceneRect(-500, -500, 1000, 1000);
+    setSceneRect(defaultCanvas);
     manager.setScene(*this);
 }
 
@@ -85,10 +88,7 @@ void Scene::reset()
     deleteHandlers();
     manager.reset();
     undoManager.clear();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected);
 }
 
 PropertiesWidget* Scene::getPropertiesWidget(QWidget* parent)
@@ -277,8 +277,7 @@ void Scene::slotUpdate()
 {
     for (const auto& handler : handlers)
         handler->updateHandler();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(0);
 }
 
 void Scene::slotUndo()
@@ -303,9 +302,7 @@ void Scene::stepThroughHistory(bool (UndoManager::*can)() const, void (UndoManag
         applySubSpaceVisibility(false);
     // The handled item may have been made anew or moved to another parent: new knobs.
     refreshHandlers(handled);
-    emit signalHandlerChanged();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged);
 }
 
 void Scene::slotDeleteSelected()
@@ -329,10 +326,7 @@ void Scene::slotDeleteSelected()
     }
     undoManager.changeEnd();
     deleteHandlers();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected);
 }
 
 QRectF Scene::getDrawingRect() const
@@ -394,9 +388,7 @@ bool Scene::changeItems(const std::vector<QGraphicsItem*>& items, const Values& 
         return false;
     for (const auto& handler : handlers)
         handler->updateHandler();
-    emit signalHandlerChanged();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged);
     return true;
 }
 
@@ -437,8 +429,23 @@ void Scene::undoStateChanged()
 void Scene::notifyItemCreated(PropertyItem::Id id)
 {
     generateItemHandler(manager.getGraphicsItem(id));
-    emit signalItemCreated(id);
-    emit signalItemSelected(id);
+    announce(0, id);
+}
+
+void Scene::announce(int changes, PropertyItem::Id created)
+{
+    if (changes & KnobsChanged)
+        emit signalHandlerChanged();
+    if (created) {
+        emit signalItemCreated(created);
+        emit signalItemSelected(created);
+    } else if (changes & Deselected) {
+        emit signalItemSelected(0);
+    }
+    if (changes & ChartApplied)
+        emit signalChangeApplied();
+    emit signalSceneChanged();
+    undoStateChanged();
 }
 
 std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, const QPointF& point,
@@ -473,9 +480,7 @@ PropertyItem::Id Scene::createInOneStep(const std::function<std::shared_ptr<Prop
     undoManager.changeEnd();
     if (!item)
         return 0;
-    emit signalSceneChanged();
     notifyItemCreated(item->getId());
-    undoStateChanged();
     return item->getId();
 }
 
@@ -487,12 +492,12 @@ PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* p
     if (!manager.findId(parent)) {
         // On the canvas the bracket arches over the point asked for, its tips down towards it.
         values.emplace_back(QStringLiteral("rotation"), 90.0 - 45.0 / 2);
-        return makeOne(ArcBracket, values, point + QPointF(0, arcRadius), nullptr);
+        return makeOne(ArcBracketItem::TypeId, values, point + QPointF(0, arcRadius), nullptr);
     }
     // On a slice the angle is an offset from the slice's span.
     if (dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
-    return makeOne(ArcBracket, values, point, parent);
+    return makeOne(ArcBracketItem::TypeId, values, point, parent);
 }
 
 QString Scene::labelOf(QGraphicsItem* item)
@@ -509,7 +514,7 @@ QString Scene::labelOf(QGraphicsItem* item)
 
 PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(RectBracket, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
+    return makeOne(rectBracketType, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
                    parent);
 }
 
@@ -521,7 +526,7 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
     if (!manager.findId(parent))
         values.emplace_back(QStringLiteral("rotation"), 90.0);
     return createInOneStep([&] {
-        const auto item = makeItem(ArcText, values, point + QPointF(0, arcRadius), parent);
+        const auto item = makeItem(ArcTextItem::TypeId, values, point + QPointF(0, arcRadius), parent);
         // On a slice (or on a bracket on one) the text starts as the slice's label.
         if (item && item->getParentId())
             item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
@@ -531,7 +536,7 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
 
 PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(RectText,
+    return makeOne(RectTextItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0},
                    {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("text"), QStringLiteral("new text")}},
@@ -571,15 +576,15 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     }
     // The text is what the user goes on to edit.
     return createInOneStep([&]() -> std::shared_ptr<PropertyItem> {
-        const auto line = makeItem(Line, first, point, parent);
-        const auto elbow = line ? makeItem(Line, second, point, manager.getGraphicsItem(line->getId())) : nullptr;
-        return elbow ? makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId())) : nullptr;
+        const auto line = makeItem(LineItem::TypeId, first, point, parent);
+        const auto elbow = line ? makeItem(LineItem::TypeId, second, point, manager.getGraphicsItem(line->getId())) : nullptr;
+        return elbow ? makeItem(RectTextItem::TypeId, label, point, manager.getGraphicsItem(elbow->getId())) : nullptr;
     });
 }
 
 PropertyItem::Id Scene::itemAddLine(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(Line,
+    return makeOne(LineItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), -20.0}},
                   point, parent);
@@ -590,7 +595,7 @@ PropertyItem::Id Scene::itemAddSubSpace(const QPointF& point, QGraphicsItem* par
     // Whoever adds a subspace wants to see it.
     if (!subSpaceVisible)
         slotEditSubSpacesVisible(true);
-    return makeOne(SubSpace,
+    return makeOne(SubSpaceItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0},
                    {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("rotation"), 0.0}},
@@ -615,11 +620,7 @@ int Scene::loadFromFile(const JsonDataFile::Info& info)
     if (!subSpaceVisible)
         applySubSpaceVisibility(false);
     slotFitCanvas();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalChangeApplied();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected | ChartApplied);
     return skipped;
 }
 
@@ -660,9 +661,7 @@ int Scene::importFromFile(const JsonDataFile::Info& info)
     if (!subSpaceVisible)
         applySubSpaceVisibility(false);
     slotFitCanvas();
-    emit signalChangeApplied();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(ChartApplied);
     return skipped;
 }
 
