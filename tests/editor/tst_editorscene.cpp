@@ -16,6 +16,7 @@
 #include <map>
 
 using Sorvik::Edit::Scene;
+using Sorvik::Test::chartState;
 using nu::edit::HandlerPosition;
 using nu::edit::handlergeometry::polarPoint;
 using Mode = Scene::CursorMode;
@@ -27,21 +28,6 @@ const std::map<QString, long> chartIds{
     {"root", 1},   {"Bacteria", 2}, {"Archaea", 3}, {"slice bracket", 4}, {"arc text", 5}, {"free bracket", 6},
     {"figure", 7}, {"line", 8},     {"elbow", 9},   {"note", 10},         {"subspace", 11},
 };
-
-// Every item by id: its JSON and where it is drawn.
-std::map<long, QString> state(Scene::ItemManager& manager)
-{
-    std::map<long, QString> result;
-    for (const QJsonValue& value : manager.toJson()) {
-        const QJsonObject item = value.toObject();
-        const long id = item.value(QStringLiteral("id")).toInt();
-        const QRectF rect = manager.getGraphicsItem(id)->sceneBoundingRect();
-        result[id] = QString::fromUtf8(QJsonDocument(item).toJson(QJsonDocument::Compact))
-                     + QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width())
-                           .arg(rect.height());
-    }
-    return result;
-}
 
 // The properties of an item that differ between two of its JSON forms, as "name=value" sorted.
 QStringList changed(const QJsonObject& before, const QJsonObject& after)
@@ -261,7 +247,7 @@ void TestEditorScene::dragChangesOneValueInOneStep()
     QVERIFY(f.scene.selectItem(f.item(item)));
     nu::edit::Handler* handle = f.knob(knob);
     QVERIFY(handle);
-    const auto before = state(f.manager);
+    const auto before = chartState(f.manager);
     const QJsonObject json = f.json(item);
     QSignalSpy sceneChanges(&f.scene, &Scene::signalSceneChanged);
 
@@ -274,7 +260,7 @@ void TestEditorScene::dragChangesOneValueInOneStep()
         return;
     QVERIFY(sceneChanges.count() > 0);
     f.scene.slotUndo();
-    QCOMPARE(state(f.manager), before);
+    QCOMPARE(chartState(f.manager), before);
     QCOMPARE(f.knobs()->getHandledItem(), f.item(item));
 }
 
@@ -322,11 +308,11 @@ void TestEditorScene::deleteTakesTheChildrenInOneStep()
     QFETCH(QStringList, gone);
 
     Fixture f;
-    const auto before = state(f.manager);
+    const auto before = chartState(f.manager);
     QVERIFY(f.scene.selectItem(f.item(item)));
     f.key(Qt::Key_Delete);
     QVERIFY(!f.knobs());
-    const auto after = state(f.manager);
+    const auto after = chartState(f.manager);
     QCOMPARE(after.size(), before.size() - gone.size());
     for (const QString& name : gone)
         QVERIFY2(!f.manager.getItem(chartIds.at(name)), qPrintable(name));
@@ -335,9 +321,9 @@ void TestEditorScene::deleteTakesTheChildrenInOneStep()
     // The chart keeps its angles: a deleted slice leaves a gap, and undo fills it exactly.
     for (int round = 0; round < 2; ++round) {
         f.scene.slotUndo();
-        QCOMPARE(state(f.manager), before);
+        QCOMPARE(chartState(f.manager), before);
         f.scene.slotRedo();
-        QCOMPARE(state(f.manager), after);
+        QCOMPARE(chartState(f.manager), after);
     }
     // Nothing selected: Delete does nothing.
     f.key(Qt::Key_Delete);
@@ -380,7 +366,7 @@ void TestEditorScene::creationInEachMode()
     QFETCH(QString, value);
 
     Fixture f;
-    const auto before = state(f.manager);
+    const auto before = chartState(f.manager);
     const QPointF at = on.isEmpty()                                                       ? QPointF(300, 300)
                        : on == QLatin1String("Bacteria") || on == QLatin1String("Archaea") ? f.inside(on)
                                                                                            : f.on(on);
@@ -399,7 +385,7 @@ void TestEditorScene::creationInEachMode()
     QVERIFY(item);
     QCOMPARE(item->getType(), type);
     QCOMPARE(f.scene.getHandledItem(), f.manager.getGraphicsItem(id));
-    QCOMPARE(int(state(f.manager).size()), int(before.size()) + items);
+    QCOMPARE(int(chartState(f.manager).size()), int(before.size()) + items);
     QCOMPARE(f.scene.getUndoManager().getUndoCount(), 1);
 
     // The first item made hangs on what was under the press, or stands at the press point.
@@ -430,7 +416,7 @@ void TestEditorScene::creationInEachMode()
     }
 
     f.scene.slotUndo();
-    QCOMPARE(state(f.manager), before);
+    QCOMPARE(chartState(f.manager), before);
     QVERIFY(!f.scene.getHandledItem());
 }
 
