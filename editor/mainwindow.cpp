@@ -257,6 +257,21 @@ void MainWindow::connectScene()
     connect(s, &Scene::signalItemSelected, this,
             [this](nu::edit::PropertyItem::Id id) { actions->editDelete->setEnabled(id != 0); });
     actions->editDelete->setEnabled(false);
+    connect(s, &Scene::signalItemCreated, this, &MainWindow::showNewItem);
+}
+
+void MainWindow::showNewItem(nu::edit::PropertyItem::Id id)
+{
+    QGraphicsItem* item = scene->getItemManager().getGraphicsItem(id);
+    if (!item)
+        return;
+    // The canvas has grown to take the item in: a fitted view takes in the whole canvas too, a
+    // zoomed one scrolls to the item.
+    const QRectF fitted = view->getFittedRect();
+    if (!fitted.isNull())
+        view->fitRect(fitted | scene->sceneRect());
+    else
+        view->ensureVisible(item->sceneBoundingRect(), 10, 10);
 }
 
 void MainWindow::setPrompter(std::shared_ptr<nu::Prompter> p)

@@ -110,6 +110,8 @@ private:
     void updateTitle();
     void updateUndoActions();
     void cursorModeChanged(Scene::CursorMode mode);
+    // Brings a new item into sight.
+    void showNewItem(nu::edit::PropertyItem::Id id);
     // Applies an edit still under way in the properties sheet, as leaving its field would.
     void commitEditing();
     // Asks whether to save unsaved changes; false when the user cancelled or the save failed.

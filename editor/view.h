@@ -25,6 +25,8 @@ public:
     // Shows the rectangle (scene coordinates) as large as the window allows; it stays fitted
     // when the window is resized, until the user zooms or pans.
     void fitRect(const QRectF& rect);
+    // The rectangle last fitted while the view still shows it; null after a zoom or pan.
+    QRectF getFittedRect() const { return fitted; }
     // The cursor over the drawing, which tells what a click does.
     void setModeCursor(const QCursor& cursor) { setIdleCursor(cursor); }
 

@@ -8,19 +8,20 @@
 #include "nu/edit/loadjson.h"
 #include "nu/edit/propertieswidget.h"
 #include "nu/edit/recttextitem.h"
+#include "nu/edit/selectionshape.h"
 #include "nu/edit/subspaceitem.h"
 
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/geometry.h"
 #include "nu/graphics/piecharttextitem.h"
+#include "nu/graphics/ringitem.h"
 #include "nu/graphics/sceneimage.h"
 #include "nu/graphics/subspaceitem.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QKeyEvent>
-#include <QSet>
 
 #include <algorithm>
 
@@ -31,6 +32,26 @@ namespace {
 
 // Room around the drawing in an exported image, in scene units.
 constexpr double imageMargin = 10.0;
+// Room around the drawing on a fitted canvas, in scene units.
+constexpr double canvasMargin = 20.0;
+// How far a new bracket on a slice stands off the rings beneath it: its tips (10 long) end just
+// short of them.
+constexpr double bracketGap = 12.0;
+// Between the edge an arc text is put on and its letters.
+constexpr double arcTextGap = 4.0;
+// Between the end of an elbow's level line and its text, so that the two stay apart.
+constexpr double elbowTextGap = 6.0;
+
+// The outer edge of the slice's ring and of every ring outside it, beneath its span.
+double outerRadiusBeneath(const graphics::RingItem& slice)
+{
+    double outer = slice.getRadiusFull();
+    for (QGraphicsItem* child : slice.childItems()) {
+        if (auto ring = dynamic_cast<const graphics::RingItem*>(child); ring && ring->isVisible())
+            outer = std::max(outer, outerRadiusBeneath(*ring));
+    }
+    return outer;
+}
 
 // Hides the knobs for the time of a drawing.
 class KnobsHidden
@@ -189,16 +210,22 @@ std::pair<Scene::Pick, QGraphicsItem*> Scene::pickItem(const QPointF& point, con
 {
     // A few units of slack, so that a thin line can be hit.
     const QRectF area = graphics::centeredRect(point, 4.0);
-    const QList<QGraphicsItem*> shapeHits =
-        items(area, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform);
-    const QSet<QGraphicsItem*> hit(shapeHits.begin(), shapeHits.end());
+    const QPolygonF onDevice = deviceTransform.map(QPolygonF(area));
     const auto editable = [this](QGraphicsItem* item) { return manager.findId(item) && manager.isSelectable(item); };
+    // Editable items are hit where the editor outlines them (a text anywhere in its box), the
+    // rest on their shapes. An item that ignores transformations is placed through the view.
+    const auto hit = [&](QGraphicsItem* item) {
+        QPainterPath probe;
+        probe.addPolygon(item->deviceTransform(deviceTransform).inverted().map(onDevice));
+        probe.closeSubpath();
+        return (editable(item) ? selectionShape(*item) : item->shape()).intersects(probe);
+    };
 
     // A hidden subspace has no outline to hit: its bounds (around its origin) stand in for it.
     for (QGraphicsItem* item : items(area, Qt::IntersectsItemBoundingRect, Qt::DescendingOrder, deviceTransform)) {
         const auto subSpace = dynamic_cast<graphics::SubSpaceItem*>(item);
         const bool hidden = subSpace && !subSpace->getSubSpaceVisible();
-        if (!hidden && !hit.contains(item))
+        if (!hidden && !hit(item))
             continue;
         // A grey knob takes no press: what lies beneath is picked (it may even be hidden under
         // an inner ring of the chart).
@@ -333,7 +360,8 @@ QRectF Scene::getDrawingRect() const
 {
     QRectF bounds;
     for (QGraphicsItem* item : items()) {
-        if (item->isVisible() && !dynamic_cast<Handler*>(item))
+        // Knobs and the selection outline are no part of the drawing.
+        if (item->isVisible() && !dynamic_cast<Handler*>(item) && !dynamic_cast<Handler*>(item->parentItem()))
             bounds |= item->sceneBoundingRect();
     }
     return bounds;
@@ -346,7 +374,21 @@ QRectF Scene::getImageRect() const
 
 void Scene::slotFitCanvas()
 {
-    setSceneRect(getDrawingRect().adjusted(-20, -20, 20, 20));
+    setSceneRect(getDrawingRect().adjusted(-canvasMargin, -canvasMargin, canvasMargin, canvasMargin));
+}
+
+void Scene::growCanvasOver(const std::vector<PropertyItem::Id>& ids)
+{
+    QRectF bounds;
+    for (PropertyItem::Id id : ids) {
+        if (QGraphicsItem* item = manager.getGraphicsItem(id))
+            bounds |= item->sceneBoundingRect();
+    }
+    if (bounds.isNull())
+        return;
+    const QRectF canvas = sceneRect() | bounds.adjusted(-canvasMargin, -canvasMargin, canvasMargin, canvasMargin);
+    if (canvas != sceneRect())
+        setSceneRect(canvas);
 }
 
 void Scene::saveToSvg(const QString& path)
@@ -455,6 +497,7 @@ std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, co
     if (!item)
         return nullptr;
     undoManager.createItem(*item);
+    madeInStep.push_back(item->getId());
     for (const auto& value : values)
         item->setPropertyValue(value.first, value.second);
     if (const auto parentItem = manager.getItem(parent)) {
@@ -475,11 +518,14 @@ PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& p
 PropertyItem::Id Scene::createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make)
 {
     closeDrag();
+    madeInStep.clear();
     undoManager.changeBegin();
     const auto item = make();
     undoManager.changeEnd();
     if (!item)
         return 0;
+    // The canvas takes in what was made, so that nothing new lies outside it.
+    growCanvasOver(madeInStep);
     notifyItemCreated(item->getId());
     return item->getId();
 }
@@ -494,9 +540,12 @@ PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* p
         values.emplace_back(QStringLiteral("rotation"), 90.0 - 45.0 / 2);
         return makeOne(ArcBracketItem::TypeId, values, point + QPointF(0, arcRadius), nullptr);
     }
-    // On a slice the angle is an offset from the slice's span.
+    // On a slice the angle is an offset from the slice's span, and the bracket stands just
+    // outside the rings beneath the slice rather than far out, beyond the canvas.
     if (dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
+    if (auto slice = dynamic_cast<graphics::RingItem*>(parent))
+        values.emplace_back(QStringLiteral("radius"), outerRadiusBeneath(*slice) - slice->getRadiusFull() + bracketGap);
     return makeOne(ArcBracketItem::TypeId, values, point, parent);
 }
 
@@ -528,10 +577,29 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
     return createInOneStep([&] {
         const auto item = makeItem(ArcTextItem::TypeId, values, point + QPointF(0, arcRadius), parent);
         // On a slice (or on a bracket on one) the text starts as the slice's label.
-        if (item && item->getParentId())
+        if (item && item->getParentId()) {
             item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
+            placeArcTextOnParent(*item);
+        }
         return item;
     });
+}
+
+void Scene::placeArcTextOnParent(PropertyItem& item)
+{
+    auto text = dynamic_cast<graphics::ArcTextItem*>(manager.getGraphicsItem(item.getId()));
+    if (!text)
+        return;
+    // Just outside its parent: beyond the rings beneath a slice, beyond a bracket's arc.
+    const double parentRadius = text->getRadiusParent();
+    auto slice = dynamic_cast<graphics::RingItem*>(text->parentItem());
+    const double edge = slice ? outerRadiusBeneath(*slice) : parentRadius;
+    const double halfHeight = graphics::textRect(text->getText(), text->getFont(), text->getPen()).height() / 2;
+    item.setPropertyValue(QStringLiteral("radius"), edge - parentRadius + arcTextGap + halfHeight);
+    // Below the circle's centre the text reads upright when it runs the other way round.
+    const QPointF middle = text->mapToScene(QPointF(text->getRadius(), 0)) - text->mapToScene(QPointF());
+    if (middle.y() > 1e-9)
+        item.setPropertyValue(QStringLiteral("orientation"), 1);
 }
 
 PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
@@ -564,7 +632,7 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
                  {QStringLiteral("end.x"), 30.0 * across}, {QStringLiteral("end.y"), 30.0 * up}};
     Values second{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
                   {QStringLiteral("end.x"), 40.0 * across}, {QStringLiteral("end.y"), 0.0}};
-    Values label{{QStringLiteral("position.x"), 3.0 * across}, {QStringLiteral("position.y"), 0.0},
+    Values label{{QStringLiteral("position.x"), elbowTextGap * across}, {QStringLiteral("position.y"), 0.0},
                  {QStringLiteral("text"), QStringLiteral("new text")}};
     // Leftwards the text ends at the line rather than starting on it.
     if (across < 0)

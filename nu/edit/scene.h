@@ -163,6 +163,10 @@ private:
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
                                            QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
+    // A new arc text on an item goes just outside it, upright on the lower half of the chart.
+    void placeArcTextOnParent(PropertyItem& item);
+    // Grows the canvas, if need be, to take in the items with a margin.
+    void growCanvasOver(const std::vector<PropertyItem::Id>& ids);
     // Runs make in one undo step; what it returns is selected and announced. 0 when it made nothing.
     PropertyItem::Id createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make);
     void deleteHandlers();
@@ -183,6 +187,8 @@ private:
     Handlers handlers;
     bool subSpaceVisible = true;
     bool dragOpen = false;
+    // The items made by the creation under way.
+    std::vector<PropertyItem::Id> madeInStep;
 };
 
 } // namespace edit
