@@ -574,7 +574,7 @@ void TestEditorWindow::newAnnotationsLandWhereTheyCanBeRead_data()
     QTest::addColumn<int>("mode");
     QTest::addColumn<QString>("on");
 
-    QTest::newRow("arc text on an upper slice") << int(Scene::CursorMode::ArcText) << "Firmicutes";
+    QTest::newRow("arc text on an upper slice") << int(Scene::CursorMode::ArcText) << "Proteobacteria";
     QTest::newRow("arc text on a lower slice") << int(Scene::CursorMode::ArcText) << "Eukaryota";
     QTest::newRow("arc text on an inner lower slice") << int(Scene::CursorMode::ArcText) << "Archaea";
     QTest::newRow("bracket on an upper slice") << int(Scene::CursorMode::ArcBracket) << "Bacteria";
