@@ -15,7 +15,6 @@
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/geometry.h"
 #include "nu/graphics/piecharttextitem.h"
-#include "nu/graphics/ringitem.h"
 #include "nu/graphics/sceneimage.h"
 #include "nu/graphics/subspaceitem.h"
 
@@ -34,24 +33,8 @@ namespace {
 constexpr double imageMargin = 10.0;
 // Room around the drawing on a fitted canvas, in scene units.
 constexpr double canvasMargin = 20.0;
-// How far a new bracket on a slice stands off the rings beneath it: its tips (10 long) end just
-// short of them.
-constexpr double bracketGap = 12.0;
-// Between the edge an arc text is put on and its letters.
-constexpr double arcTextGap = 4.0;
 // Between the end of an elbow's level line and its text, so that the two stay apart.
 constexpr double elbowTextGap = 6.0;
-
-// The outer edge of the slice's ring and of every ring outside it, beneath its span.
-double outerRadiusBeneath(const graphics::RingItem& slice)
-{
-    double outer = slice.getRadiusFull();
-    for (QGraphicsItem* child : slice.childItems()) {
-        if (auto ring = dynamic_cast<const graphics::RingItem*>(child); ring && ring->isVisible())
-            outer = std::max(outer, outerRadiusBeneath(*ring));
-    }
-    return outer;
-}
 
 // Hides the knobs for the time of a drawing.
 class KnobsHidden
@@ -540,12 +523,9 @@ PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* p
         values.emplace_back(QStringLiteral("rotation"), 90.0 - 45.0 / 2);
         return makeOne(ArcBracketItem::TypeId, values, point + QPointF(0, arcRadius), nullptr);
     }
-    // On a slice the angle is an offset from the slice's span, and the bracket stands just
-    // outside the rings beneath the slice rather than far out, beyond the canvas.
+    // On a slice the angle is an offset from the slice's span.
     if (dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
-    if (auto slice = dynamic_cast<graphics::RingItem*>(parent))
-        values.emplace_back(QStringLiteral("radius"), outerRadiusBeneath(*slice) - slice->getRadiusFull() + bracketGap);
     return makeOne(ArcBracketItem::TypeId, values, point, parent);
 }
 
@@ -579,24 +559,18 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
         // On a slice (or on a bracket on one) the text starts as the slice's label.
         if (item && item->getParentId()) {
             item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
-            placeArcTextOnParent(*item);
+            turnUpright(*item);
         }
         return item;
     });
 }
 
-void Scene::placeArcTextOnParent(PropertyItem& item)
+void Scene::turnUpright(PropertyItem& item)
 {
     auto text = dynamic_cast<graphics::ArcTextItem*>(manager.getGraphicsItem(item.getId()));
     if (!text)
         return;
-    // Just outside its parent: beyond the rings beneath a slice, beyond a bracket's arc.
-    const double parentRadius = text->getRadiusParent();
-    auto slice = dynamic_cast<graphics::RingItem*>(text->parentItem());
-    const double edge = slice ? outerRadiusBeneath(*slice) : parentRadius;
-    const double halfHeight = graphics::textRect(text->getText(), text->getFont(), text->getPen()).height() / 2;
-    item.setPropertyValue(QStringLiteral("radius"), edge - parentRadius + arcTextGap + halfHeight);
-    // Below the circle's centre the text reads upright when it runs the other way round.
+    // Below its circle's centre a text reads upright when it runs the other way round.
     const QPointF middle = text->mapToScene(QPointF(text->getRadius(), 0)) - text->mapToScene(QPointF());
     if (middle.y() > 1e-9)
         item.setPropertyValue(QStringLiteral("orientation"), 1);

@@ -163,8 +163,9 @@ private:
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
                                            QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
-    // A new arc text on an item goes just outside it, upright on the lower half of the chart.
-    void placeArcTextOnParent(PropertyItem& item);
+    // A new arc text below its circle's centre (on the lower half of a chart) runs the other way
+    // round, so that it reads upright.
+    void turnUpright(PropertyItem& item);
     // Grows the canvas, if need be, to take in the items with a margin.
     void growCanvasOver(const std::vector<PropertyItem::Id>& ids);
     // Runs make in one undo step; what it returns is selected and announced. 0 when it made nothing.

@@ -351,9 +351,8 @@ void TestEditorScene::creationInEachMode_data()
     QTest::newRow("arc text on a slice: its label")
         << Mode::ArcText << "Bacteria" << 1 << 1 << "text=Bacteria";
     QTest::newRow("arc bracket") << Mode::ArcBracket << "" << 5 << 1 << "angle=45;tip-length=10";
-    // Just outside the slice's ring, which ends at 70: 12 out, its tips 10 long.
     QTest::newRow("arc bracket on a slice spans it")
-        << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=12;angles=";
+        << Mode::ArcBracket << "Bacteria" << 5 << 1 << "radius=100;angles=";
     QTest::newRow("straight text") << Mode::RectText << "" << 6 << 1 << "text=new text";
     QTest::newRow("straight text on a bracket") << Mode::RectText << "free bracket" << 6 << 1 << "position.x=0";
     QTest::newRow("elbow text") << Mode::ElbowText << "" << 6 << 3 << "text=new text";
