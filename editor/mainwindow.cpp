@@ -257,6 +257,21 @@ void MainWindow::connectScene()
     connect(s, &Scene::signalItemSelected, this,
             [this](nu::edit::PropertyItem::Id id) { actions->editDelete->setEnabled(id != 0); });
     actions->editDelete->setEnabled(false);
+    connect(s, &Scene::signalItemCreated, this, &MainWindow::showNewItem);
+}
+
+void MainWindow::showNewItem(nu::edit::PropertyItem::Id id)
+{
+    QGraphicsItem* item = scene->getItemManager().getGraphicsItem(id);
+    if (!item)
+        return;
+    // The canvas has grown to take the item in: a fitted view takes in the whole canvas too, a
+    // zoomed one scrolls to the item.
+    const QRectF fitted = view->getFittedRect();
+    if (!fitted.isNull())
+        view->fitRect(fitted | scene->sceneRect());
+    else
+        view->ensureVisible(item->sceneBoundingRect(), 10, 10);
 }
 
 void MainWindow::setPrompter(std::shared_ptr<nu::Prompter> p)
@@ -390,23 +405,32 @@ void MainWindow::slotFileOpen()
         openFile(name);
 }
 
-bool MainWindow::openFile(const QString& name)
+bool MainWindow::runFileOperation(const QString& name, const QString& title, const QString& failure,
+                                  const std::function<void()>& operation)
 {
     QString reason;
-    int skipped = 0;
     try {
-        skipped = scene->loadFromFile(Scene::getFileInfo(name));
+        operation();
+        return true;
     } catch (const nu::JsonDataFile::FileOpenException&) {
         reason = tr("the file does not exist or cannot be read");
     } catch (const nu::JsonDataFile::WrongDescriptorException&) {
         reason = tr("it is not a Sorvik chart file");
     } catch (const nu::JsonDataFile::DifferentVersionException&) {
         reason = tr("it was saved by another version of Sorvik");
+    } catch (const nu::graphics::SceneImage::WriteException&) {
+        reason = tr("Check that its folder exists, that you may write there and that the disk is not full");
     }
-    if (!reason.isEmpty()) {
-        warn(tr("Problem opening file"), tr("%1 couldn't be opened: %2.").arg(shown(name), reason));
+    warn(title, failure.arg(shown(name), reason));
+    return false;
+}
+
+bool MainWindow::openFile(const QString& name)
+{
+    int skipped = 0;
+    if (!runFileOperation(name, tr("Problem opening file"), tr("%1 couldn't be opened: %2."),
+                          [&] { skipped = scene->loadFromFile(Scene::getFileInfo(name)); }))
         return false;
-    }
     fileName = name;
     scene->setCursorMode(Mode::Select);
     slotFitCanvas();
@@ -460,20 +484,9 @@ void MainWindow::slotFileImport()
 bool MainWindow::importFile(const QString& name)
 {
     commitEditing();
-    QString reason;
-    try {
-        scene->importFromFile(Scene::getFileInfo(name));
-    } catch (const nu::JsonDataFile::FileOpenException&) {
-        reason = tr("the file does not exist or cannot be read");
-    } catch (const nu::JsonDataFile::WrongDescriptorException&) {
-        reason = tr("it is not a Sorvik chart file");
-    } catch (const nu::JsonDataFile::DifferentVersionException&) {
-        reason = tr("it was saved by another version of Sorvik");
-    }
-    if (!reason.isEmpty()) {
-        warn(tr("Problem importing file"), tr("%1 couldn't be imported: %2.").arg(shown(name), reason));
+    if (!runFileOperation(name, tr("Problem importing file"), tr("%1 couldn't be imported: %2."),
+                          [&] { scene->importFromFile(Scene::getFileInfo(name)); }))
         return false;
-    }
     slotFitCanvas();
     return true;
 }
@@ -500,31 +513,16 @@ void MainWindow::slotFileExportPng()
 bool MainWindow::exportSvg(const QString& name)
 {
     commitEditing();
-    try {
-        scene->saveToSvg(name);
-    } catch (const nu::graphics::SceneImage::WriteException&) {
-        warn(tr("Problem exporting image"),
-             tr("%1 couldn't be written. Check that its folder exists, that you may write there and that the disk "
-                "is not full.")
-                 .arg(shown(name)));
-        return false;
-    }
-    return true;
+    return runFileOperation(name, tr("Problem exporting image"), tr("%1 couldn't be written. %2."),
+                            [&] { scene->saveToSvg(name); });
 }
 
 bool MainWindow::exportPng(const QString& name, double scale)
 {
     commitEditing();
-    try {
-        scene->saveToPng(name, scale);
-    } catch (const nu::graphics::SceneImage::WriteException&) {
-        warn(tr("Problem exporting image"),
-             tr("%1 couldn't be written. Check that its folder exists, that you may write there and that the disk "
-                "is not full; an image too large for the memory needs a smaller scale.")
-                 .arg(shown(name)));
-        return false;
-    }
-    return true;
+    return runFileOperation(name, tr("Problem exporting image"),
+                            tr("%1 couldn't be written. %2; an image too large for the memory needs a smaller scale."),
+                            [&] { scene->saveToPng(name, scale); });
 }
 
 void MainWindow::slotFitCanvas()
@@ -532,7 +530,7 @@ void MainWindow::slotFitCanvas()
     scene->slotFitCanvas();
     // An empty chart shows a canvas of the size a new scene has.
     const QRectF drawing = scene->getDrawingRect();
-    view->fitRect(drawing.isEmpty() ? QRectF(-500, -500, 1000, 1000) : scene->sceneRect());
+    view->fitRect(drawing.isEmpty() ? Scene::defaultCanvas : scene->sceneRect());
 }
 
 void MainWindow::createPieChart(nu::graphics::PieChartTextItem* root)

@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -109,6 +110,8 @@ private:
     void updateTitle();
     void updateUndoActions();
     void cursorModeChanged(Scene::CursorMode mode);
+    // Brings a new item into sight.
+    void showNewItem(nu::edit::PropertyItem::Id id);
     // Applies an edit still under way in the properties sheet, as leaving its field would.
     void commitEditing();
     // Asks whether to save unsaved changes; false when the user cancelled or the save failed.
@@ -118,6 +121,10 @@ private:
     QString askSaveName(const QString& filter, const QString& extension);
     QString askOpenName(const QString& filter);
     void warn(const QString& title, const QString& text);
+    // Runs a file operation on name; when it throws one of the chart file's or the image's
+    // exceptions, warns under title with failure (%1 the file, %2 why) and returns false.
+    bool runFileOperation(const QString& name, const QString& title, const QString& failure,
+                          const std::function<void()>& operation);
 
     std::shared_ptr<nu::Prompter> prompter;
     std::unique_ptr<Scene::ItemManager> manager;

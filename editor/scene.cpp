@@ -1,11 +1,7 @@
 #include "editor/scene.h"
 
-#include "nu/edit/arcbracketitem.h"
-#include "nu/edit/arctextitem.h"
-#include "nu/edit/lineitem.h"
+#include "nu/edit/chartitemtypes.h"
 #include "nu/edit/piecharttextitem.h"
-#include "nu/edit/recttextitem.h"
-#include "nu/edit/subspaceitem.h"
 
 #include "nu/graphics/piecharttextitem.h"
 
@@ -22,12 +18,7 @@ const int Scene::VERSION = 1;
 
 Scene::ItemManager::ItemManager()
 {
-    registerType<nu::edit::ArcBracketItem>();
-    registerType<nu::edit::ArcTextItem>();
-    registerType<nu::edit::PieChartTextItem>();
-    registerType<nu::edit::RectTextItem>();
-    registerType<nu::edit::LineItem>();
-    registerType<nu::edit::SubSpaceItem>();
+    nu::edit::registerChartItemTypes(*this);
 }
 
 nu::JsonDataFile::Info Scene::getFileInfo(const QString& path)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QGraphicsView>
+#include "nu/graphics/zoompanview.h"
 
 namespace Sorvik {
 namespace Edit {
@@ -9,7 +9,7 @@ namespace Edit {
 // whole drawing can be fitted to the window. Left presses go to the scene (select, drag knobs,
 // place annotations). There is room to pan well beyond the scene's canvas, to place annotations
 // beside the chart.
-class View : public QGraphicsView
+class View : public nu::graphics::ZoomPanView
 {
     Q_OBJECT
 public:
@@ -25,26 +25,19 @@ public:
     // Shows the rectangle (scene coordinates) as large as the window allows; it stays fitted
     // when the window is resized, until the user zooms or pans.
     void fitRect(const QRectF& rect);
-    double getScale() const;
-    // Scales by factor about a viewport point, within the limits.
-    void zoomBy(double factor, const QPoint& viewportPoint);
+    // The rectangle last fitted while the view still shows it; null after a zoom or pan.
+    QRectF getFittedRect() const { return fitted; }
     // The cursor over the drawing, which tells what a click does.
-    void setModeCursor(const QCursor& cursor);
+    void setModeCursor(const QCursor& cursor) { setIdleCursor(cursor); }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void viewMovedByUser() override;
 
 private:
     void updateSceneRect(const QRectF& canvas);
 
-    QCursor modeCursor;
     QRectF fitted;
-    QPoint lastPanPoint;
-    bool panning = false;
 };
 
 } // namespace Edit

@@ -5,11 +5,9 @@
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QScrollBar>
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Sorvik {
 namespace Viewer {
@@ -17,24 +15,18 @@ namespace Viewer {
 namespace {
 // Room left around the fitted chart, as a fraction of its size.
 constexpr double fitMargin = 0.03;
-// One wheel notch (120 eighths of a degree) zooms by this factor.
-constexpr double notchZoom = 1.2;
 } // namespace
 
 View::View(QWidget* parent)
-    : QGraphicsView(parent)
+    : ZoomPanView(parent)
     , chartScene(new Scene(this))
 {
     setScene(chartScene);
-    setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    setBackgroundBrush(Qt::white);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setTransformationAnchor(QGraphicsView::NoAnchor);
     setResizeAnchor(QGraphicsView::NoAnchor);
-    setDragMode(QGraphicsView::NoDrag);
-    setViewportUpdateMode(QGraphicsView::SmartViewportUpdate);
     setOptimizationFlag(QGraphicsView::DontAdjustForAntialiasing);
+    setFitScale(1.0);
     updateSceneRect();
 }
 
@@ -43,7 +35,8 @@ View::~View() = default;
 void View::setPieChart(std::unique_ptr<PieChartItem> root)
 {
     heldPress.reset();
-    panning = false;
+    if (isPanning())
+        endPan();
     chartScene->setPieChart(std::move(root));
     updateSceneRect();
     fitChart();
@@ -59,11 +52,17 @@ void View::updateSceneRect()
     setSceneRect(chart.adjusted(-2 * side, -2 * side, 2 * side, 2 * side));
 }
 
+void View::setFitScale(double scale)
+{
+    fitScale = scale;
+    setScaleLimits(scale * minimumZoom, scale * maximumZoom);
+}
+
 void View::fitChart()
 {
     const QRectF chart = chartScene->getCentredChartRect();
     resetTransform();
-    zoom = 1.0;
+    setFitScale(1.0);
     if (chart.isEmpty()) {
         centerOn(sceneRect().center());
         return;
@@ -75,109 +74,72 @@ void View::fitChart()
         return;
     const double scale = std::min(room.width() / target.width(), room.height() / target.height());
     setTransform(QTransform::fromScale(scale, scale));
+    setFitScale(scale);
     centerOn(target.center());
-}
-
-void View::zoomBy(double factor, const QPoint& viewportPoint)
-{
-    if (!(factor > 0))
-        return;
-    const double wanted = std::clamp(zoom * factor, minimumZoom, maximumZoom);
-    factor = wanted / zoom;
-    if (factor == 1.0)
-        return;
-    // Keeps the scene point under the cursor where it is.
-    const QPointF before = mapToScene(viewportPoint);
-    scale(factor, factor);
-    zoom = wanted;
-    const QPointF after = mapToScene(viewportPoint);
-    const QPointF shift = (after - before) * transform().m11();
-    panBy(QPoint(static_cast<int>(std::lround(shift.x())), static_cast<int>(std::lround(shift.y()))));
-}
-
-void View::panBy(const QPoint& delta)
-{
-    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - delta.x());
-    verticalScrollBar()->setValue(verticalScrollBar()->value() - delta.y());
 }
 
 void View::resizeEvent(QResizeEvent* event)
 {
-    QGraphicsView::resizeEvent(event);
+    ZoomPanView::resizeEvent(event);
     fitChart();
 }
 
 void View::showEvent(QShowEvent* event)
 {
-    QGraphicsView::showEvent(event);
+    ZoomPanView::showEvent(event);
     fitChart();
 }
 
 void View::wheelEvent(QWheelEvent* event)
 {
-    const int delta = event->angleDelta().y();
-    if (delta == 0) {
+    // A sideways wheel does not scroll the chart.
+    if (event->angleDelta().y() == 0) {
         event->ignore();
         return;
     }
-    zoomBy(std::pow(notchZoom, delta / 120.0), event->position().toPoint());
-    event->accept();
+    ZoomPanView::wheelEvent(event);
 }
 
 void View::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::MiddleButton) {
-        panning = true;
-        lastPanPoint = event->pos();
-        viewport()->setCursor(Qt::ClosedHandCursor);
-        event->accept();
-        return;
-    }
-    if (event->button() == Qt::LeftButton && !panning) {
+    if (event->button() == Qt::LeftButton && !isPanning()) {
         heldPress = std::make_unique<QMouseEvent>(event->type(), event->localPos(), event->windowPos(),
                                                   event->screenPos(), event->button(), event->buttons(),
                                                   event->modifiers());
-        lastPanPoint = event->pos();
         event->accept();
         return;
     }
-    QGraphicsView::mousePressEvent(event);
+    ZoomPanView::mousePressEvent(event);
 }
 
 void View::mouseMoveEvent(QMouseEvent* event)
 {
     if (heldPress && (event->pos() - heldPress->pos()).manhattanLength() >= QApplication::startDragDistance()) {
+        // The press began a drag: a pan from where the button went down.
+        const QPoint from = heldPress->pos();
         heldPress.reset();
-        panning = true;
-        viewport()->setCursor(Qt::ClosedHandCursor);
+        startPan(from);
     }
-    if (panning) {
-        panBy(event->pos() - lastPanPoint);
-        lastPanPoint = event->pos();
+    if (heldPress && !isPanning()) {
         event->accept();
         return;
     }
-    if (heldPress) {
-        event->accept();
-        return;
-    }
-    QGraphicsView::mouseMoveEvent(event);
+    ZoomPanView::mouseMoveEvent(event);
 }
 
 void View::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (panning && (event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton)) {
-        panning = false;
-        viewport()->unsetCursor();
+    if (isPanning() && event->button() == Qt::LeftButton) {
+        endPan();
         event->accept();
         return;
     }
     if (heldPress && event->button() == Qt::LeftButton) {
         // A click: the scene gets the press it was held back from, then the release.
         const std::unique_ptr<QMouseEvent> press = std::move(heldPress);
-        QGraphicsView::mousePressEvent(press.get());
+        ZoomPanView::mousePressEvent(press.get());
     }
-    QGraphicsView::mouseReleaseEvent(event);
+    ZoomPanView::mouseReleaseEvent(event);
 }
 
 } // namespace Viewer

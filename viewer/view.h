@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QGraphicsView>
+#include "nu/graphics/zoompanview.h"
 
 #include <memory>
 
@@ -14,7 +14,7 @@ class Scene;
 // whenever the window is resized. The wheel zooms about the cursor; dragging with the left or
 // middle button pans. A left click that does not turn into a drag reaches the scene (selecting
 // a slice or clearing the selection) when the button is released.
-class View : public QGraphicsView
+class View : public nu::graphics::ZoomPanView
 {
     Q_OBJECT
 public:
@@ -33,9 +33,7 @@ public:
     // a small margin.
     void fitChart();
     // The scale relative to the fitted chart: 1 right after fitting.
-    double getZoom() const { return zoom; }
-    // Scales by factor about a viewport point, within the zoom limits.
-    void zoomBy(double factor, const QPoint& viewportPoint);
+    double getZoom() const { return getScale() / fitScale; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -46,15 +44,14 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    void panBy(const QPoint& delta);
     void updateSceneRect();
+    // The zoom limits are relative to the scale of the fitted chart.
+    void setFitScale(double scale);
 
     Scene* chartScene = nullptr;
-    double zoom = 1.0;
+    double fitScale = 1.0;
     // A left press held back until it is known whether it is a click or the start of a drag.
     std::unique_ptr<QMouseEvent> heldPress;
-    QPoint lastPanPoint;
-    bool panning = false;
 };
 
 } // namespace Viewer

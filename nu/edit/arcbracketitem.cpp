@@ -27,21 +27,5 @@ ArcBracketItem::ArcBracketItem(graphics::ArcBracketItem& item, Id id, Id parentI
         .endProperties();
 }
 
-ArcBracketItem::TipLength::TipLength(const PropertyInfo& info, graphics::ArcBracketItem& item)
-    : PropertyDoublePositive(info)
-    , item(item)
-{
-}
-
-double ArcBracketItem::TipLength::getValue() const
-{
-    return item.getTipLength();
-}
-
-void ArcBracketItem::TipLength::setValue(double value)
-{
-    item.setTipLength(value);
-}
-
 } // namespace edit
 } // namespace nu

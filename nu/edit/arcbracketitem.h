@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/propertydouble.h"
 #include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
@@ -19,15 +20,12 @@ public:
     ArcBracketItem(graphics::ArcBracketItem& item, Id id, Id parentId);
 
     // The editor keeps it positive; the bracket itself takes negative lengths (outward tips).
-    class TipLength : public PropertyDoublePositive
+    class TipLength : public BoundProperty<PropertyDoublePositive, graphics::ArcBracketItem,
+                                           &graphics::ArcBracketItem::getTipLength,
+                                           &graphics::ArcBracketItem::setTipLength>
     {
     public:
-        TipLength(const PropertyInfo& info, graphics::ArcBracketItem& item);
-        double getValue() const override;
-        void setValue(double value) override;
-
-    private:
-        graphics::ArcBracketItem& item;
+        using BoundProperty::BoundProperty;
     };
 };
 

@@ -20,38 +20,6 @@ ArcTextItem::ArcTextItem(graphics::ArcTextItem& item, Id id, Id parentId)
         .endProperties();
 }
 
-ArcTextItem::Text::Text(const PropertyInfo& info, graphics::ArcTextItem& item)
-    : PropertyString(info)
-    , item(item)
-{
-}
-
-QString ArcTextItem::Text::getValue() const
-{
-    return item.getText();
-}
-
-void ArcTextItem::Text::setValue(const QString& value)
-{
-    item.setText(value);
-}
-
-ArcTextItem::Font::Font(const PropertyInfo& info, graphics::ArcTextItem& item)
-    : PropertyFont(info)
-    , item(item)
-{
-}
-
-QFont ArcTextItem::Font::getValue() const
-{
-    return item.getFont();
-}
-
-void ArcTextItem::Font::setValue(const QFont& value)
-{
-    item.setFont(value);
-}
-
 ArcTextItem::Orientation::Orientation(const PropertyInfo& info, graphics::ArcTextItem& item)
     : PropertyOption(info)
     , item(item)

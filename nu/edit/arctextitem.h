@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/propertyfont.h"
 #include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
@@ -19,26 +20,18 @@ public:
 
     ArcTextItem(graphics::ArcTextItem& item, Id id, Id parentId);
 
-    class Text : public PropertyString
+    class Text : public BoundProperty<PropertyString, graphics::ArcTextItem, &graphics::ArcTextItem::getText,
+                                      &graphics::ArcTextItem::setText>
     {
     public:
-        Text(const PropertyInfo& info, graphics::ArcTextItem& item);
-        QString getValue() const override;
-        void setValue(const QString& value) override;
-
-    private:
-        graphics::ArcTextItem& item;
+        using BoundProperty::BoundProperty;
     };
 
-    class Font : public PropertyFont
+    class Font : public BoundProperty<PropertyFont, graphics::ArcTextItem, &graphics::ArcTextItem::getFont,
+                                      &graphics::ArcTextItem::setFont>
     {
     public:
-        Font(const PropertyInfo& info, graphics::ArcTextItem& item);
-        QFont getValue() const override;
-        void setValue(const QFont& value) override;
-
-    private:
-        graphics::ArcTextItem& item;
+        using BoundProperty::BoundProperty;
     };
 
     // 0 "Inside", 1 "Outside"; any other value reads and writes as Inside.

@@ -28,8 +28,8 @@ void ColorEditWidget::setColor(const QColor& color)
 
 void ColorEditWidget::on_editButton_clicked()
 {
-    const QColor chosen =
-        QColorDialog::getColor(color, this, tr("Select color"), QColorDialog::DontUseNativeDialog);
+    const QColor chosen = QColorDialog::getColor(color, this, tr("Select color"),
+                                                 QColorDialog::DontUseNativeDialog | QColorDialog::ShowAlphaChannel);
     if (chosen.isValid())
         setColor(chosen);
 }

@@ -12,8 +12,8 @@ namespace Ui {
 class ColorEditWidget;
 }
 
-// The sheet's colour editor: a swatch of the colour and a button that opens a colour dialog.
-// The swatch shows red, green and blue; the alpha is kept in the colour but not shown.
+// The sheet's colour editor: a swatch of the colour and a button that opens a colour dialog,
+// in which the alpha can be changed too. The swatch shows red, green and blue only.
 class ColorEditWidget : public QWidget
 {
     Q_OBJECT

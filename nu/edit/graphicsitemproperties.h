@@ -3,6 +3,7 @@
 // The leaf properties bound directly to a graphics item: each reads and writes one value of the
 // item given to its constructor, which outlives it.
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/propertybool.h"
 #include "nu/edit/propertybrush.h"
 #include "nu/edit/propertydouble.h"
@@ -10,186 +11,151 @@
 #include "nu/edit/propertypen.h"
 #include "nu/edit/propertypointf.h"
 
-class QGraphicsItem;
+#include "nu/graphics/angularitem.h"
+#include "nu/graphics/countitem.h"
+#include "nu/graphics/customshapeitem.h"
+#include "nu/graphics/ordereditem.h"
+#include "nu/graphics/positionchilditem.h"
+#include "nu/graphics/radiuschilditem.h"
+#include "nu/graphics/radiusoffsetitem.h"
+#include "nu/graphics/rotationchilditem.h"
+
+#include <QGraphicsItem>
 
 namespace nu {
-
-namespace graphics {
-class AngularItem;
-class BaseItem;
-class CountItem;
-class CustomShapeItem;
-class CustomTraceItem;
-class OrderedItem;
-class PositionChildItem;
-class RadiusChildItem;
-class RadiusOffsetItem;
-class RotationChildItem;
-} // namespace graphics
-
 namespace edit {
 
 // The item's position in its parent's coordinates.
-class PropertyGraphicsItemPosition : public PropertyPointF
+class PropertyGraphicsItemPosition
+    : public BoundProperty<PropertyPointF, QGraphicsItem, &QGraphicsItem::pos,
+                           static_cast<void (QGraphicsItem::*)(const QPointF&)>(&QGraphicsItem::setPos)>
 {
 public:
-    PropertyGraphicsItemPosition(const PropertyInfo& info, QGraphicsItem& item);
-    QPointF getValue() const override;
-    void setValue(const QPointF& value) override;
-
-private:
-    QGraphicsItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The item's rotation counted counter-clockwise: the negated Qt rotation (30 here is -30 there).
-class PropertyGraphicsItemRotation : public PropertyDoubleAngle
+class PropertyGraphicsItemRotation
+    : public BoundProperty<PropertyDoubleAngle, graphics::BaseItem, &graphics::BaseItem::getRot,
+                           &graphics::BaseItem::setRot>
 {
 public:
-    PropertyGraphicsItemRotation(const PropertyInfo& info, graphics::BaseItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-
-private:
-    graphics::BaseItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // Whether the item stays upright and unscaled on screen.
-class PropertyIgnoreTransformations : public PropertyBool
+class PropertyIgnoreTransformations
+    : public BoundProperty<PropertyBool, graphics::RotationChildItem, &graphics::BaseItem::getIgnoreTransformations,
+                           &graphics::RotationChildItem::setIgnoreTransformations>
 {
 public:
-    PropertyIgnoreTransformations(const PropertyInfo& info, graphics::RotationChildItem& item);
-    bool getValue() const override;
-    void setValue(bool value) override;
-
-private:
-    graphics::RotationChildItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The span of the item in degrees.
-class PropertyAngularItemAngle : public PropertyDoubleAngle
+class PropertyAngularItemAngle
+    : public BoundProperty<PropertyDoubleAngle, graphics::AngularItem, &graphics::AngularItem::getAngle,
+                           &graphics::AngularItem::setAngle>
 {
 public:
-    PropertyAngularItemAngle(const PropertyInfo& info, graphics::AngularItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-
-private:
-    graphics::AngularItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The span of the item as a share of the full circle, 0..100.
-class PropertyAngularItemPercentage : public PropertyDouble
+class PropertyAngularItemPercentage
+    : public BoundProperty<PropertyDouble, graphics::AngularItem, &graphics::AngularItem::getPercentage,
+                           &graphics::AngularItem::setPercentage>
 {
 public:
-    PropertyAngularItemPercentage(const PropertyInfo& info, graphics::AngularItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-    double min() const override;
-    double max() const override;
-
-private:
-    graphics::AngularItem& item;
+    using BoundProperty::BoundProperty;
+    double min() const override { return 0.0; }
+    double max() const override { return 100.0; }
 };
 
 // The item's own count.
-class PropertyCountItemCount : public PropertyInteger
+class PropertyCountItemCount
+    : public BoundProperty<PropertyInteger, graphics::CountItem, &graphics::CountItem::getCount,
+                           &graphics::CountItem::setCount>
 {
 public:
-    PropertyCountItemCount(const PropertyInfo& info, graphics::CountItem& item);
-    int getValue() const override;
-    void setValue(int value) override;
-    int min() const override;
-
-private:
-    graphics::CountItem& item;
+    using BoundProperty::BoundProperty;
+    int min() const override { return 0; }
 };
 
 // The item's place among its siblings; without an ordered parent there is nothing to order, so
 // the sheet can be told to leave it out (it still saves and undoes).
-class PropertyOrderedItemOrder : public PropertyInteger
+class PropertyOrderedItemOrder
+    : public BoundProperty<PropertyInteger, graphics::OrderedItem, &graphics::OrderedItem::getOrder,
+                           &graphics::OrderedItem::setOrder>
 {
 public:
-    PropertyOrderedItemOrder(const PropertyInfo& info, graphics::OrderedItem& item, bool widgetAccessible);
-    int getValue() const override;
-    void setValue(int value) override;
-    int min() const override;
-    bool isWidgetAccessible() const override;
+    PropertyOrderedItemOrder(const PropertyInfo& info, graphics::OrderedItem& item, bool widgetAccessible)
+        : BoundProperty(info, item)
+        , widgetAccessible(widgetAccessible)
+    {
+    }
+    int min() const override { return 1; }
+    bool isWidgetAccessible() const override { return widgetAccessible; }
 
 private:
-    graphics::OrderedItem& item;
     bool widgetAccessible;
 };
 
 // The pen the item's outline is drawn with.
-class PropertyCustomTraceItemPen : public PropertyPen
+class PropertyCustomTraceItemPen
+    : public BoundProperty<PropertyPen, graphics::CustomTraceItem, &graphics::CustomTraceItem::getPen,
+                           &graphics::CustomTraceItem::setPen>
 {
 public:
-    PropertyCustomTraceItemPen(const PropertyInfo& info, graphics::CustomTraceItem& item);
-    QPen getValue() const override;
-    void setValue(const QPen& value) override;
-
-private:
-    graphics::CustomTraceItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The brush the item's shape is filled with.
-class PropertyCustomShapeItemBrush : public PropertyBrush
+class PropertyCustomShapeItemBrush
+    : public BoundProperty<PropertyBrush, graphics::CustomShapeItem, &graphics::CustomShapeItem::getBrush,
+                           &graphics::CustomShapeItem::setBrush>
 {
 public:
-    PropertyCustomShapeItemBrush(const PropertyInfo& info, graphics::CustomShapeItem& item);
-    QBrush getValue() const override;
-    void setValue(const QBrush& value) override;
-
-private:
-    graphics::CustomShapeItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The width of a ring-like item.
-class PropertyRadiusOffset : public PropertyDoublePositive
+class PropertyRadiusOffset
+    : public BoundProperty<PropertyDoublePositive, graphics::RadiusOffsetItem,
+                           &graphics::RadiusOffsetItem::getRadiusOffset, &graphics::RadiusOffsetItem::setRadiusOffset>
 {
 public:
-    PropertyRadiusOffset(const PropertyInfo& info, graphics::RadiusOffsetItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-
-private:
-    graphics::RadiusOffsetItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The item's radius as a distance from the radius its parent offers.
-class PropertyRadiusOffsetFromParent : public PropertyDoublePositive
+class PropertyRadiusOffsetFromParent
+    : public BoundProperty<PropertyDoublePositive, graphics::RadiusChildItem,
+                           &graphics::RadiusChildItem::getRadiusOffsetFromParent,
+                           &graphics::RadiusChildItem::setRadiusOffsetFromParent>
 {
 public:
-    PropertyRadiusOffsetFromParent(const PropertyInfo& info, graphics::RadiusChildItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-
-private:
-    graphics::RadiusChildItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The item's rotation relative to the direction its parent offers (degrees, any value).
-class PropertyRotationOffsetFromParent : public PropertyDouble
+class PropertyRotationOffsetFromParent
+    : public BoundProperty<PropertyDouble, graphics::RotationChildItem,
+                           &graphics::RotationChildItem::getRotationOffsetFromParent,
+                           &graphics::RotationChildItem::setRotationOffsetFromParent>
 {
 public:
-    PropertyRotationOffsetFromParent(const PropertyInfo& info, graphics::RotationChildItem& item);
-    double getValue() const override;
-    void setValue(double value) override;
-
-private:
-    graphics::RotationChildItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 // The item's position relative to the anchor point its parent offers.
-class PropertyPositionOffsetFromParent : public PropertyPointF
+class PropertyPositionOffsetFromParent
+    : public BoundProperty<PropertyPointF, graphics::PositionChildItem,
+                           &graphics::PositionChildItem::getPositionOffsetFromParent,
+                           &graphics::PositionChildItem::setPositionOffsetFromParent>
 {
 public:
-    PropertyPositionOffsetFromParent(const PropertyInfo& info, graphics::PositionChildItem& item);
-    QPointF getValue() const override;
-    void setValue(const QPointF& value) override;
-
-private:
-    graphics::PositionChildItem& item;
+    using BoundProperty::BoundProperty;
 };
 
 } // namespace edit

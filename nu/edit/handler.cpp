@@ -1,6 +1,7 @@
 #include "nu/edit/handler.h"
 
 #include "nu/edit/scene.h"
+#include "nu/edit/selectionshape.h"
 
 #include "nu/graphics/arcbracketitem.h"
 #include "nu/graphics/arctextitem.h"
@@ -8,11 +9,14 @@
 #include "nu/graphics/lineitem.h"
 #include "nu/graphics/positionchilditem.h"
 #include "nu/graphics/radiusitem.h"
+#include "nu/graphics/recttextitem.h"
 #include "nu/graphics/rotationchilditem.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace nu {
 namespace edit {
@@ -41,14 +45,22 @@ Handler::~Handler()
 
 QRectF Handler::boundingRect() const
 {
-    return graphics::centeredRect(QPointF(), radius).adjusted(-1, -1, 1, 1);
+    return graphics::centeredRect(knobCentre, radius).adjusted(-1, -1, 1, 1);
 }
 
 void Handler::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
 {
     painter->setPen(QPen(Qt::black));
     painter->setBrush(QBrush(color));
-    painter->drawEllipse(QPointF(), radius, radius);
+    painter->drawEllipse(knobCentre, radius, radius);
+}
+
+void Handler::setKnobCentre(const QPointF& centre)
+{
+    if (centre == knobCentre)
+        return;
+    prepareGeometryChange();
+    knobCentre = centre;
 }
 
 bool Handler::isDeletable() const
@@ -120,6 +132,47 @@ void Handler::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
         editor->slotMoveHandlerEnd(getHandledItem());
 }
 
+HandlerPosition::Outline::Outline(QGraphicsItem* parent)
+    : QGraphicsItem(parent)
+{
+    // Under the knobs, which are made after it.
+    setFlag(QGraphicsItem::ItemStacksBehindParent);
+    setAcceptedMouseButtons(Qt::NoButton);
+}
+
+void HandlerPosition::Outline::setPath(const QPainterPath& p)
+{
+    if (p == path)
+        return;
+    prepareGeometryChange();
+    path = p;
+}
+
+QRectF HandlerPosition::Outline::boundingRect() const
+{
+    // Room for the pens, which are a few pixels wide at any zoom.
+    return path.boundingRect().adjusted(-4, -4, 4, 4);
+}
+
+QPainterPath HandlerPosition::Outline::shape() const
+{
+    return QPainterPath();
+}
+
+void HandlerPosition::Outline::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    // A blue line on a white edge reads on light and dark fills alike.
+    QPen under(Qt::white, 4.0);
+    under.setCosmetic(true);
+    QPen over(QColor(0x1e, 0x6f, 0xd9), 2.0, Qt::DashLine);
+    over.setCosmetic(true);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(under);
+    painter->drawPath(path);
+    painter->setPen(over);
+    painter->drawPath(path);
+}
+
 HandlerPosition::HandlerPosition(graphics::BaseItem& item)
     : Handler(QColor(Qt::yellow))
     , item(item)
@@ -131,12 +184,16 @@ HandlerPosition::HandlerPosition(graphics::BaseItem& item)
     else if (item.scene())
         item.scene()->addItem(this);
     setFlag(QGraphicsItem::ItemStacksBehindParent, false);
+    outline = new Outline(this);
 }
 
 void HandlerPosition::updateHandler()
 {
     setFlag(QGraphicsItem::ItemIgnoresTransformations, item.getIgnoreTransformations());
     setPos(item.pos());
+    setKnobCentre(placeKnob());
+    // The handle shares the item's parent and origin: only the item's own turn lies between.
+    outline->setPath(item.itemTransform(this).map(selectionShape(item)));
     for (HandlerSub* handler : handlers)
         handler->updateHandler();
 }
@@ -225,12 +282,23 @@ HandlerRotationRotationChildItem::HandlerRotationRotationChildItem(HandlerPositi
 
 void HandlerRotationRotationChildItem::updateHandler()
 {
-    setPos(polarPoint(Length, item.getRot()));
+    setPos(polarPoint(getLength(), item.getRot()));
 }
 
 void HandlerRotationRotationChildItem::dragTo(const QPointF& p)
 {
     item.setRotationOffsetFromParent(wrapAngle(directionOf(p) - item.getRotationParent()));
+}
+
+RectTextRotationHandler::RectTextRotationHandler(HandlerPosition* position, graphics::RectTextItem& item)
+    : HandlerRotationRotationChildItem(position, item)
+    , text(item)
+{
+}
+
+double RectTextRotationHandler::getLength() const
+{
+    return std::max(Length, text.path().boundingRect().right() + knobClearance);
 }
 
 StartTipHandler::StartTipHandler(HandlerPosition* position, graphics::ArcBracketItem& item)
@@ -261,14 +329,19 @@ RadiusRotationHandler::RadiusRotationHandler(HandlerPosition* position, graphics
 {
 }
 
+double RadiusRotationHandler::getClearance() const
+{
+    return graphics::textRect(item.getText(), item.getFont(), item.getPen()).height() / 2 + knobClearance;
+}
+
 void RadiusRotationHandler::updateHandler()
 {
-    setPos(polarPoint(item.getRadius(), item.getRot()));
+    setPos(polarPoint(item.getRadius() + getClearance(), item.getRot()));
 }
 
 void RadiusRotationHandler::dragTo(const QPointF& p)
 {
-    item.setRadiusOffsetFromParent(lengthOf(p) - item.getRadiusParent());
+    item.setRadiusOffsetFromParent(lengthOf(p) - getClearance() - item.getRadiusParent());
     item.setRotationOffsetFromParent(wrapAngle(directionOf(p) - item.getRotationParent()));
 }
 

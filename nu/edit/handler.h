@@ -16,6 +16,7 @@ class BaseItem;
 class LineItem;
 class PositionChildItem;
 class RadiusItem;
+class RectTextItem;
 class RotationChildItem;
 } // namespace graphics
 
@@ -53,8 +54,12 @@ public:
 
     double getRadius() const { return radius; }
     QColor getColor() const { return color; }
+    // Where the round knob is drawn and taken, in knob coordinates: its origin unless the
+    // origin lies on what the knob edits.
+    QPointF getKnobCentre() const { return knobCentre; }
 
 protected:
+    void setKnobCentre(const QPointF& centre);
     // The knob was dragged to p (in its parent's coordinates): change the item accordingly.
     virtual void dragTo(const QPointF& p) = 0;
     Scene* getEditorScene() const;
@@ -68,6 +73,7 @@ protected:
 private:
     double radius = 4.0;
     QColor color;
+    QPointF knobCentre;
     bool dragging = false;
     // Where on the knob the drag began, in knob coordinates.
     QPointF pressOffset;
@@ -76,10 +82,26 @@ private:
 class HandlerSub;
 
 // The knob on an item's origin, which moves the item; the item's other knobs are its children,
-// so that they move with it. It sits in the frame of the item's parent.
+// so that they move with it. It sits in the frame of the item's parent, and outlines the item
+// under its knobs so that the selection shows.
 class HandlerPosition : public Handler
 {
 public:
+    // The selected item's outline: drawn, never hit.
+    class Outline : public QGraphicsItem
+    {
+    public:
+        explicit Outline(QGraphicsItem* parent);
+        void setPath(const QPainterPath& path);
+        const QPainterPath& getPath() const { return path; }
+        QRectF boundingRect() const override;
+        QPainterPath shape() const override;
+        void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+    private:
+        QPainterPath path;
+    };
+
     explicit HandlerPosition(graphics::BaseItem& item);
 
     void updateHandler() override;
@@ -92,13 +114,17 @@ public:
     // Takes a knob made with this handle as its parent.
     void addHandler(HandlerSub* handler);
     const std::vector<HandlerSub*>& getHandlers() const { return handlers; }
+    const Outline& getOutline() const { return *outline; }
 
 protected:
     void dragTo(const QPointF& p) override;
     graphics::BaseItem& getItem() const { return item; }
+    // Where the knob is drawn relative to the item's origin, in knob coordinates.
+    virtual QPointF placeKnob() const { return QPointF(); }
 
 private:
     graphics::BaseItem& item;
+    Outline* outline = nullptr;
     std::vector<HandlerSub*> handlers;
 };
 
@@ -156,9 +182,24 @@ public:
 
 protected:
     void dragTo(const QPointF& p) override;
+    // How far out the knob sits.
+    virtual double getLength() const { return Length; }
 
 private:
     graphics::RotationChildItem& item;
+};
+
+// A straight text's rotation: the knob sits past the end of the text, at least 30 units out.
+class RectTextRotationHandler : public HandlerRotationRotationChildItem
+{
+public:
+    RectTextRotationHandler(HandlerPosition* position, graphics::RectTextItem& item);
+
+protected:
+    double getLength() const override;
+
+private:
+    graphics::RectTextItem& text;
 };
 
 // The span of an arc (a bracket, a pie): a knob on the arc at the end of the span.
@@ -235,7 +276,8 @@ public:
     void updateHandler() override;
 };
 
-// An arc text's radius and rotation at once: a knob on its centre line at its rotation.
+// An arc text's radius and rotation at once: a knob on the line through the middle of the text,
+// just outside the band the letters take.
 class RadiusRotationHandler : public HandlerSub
 {
 public:
@@ -246,6 +288,9 @@ protected:
     void dragTo(const QPointF& p) override;
 
 private:
+    // From the text's centre line to the knob.
+    double getClearance() const;
+
     graphics::ArcTextItem& item;
 };
 

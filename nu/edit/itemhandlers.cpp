@@ -1,5 +1,7 @@
 #include "nu/edit/itemhandlers.h"
 
+#include "nu/edit/selectionshape.h"
+
 #include "nu/graphics/arcbracketitem.h"
 #include "nu/graphics/arctextitem.h"
 #include "nu/graphics/lineitem.h"
@@ -69,9 +71,28 @@ LineItemHandler::LineItemHandler(graphics::LineItem& item)
 
 RectTextItemHandler::RectTextItemHandler(graphics::RectTextItem& item)
     : HandlerPositionOffset(item)
+    , text(item)
 {
-    addHandler(new HandlerRotationRotationChildItem(this, item));
+    addHandler(new RectTextRotationHandler(this, item));
     updateHandler();
+}
+
+QPointF RectTextItemHandler::placeKnob() const
+{
+    // The anchor lies on the text's box: the knob goes out of the box on the anchor's side, to
+    // the left when the anchor is the box's centre.
+    using Anchor = graphics::AnchorItem;
+    const QRectF box = text.path().boundingRect();
+    QPointF knob(box.left() - knobClearance, 0);
+    if (text.getHorizontalAnchor() == Anchor::HorizontalAnchor::Right)
+        knob = QPointF(box.right() + knobClearance, 0);
+    else if (text.getHorizontalAnchor() == Anchor::HorizontalAnchor::Center
+             && text.getVerticalAnchor() == Anchor::VerticalAnchor::Top)
+        knob = QPointF(0, box.top() - knobClearance);
+    else if (text.getHorizontalAnchor() == Anchor::HorizontalAnchor::Center
+             && text.getVerticalAnchor() == Anchor::VerticalAnchor::Bottom)
+        knob = QPointF(0, box.bottom() + knobClearance);
+    return text.itemTransform(this).map(knob);
 }
 
 SubSpaceItemHandler::SubSpaceItemHandler(graphics::SubSpaceItem& item)

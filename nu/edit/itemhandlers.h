@@ -53,11 +53,17 @@ public:
     explicit LineItemHandler(graphics::LineItem& item);
 };
 
-// Position; rotation.
+// Position, beside the text at its anchor; rotation, past the text's end.
 class RectTextItemHandler : public HandlerPositionOffset
 {
 public:
     explicit RectTextItemHandler(graphics::RectTextItem& item);
+
+protected:
+    QPointF placeKnob() const override;
+
+private:
+    graphics::RectTextItem& text;
 };
 
 // Position; rotation.

@@ -22,21 +22,5 @@ LineItem::LineItem(graphics::LineItem& item, Id id, Id parentId)
         .endProperties();
 }
 
-LineItem::End::End(const PropertyInfo& info, graphics::LineItem& item)
-    : PropertyPointF(info)
-    , item(item)
-{
-}
-
-QPointF LineItem::End::getValue() const
-{
-    return item.getEndPoint();
-}
-
-void LineItem::End::setValue(const QPointF& value)
-{
-    item.setEndPoint(value);
-}
-
 } // namespace edit
 } // namespace nu

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
 #include "nu/edit/propertypointf.h"
@@ -18,15 +19,11 @@ public:
     LineItem(graphics::LineItem& item, Id id, Id parentId);
 
     // The far end of the line, in the line's own coordinates.
-    class End : public PropertyPointF
+    class End : public BoundProperty<PropertyPointF, graphics::LineItem, &graphics::LineItem::getEndPoint,
+                                     &graphics::LineItem::setEndPoint>
     {
     public:
-        End(const PropertyInfo& info, graphics::LineItem& item);
-        QPointF getValue() const override;
-        void setValue(const QPointF& value) override;
-
-    private:
-        graphics::LineItem& item;
+        using BoundProperty::BoundProperty;
     };
 };
 

@@ -14,39 +14,13 @@ PieChartTextItem::PieChartTextItem(graphics::PieChartTextItem& item, Id id, Id p
 }
 
 PieChartTextItem::Text::Text(const PropertyInfo& info, graphics::PieChartTextItem& item)
-    : PropertyDrawableText(info)
-    , item(item)
+    : BoundProperty(info, item)
 {
     beginProperties()
         .prop<Show>(PropertyInfo(info.name + QStringLiteral(".show"), QStringLiteral("show"), tr("show")), item)
         .endProperties();
 }
 
-graphics::DrawableText PieChartTextItem::Text::getValue() const
-{
-    return item.getText();
-}
-
-void PieChartTextItem::Text::setValue(const graphics::DrawableText& value)
-{
-    item.setText(value);
-}
-
-PieChartTextItem::Text::Show::Show(const PropertyInfo& info, graphics::PieChartTextItem& item)
-    : PropertyBool(info)
-    , item(item)
-{
-}
-
-bool PieChartTextItem::Text::Show::getValue() const
-{
-    return item.getTextShow();
-}
-
-void PieChartTextItem::Text::Show::setValue(bool value)
-{
-    item.setTextShow(value);
-}
 
 } // namespace edit
 } // namespace nu

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/propertybool.h"
 #include "nu/edit/propertydrawabletext.h"
 #include "nu/edit/itemhandlers.h"
@@ -20,26 +21,19 @@ public:
     PieChartTextItem(graphics::PieChartTextItem& item, Id id, Id parentId);
 
     // The label: the drawable text's members, then "<name>.show".
-    class Text : public PropertyDrawableText
+    class Text : public BoundProperty<PropertyDrawableText, graphics::PieChartTextItem,
+                                      &graphics::PieChartTextItem::getText, &graphics::PieChartTextItem::setText>
     {
     public:
         Text(const PropertyInfo& info, graphics::PieChartTextItem& item);
-        graphics::DrawableText getValue() const override;
-        void setValue(const graphics::DrawableText& value) override;
 
-        class Show : public PropertyBool
+        class Show : public BoundProperty<PropertyBool, graphics::PieChartTextItem,
+                                          &graphics::PieChartTextItem::getTextShow,
+                                          &graphics::PieChartTextItem::setTextShow>
         {
         public:
-            Show(const PropertyInfo& info, graphics::PieChartTextItem& item);
-            bool getValue() const override;
-            void setValue(bool value) override;
-
-        private:
-            graphics::PieChartTextItem& item;
+            using BoundProperty::BoundProperty;
         };
-
-    private:
-        graphics::PieChartTextItem& item;
     };
 };
 

@@ -13,6 +13,20 @@ std::unique_ptr<QWidget> PropertyBasic::createWidget(QObject* receiver, const ch
     return widget;
 }
 
+namespace {
+const char* const userEdited = "userEdited";
+} // namespace
+
+void PropertyBasic::setUserEdited(QWidget* editor, bool edited)
+{
+    editor->setProperty(userEdited, edited);
+}
+
+bool PropertyBasic::isUserEdited(const QWidget* editor)
+{
+    return editor->property(userEdited).toBool();
+}
+
 bool PropertyBasic::isWidgetAccessible() const
 {
     return true;

@@ -38,6 +38,12 @@ public:
 protected:
     // The SIGNAL() of the editor that createWidget(receiver, slot) connects.
     virtual const char* getWidgetSignal() const = 0;
+
+    // Whether the user has typed in or stepped the editor since it last showed the value. A
+    // value outside the editor's range is shown as the bound: only an edit tells that the bound
+    // is wanted.
+    static void setUserEdited(QWidget* editor, bool edited);
+    static bool isUserEdited(const QWidget* editor);
 };
 
 } // namespace edit

@@ -34,6 +34,8 @@ std::unique_ptr<QWidget> PropertyDouble::createWidget()
     box->setMinimum(min());
     box->setMaximum(max());
     box->setValue(getValue());
+    QDoubleSpinBox* edited = box.get();
+    QObject::connect(edited, &QDoubleSpinBox::textChanged, edited, [edited] { setUserEdited(edited, true); });
     return box;
 }
 
@@ -42,6 +44,7 @@ void PropertyDouble::updateWidget(QWidget* widget)
     if (auto box = qobject_cast<QDoubleSpinBox*>(widget)) {
         const QSignalBlocker blocker(box);
         box->setValue(getValue());
+        setUserEdited(box, false);
     }
 }
 
@@ -54,8 +57,9 @@ void PropertyDouble::updateFromWidget(QWidget* widget)
     const double shown = qBound(box->minimum(),
                                 QString::number(getValue(), 'f', box->decimals()).toDouble(),
                                 box->maximum());
-    if (box->value() == shown)
+    if (box->value() == shown && !isUserEdited(box))
         return;
+    setUserEdited(box, false);
     setValue(box->value());
 }
 

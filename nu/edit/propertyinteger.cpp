@@ -32,6 +32,8 @@ std::unique_ptr<QWidget> PropertyInteger::createWidget()
     auto box = std::make_unique<QSpinBox>();
     box->setRange(min(), max());
     box->setValue(getValue());
+    QSpinBox* edited = box.get();
+    QObject::connect(edited, &QSpinBox::textChanged, edited, [edited] { setUserEdited(edited, true); });
     return box;
 }
 
@@ -40,6 +42,7 @@ void PropertyInteger::updateWidget(QWidget* widget)
     if (auto box = qobject_cast<QSpinBox*>(widget)) {
         const QSignalBlocker blocker(box);
         box->setValue(getValue());
+        setUserEdited(box, false);
     }
 }
 
@@ -49,8 +52,9 @@ void PropertyInteger::updateFromWidget(QWidget* widget)
     if (!box)
         return;
     const int current = getValue();
-    if (box->value() == qBound(box->minimum(), current, box->maximum()))
+    if (box->value() == qBound(box->minimum(), current, box->maximum()) && !isUserEdited(box))
         return;
+    setUserEdited(box, false);
     setValue(box->value());
 }
 

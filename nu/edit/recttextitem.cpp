@@ -20,37 +20,5 @@ RectTextItem::RectTextItem(graphics::RectTextItem& item, Id id, Id parentId)
         .endProperties();
 }
 
-RectTextItem::Text::Text(const PropertyInfo& info, graphics::RectTextItem& item)
-    : PropertyString(info)
-    , item(item)
-{
-}
-
-QString RectTextItem::Text::getValue() const
-{
-    return item.getText();
-}
-
-void RectTextItem::Text::setValue(const QString& value)
-{
-    item.setText(value);
-}
-
-RectTextItem::Font::Font(const PropertyInfo& info, graphics::RectTextItem& item)
-    : PropertyFont(info)
-    , item(item)
-{
-}
-
-QFont RectTextItem::Font::getValue() const
-{
-    return item.getFont();
-}
-
-void RectTextItem::Font::setValue(const QFont& value)
-{
-    item.setFont(value);
-}
-
 } // namespace edit
 } // namespace nu

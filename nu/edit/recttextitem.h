@@ -1,5 +1,6 @@
 #pragma once
 
+#include "nu/edit/boundproperty.h"
 #include "nu/edit/propertyfont.h"
 #include "nu/edit/itemhandlers.h"
 #include "nu/edit/propertygraphicsitem.h"
@@ -18,26 +19,18 @@ public:
 
     RectTextItem(graphics::RectTextItem& item, Id id, Id parentId);
 
-    class Text : public PropertyString
+    class Text : public BoundProperty<PropertyString, graphics::RectTextItem, &graphics::RectTextItem::getText,
+                                      &graphics::RectTextItem::setText>
     {
     public:
-        Text(const PropertyInfo& info, graphics::RectTextItem& item);
-        QString getValue() const override;
-        void setValue(const QString& value) override;
-
-    private:
-        graphics::RectTextItem& item;
+        using BoundProperty::BoundProperty;
     };
 
-    class Font : public PropertyFont
+    class Font : public BoundProperty<PropertyFont, graphics::RectTextItem, &graphics::RectTextItem::getFont,
+                                      &graphics::RectTextItem::setFont>
     {
     public:
-        Font(const PropertyInfo& info, graphics::RectTextItem& item);
-        QFont getValue() const override;
-        void setValue(const QFont& value) override;
-
-    private:
-        graphics::RectTextItem& item;
+        using BoundProperty::BoundProperty;
     };
 };
 

@@ -1,9 +1,15 @@
 #include "nu/edit/scene.h"
 
+#include "nu/edit/arcbracketitem.h"
+#include "nu/edit/arctextitem.h"
 #include "nu/edit/graphicsitemmanager.h"
 #include "nu/edit/handler.h"
+#include "nu/edit/lineitem.h"
 #include "nu/edit/loadjson.h"
 #include "nu/edit/propertieswidget.h"
+#include "nu/edit/recttextitem.h"
+#include "nu/edit/selectionshape.h"
+#include "nu/edit/subspaceitem.h"
 
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/baseitem.h"
@@ -15,7 +21,6 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QKeyEvent>
-#include <QSet>
 
 #include <algorithm>
 
@@ -24,10 +29,12 @@ namespace edit {
 
 namespace {
 
-enum Type { ArcText = 1, ArcBracket = 5, RectText = 6, Line = 7, SubSpace = 8, RectBracket = 9 };
-
 // Room around the drawing in an exported image, in scene units.
 constexpr double imageMargin = 10.0;
+// Room around the drawing on a fitted canvas, in scene units.
+constexpr double canvasMargin = 20.0;
+// Between the end of an elbow's level line and its text, so that the two stay apart.
+constexpr double elbowTextGap = 6.0;
 
 // Hides the knobs for the time of a drawing.
 class KnobsHidden
@@ -63,7 +70,7 @@ Scene::Scene(GraphicsItemManager& manager, QObject* parent)
 {
     // The signals carry ids under this name; receivers through a queue or a spy need it known.
     qRegisterMetaType<PropertyItem::Id>("nu::edit::PropertyItem::Id");
-    setSceneRect(-500, -500, 1000, 1000);
+    setSceneRect(defaultCanvas);
     manager.setScene(*this);
 }
 
@@ -85,10 +92,7 @@ void Scene::reset()
     deleteHandlers();
     manager.reset();
     undoManager.clear();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected);
 }
 
 PropertiesWidget* Scene::getPropertiesWidget(QWidget* parent)
@@ -189,16 +193,22 @@ std::pair<Scene::Pick, QGraphicsItem*> Scene::pickItem(const QPointF& point, con
 {
     // A few units of slack, so that a thin line can be hit.
     const QRectF area = graphics::centeredRect(point, 4.0);
-    const QList<QGraphicsItem*> shapeHits =
-        items(area, Qt::IntersectsItemShape, Qt::DescendingOrder, deviceTransform);
-    const QSet<QGraphicsItem*> hit(shapeHits.begin(), shapeHits.end());
+    const QPolygonF onDevice = deviceTransform.map(QPolygonF(area));
     const auto editable = [this](QGraphicsItem* item) { return manager.findId(item) && manager.isSelectable(item); };
+    // Editable items are hit where the editor outlines them (a text anywhere in its box), the
+    // rest on their shapes. An item that ignores transformations is placed through the view.
+    const auto hit = [&](QGraphicsItem* item) {
+        QPainterPath probe;
+        probe.addPolygon(item->deviceTransform(deviceTransform).inverted().map(onDevice));
+        probe.closeSubpath();
+        return (editable(item) ? selectionShape(*item) : item->shape()).intersects(probe);
+    };
 
     // A hidden subspace has no outline to hit: its bounds (around its origin) stand in for it.
     for (QGraphicsItem* item : items(area, Qt::IntersectsItemBoundingRect, Qt::DescendingOrder, deviceTransform)) {
         const auto subSpace = dynamic_cast<graphics::SubSpaceItem*>(item);
         const bool hidden = subSpace && !subSpace->getSubSpaceVisible();
-        if (!hidden && !hit.contains(item))
+        if (!hidden && !hit(item))
             continue;
         // A grey knob takes no press: what lies beneath is picked (it may even be hidden under
         // an inner ring of the chart).
@@ -277,8 +287,7 @@ void Scene::slotUpdate()
 {
     for (const auto& handler : handlers)
         handler->updateHandler();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(0);
 }
 
 void Scene::slotUndo()
@@ -303,9 +312,7 @@ void Scene::stepThroughHistory(bool (UndoManager::*can)() const, void (UndoManag
         applySubSpaceVisibility(false);
     // The handled item may have been made anew or moved to another parent: new knobs.
     refreshHandlers(handled);
-    emit signalHandlerChanged();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged);
 }
 
 void Scene::slotDeleteSelected()
@@ -329,17 +336,15 @@ void Scene::slotDeleteSelected()
     }
     undoManager.changeEnd();
     deleteHandlers();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected);
 }
 
 QRectF Scene::getDrawingRect() const
 {
     QRectF bounds;
     for (QGraphicsItem* item : items()) {
-        if (item->isVisible() && !dynamic_cast<Handler*>(item))
+        // Knobs and the selection outline are no part of the drawing.
+        if (item->isVisible() && !dynamic_cast<Handler*>(item) && !dynamic_cast<Handler*>(item->parentItem()))
             bounds |= item->sceneBoundingRect();
     }
     return bounds;
@@ -352,7 +357,21 @@ QRectF Scene::getImageRect() const
 
 void Scene::slotFitCanvas()
 {
-    setSceneRect(getDrawingRect().adjusted(-20, -20, 20, 20));
+    setSceneRect(getDrawingRect().adjusted(-canvasMargin, -canvasMargin, canvasMargin, canvasMargin));
+}
+
+void Scene::growCanvasOver(const std::vector<PropertyItem::Id>& ids)
+{
+    QRectF bounds;
+    for (PropertyItem::Id id : ids) {
+        if (QGraphicsItem* item = manager.getGraphicsItem(id))
+            bounds |= item->sceneBoundingRect();
+    }
+    if (bounds.isNull())
+        return;
+    const QRectF canvas = sceneRect() | bounds.adjusted(-canvasMargin, -canvasMargin, canvasMargin, canvasMargin);
+    if (canvas != sceneRect())
+        setSceneRect(canvas);
 }
 
 void Scene::saveToSvg(const QString& path)
@@ -394,9 +413,7 @@ bool Scene::changeItems(const std::vector<QGraphicsItem*>& items, const Values& 
         return false;
     for (const auto& handler : handlers)
         handler->updateHandler();
-    emit signalHandlerChanged();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged);
     return true;
 }
 
@@ -437,8 +454,23 @@ void Scene::undoStateChanged()
 void Scene::notifyItemCreated(PropertyItem::Id id)
 {
     generateItemHandler(manager.getGraphicsItem(id));
-    emit signalItemCreated(id);
-    emit signalItemSelected(id);
+    announce(0, id);
+}
+
+void Scene::announce(int changes, PropertyItem::Id created)
+{
+    if (changes & KnobsChanged)
+        emit signalHandlerChanged();
+    if (created) {
+        emit signalItemCreated(created);
+        emit signalItemSelected(created);
+    } else if (changes & Deselected) {
+        emit signalItemSelected(0);
+    }
+    if (changes & ChartApplied)
+        emit signalChangeApplied();
+    emit signalSceneChanged();
+    undoStateChanged();
 }
 
 std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, const QPointF& point,
@@ -448,6 +480,7 @@ std::shared_ptr<PropertyItem> Scene::makeItem(int type, const Values& values, co
     if (!item)
         return nullptr;
     undoManager.createItem(*item);
+    madeInStep.push_back(item->getId());
     for (const auto& value : values)
         item->setPropertyValue(value.first, value.second);
     if (const auto parentItem = manager.getItem(parent)) {
@@ -468,14 +501,15 @@ PropertyItem::Id Scene::makeOne(int type, const Values& values, const QPointF& p
 PropertyItem::Id Scene::createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make)
 {
     closeDrag();
+    madeInStep.clear();
     undoManager.changeBegin();
     const auto item = make();
     undoManager.changeEnd();
     if (!item)
         return 0;
-    emit signalSceneChanged();
+    // The canvas takes in what was made, so that nothing new lies outside it.
+    growCanvasOver(madeInStep);
     notifyItemCreated(item->getId());
-    undoStateChanged();
     return item->getId();
 }
 
@@ -487,12 +521,12 @@ PropertyItem::Id Scene::itemAddArcBracket(const QPointF& point, QGraphicsItem* p
     if (!manager.findId(parent)) {
         // On the canvas the bracket arches over the point asked for, its tips down towards it.
         values.emplace_back(QStringLiteral("rotation"), 90.0 - 45.0 / 2);
-        return makeOne(ArcBracket, values, point + QPointF(0, arcRadius), nullptr);
+        return makeOne(ArcBracketItem::TypeId, values, point + QPointF(0, arcRadius), nullptr);
     }
     // On a slice the angle is an offset from the slice's span.
     if (dynamic_cast<graphics::AngularParentItem*>(parent))
         values.emplace_back(QStringLiteral("angle"), 0.0);
-    return makeOne(ArcBracket, values, point, parent);
+    return makeOne(ArcBracketItem::TypeId, values, point, parent);
 }
 
 QString Scene::labelOf(QGraphicsItem* item)
@@ -509,7 +543,7 @@ QString Scene::labelOf(QGraphicsItem* item)
 
 PropertyItem::Id Scene::itemAddRectBracket(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(RectBracket, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
+    return makeOne(rectBracketType, {{QStringLiteral("tip-length"), -10.0}, {QStringLiteral("length"), 100.0}}, point,
                    parent);
 }
 
@@ -521,17 +555,30 @@ PropertyItem::Id Scene::itemAddArcText(const QPointF& point, QGraphicsItem* pare
     if (!manager.findId(parent))
         values.emplace_back(QStringLiteral("rotation"), 90.0);
     return createInOneStep([&] {
-        const auto item = makeItem(ArcText, values, point + QPointF(0, arcRadius), parent);
+        const auto item = makeItem(ArcTextItem::TypeId, values, point + QPointF(0, arcRadius), parent);
         // On a slice (or on a bracket on one) the text starts as the slice's label.
-        if (item && item->getParentId())
+        if (item && item->getParentId()) {
             item->setPropertyValue(QStringLiteral("text"), labelOf(manager.getGraphicsItem(item->getId())));
+            turnUpright(*item);
+        }
         return item;
     });
 }
 
+void Scene::turnUpright(PropertyItem& item)
+{
+    auto text = dynamic_cast<graphics::ArcTextItem*>(manager.getGraphicsItem(item.getId()));
+    if (!text)
+        return;
+    // Below its circle's centre a text reads upright when it runs the other way round.
+    const QPointF middle = text->mapToScene(QPointF(text->getRadius(), 0)) - text->mapToScene(QPointF());
+    if (middle.y() > 1e-9)
+        item.setPropertyValue(QStringLiteral("orientation"), 1);
+}
+
 PropertyItem::Id Scene::itemAddRectText(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(RectText,
+    return makeOne(RectTextItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0},
                    {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("text"), QStringLiteral("new text")}},
@@ -559,7 +606,7 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
                  {QStringLiteral("end.x"), 30.0 * across}, {QStringLiteral("end.y"), 30.0 * up}};
     Values second{{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
                   {QStringLiteral("end.x"), 40.0 * across}, {QStringLiteral("end.y"), 0.0}};
-    Values label{{QStringLiteral("position.x"), 3.0 * across}, {QStringLiteral("position.y"), 0.0},
+    Values label{{QStringLiteral("position.x"), elbowTextGap * across}, {QStringLiteral("position.y"), 0.0},
                  {QStringLiteral("text"), QStringLiteral("new text")}};
     // Leftwards the text ends at the line rather than starting on it.
     if (across < 0)
@@ -571,15 +618,15 @@ PropertyItem::Id Scene::itemAddElbowText(const QPointF& point, QGraphicsItem* pa
     }
     // The text is what the user goes on to edit.
     return createInOneStep([&]() -> std::shared_ptr<PropertyItem> {
-        const auto line = makeItem(Line, first, point, parent);
-        const auto elbow = line ? makeItem(Line, second, point, manager.getGraphicsItem(line->getId())) : nullptr;
-        return elbow ? makeItem(RectText, label, point, manager.getGraphicsItem(elbow->getId())) : nullptr;
+        const auto line = makeItem(LineItem::TypeId, first, point, parent);
+        const auto elbow = line ? makeItem(LineItem::TypeId, second, point, manager.getGraphicsItem(line->getId())) : nullptr;
+        return elbow ? makeItem(RectTextItem::TypeId, label, point, manager.getGraphicsItem(elbow->getId())) : nullptr;
     });
 }
 
 PropertyItem::Id Scene::itemAddLine(const QPointF& point, QGraphicsItem* parent)
 {
-    return makeOne(Line,
+    return makeOne(LineItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0}, {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("end.x"), 40.0}, {QStringLiteral("end.y"), -20.0}},
                   point, parent);
@@ -590,7 +637,7 @@ PropertyItem::Id Scene::itemAddSubSpace(const QPointF& point, QGraphicsItem* par
     // Whoever adds a subspace wants to see it.
     if (!subSpaceVisible)
         slotEditSubSpacesVisible(true);
-    return makeOne(SubSpace,
+    return makeOne(SubSpaceItem::TypeId,
                   {{QStringLiteral("position.x"), 0.0},
                    {QStringLiteral("position.y"), 0.0},
                    {QStringLiteral("rotation"), 0.0}},
@@ -615,11 +662,7 @@ int Scene::loadFromFile(const JsonDataFile::Info& info)
     if (!subSpaceVisible)
         applySubSpaceVisibility(false);
     slotFitCanvas();
-    emit signalHandlerChanged();
-    emit signalItemSelected(0);
-    emit signalChangeApplied();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(KnobsChanged | Deselected | ChartApplied);
     return skipped;
 }
 
@@ -660,9 +703,7 @@ int Scene::importFromFile(const JsonDataFile::Info& info)
     if (!subSpaceVisible)
         applySubSpaceVisibility(false);
     slotFitCanvas();
-    emit signalChangeApplied();
-    emit signalSceneChanged();
-    undoStateChanged();
+    announce(ChartApplied);
     return skipped;
 }
 

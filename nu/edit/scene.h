@@ -27,6 +27,10 @@ class Scene : public QGraphicsScene
 public:
     // The radius of a new arc text or bracket, in scene units.
     static constexpr double arcRadius = 100.0;
+    // The canvas of a new or empty chart, in scene units.
+    static constexpr QRectF defaultCanvas{-500, -500, 1000, 1000};
+    // A rectangular bracket has no editable type yet: asking for one makes nothing.
+    static constexpr int rectBracketType = 9;
 
     // The live knob sets; the scene deletes them when the selection changes.
     using Handlers = std::vector<std::unique_ptr<Handler>>;
@@ -148,11 +152,22 @@ protected:
     void notifyItemCreated(PropertyItem::Id id);
 
 private:
+    // What an action changed besides the drawing, for announce().
+    enum Change { KnobsChanged = 1, Deselected = 2, ChartApplied = 4 };
+    // Tells the views, the sheet and the window what an action changed, always in this order:
+    // the knobs, the new item (created, then selected), the selection cleared, a chart loaded or
+    // imported, the drawing, and what can be undone.
+    void announce(int changes, PropertyItem::Id created = 0);
     // Within an open undo step: a new item of the type with the values, placed on parent or at
     // point. Null when the type can't be made.
     std::shared_ptr<PropertyItem> makeItem(int type, const Values& values, const QPointF& point,
                                            QGraphicsItem* parent);
     PropertyItem::Id makeOne(int type, const Values& values, const QPointF& point, QGraphicsItem* parent);
+    // A new arc text below its circle's centre (on the lower half of a chart) runs the other way
+    // round, so that it reads upright.
+    void turnUpright(PropertyItem& item);
+    // Grows the canvas, if need be, to take in the items with a margin.
+    void growCanvasOver(const std::vector<PropertyItem::Id>& ids);
     // Runs make in one undo step; what it returns is selected and announced. 0 when it made nothing.
     PropertyItem::Id createInOneStep(const std::function<std::shared_ptr<PropertyItem>()>& make);
     void deleteHandlers();
@@ -173,6 +188,8 @@ private:
     Handlers handlers;
     bool subSpaceVisible = true;
     bool dragOpen = false;
+    // The items made by the creation under way.
+    std::vector<PropertyItem::Id> madeInStep;
 };
 
 } // namespace edit

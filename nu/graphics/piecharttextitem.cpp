@@ -2,10 +2,18 @@
 
 #include "nu/graphics/geometry.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace nu {
 namespace graphics {
+
+namespace {
+// The smallest font, relative to the label's own, that the centre disc shrinks its label to.
+constexpr double smallestCentreFont = 0.4;
+} // namespace
 
 PieChartTextItem::PieChartTextItem(QGraphicsItem* parent)
     : QGraphicsItem(parent)
@@ -57,6 +65,8 @@ QPainterPath PieChartTextItem::getLabelPath() const
 {
     if (!textShow)
         return QPainterPath();
+    if (getRadius() <= 0 && getAngle() >= 360)
+        return getCentreLabelPath();
     const QRectF room = getLabelRect();
     // No text box is narrower or lower than the margin textRect adds on both sides: most slices of
     // a large chart are decided here without laying out any glyphs.
@@ -79,6 +89,30 @@ QPainterPath PieChartTextItem::getLabelPath() const
         label.addText((width - w) / 2, h / 2, text.font, text.text);
         polarTransform(label, radius, -1.0);
     }
+    return label;
+}
+
+QPainterPath PieChartTextItem::getCentreLabelPath() const
+{
+    // Bent round a whole circle, half the label would stand on its head.
+    QPainterPath label;
+    if (text.text.isEmpty())
+        return label;
+    const double room = 2 * getRadiusOffset() * 0.9;
+    QFont font = text.font;
+    const double width = QFontMetricsF(font).horizontalAdvance(text.text);
+    const double scale = std::min(1.0, room / std::max(width, 1.0));
+    if (scale < smallestCentreFont)
+        return label;
+    if (scale < 1.0 && font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * scale);
+    else if (scale < 1.0)
+        font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * scale)));
+    const QFontMetricsF metrics(font);
+    if (metrics.height() > room)
+        return label;
+    label.addText(-metrics.horizontalAdvance(text.text) / 2, (metrics.ascent() - metrics.descent()) / 2, font,
+                  text.text);
     return label;
 }
 

@@ -10,7 +10,8 @@ namespace graphics {
 
 // A chart slice with its label bent along the middle of its ring. A label that does not fit in
 // the slice is not drawn at all; labels in the lower half of the chart run the other way round,
-// so that they never stand on their heads. The tool tip is the label's text.
+// so that they never stand on their heads. The disc at a chart's centre has its label straight
+// across its middle, set smaller when it is long. The tool tip is the label's text.
 class PieChartTextItem : public PieChartItem
 {
 public:
@@ -34,6 +35,8 @@ protected:
                     const QBrush& brush, const QBrush& textBrush);
 
 private:
+    QPainterPath getCentreLabelPath() const;
+
     DrawableText text;
     bool textShow = true;
     // textRect of the label, which takes a glyph layout: computed when first needed.

@@ -1,8 +1,14 @@
 #include "editor/mainwindow.h"
 #include "editor/view.h"
+#include "nu/edit/handler.h"
 #include "nu/edit/handlergeometry.h"
 #include "nu/edit/propertieswidget.h"
+#include "nu/edit/selectionshape.h"
+#include "nu/graphics/arctextitem.h"
+#include "nu/graphics/geometry.h"
+#include "nu/graphics/lineitem.h"
 #include "nu/graphics/piecharttextitem.h"
+#include "nu/graphics/recttextitem.h"
 #include "ontology/ontology.h"
 #include "resources/resources.h"
 #include "tests/support/editcharts.h"
@@ -103,6 +109,31 @@ QStringList geometry(Scene& scene)
     return result;
 }
 
+// Whether any knob shown is drawn over the shape (scene coordinates).
+bool knobOver(Scene& scene, const QPainterPath& shape)
+{
+    for (QGraphicsItem* item : scene.items()) {
+        auto knob = dynamic_cast<nu::edit::Handler*>(item);
+        if (!knob || !knob->isVisible())
+            continue;
+        QPainterPath circle;
+        circle.addEllipse(knob->getKnobCentre(), knob->getRadius(), knob->getRadius());
+        if (knob->mapToScene(circle).intersects(shape))
+            return true;
+    }
+    return false;
+}
+
+// The position knob of the selection, or null.
+nu::edit::HandlerPosition* positionKnob(Scene& scene)
+{
+    for (QGraphicsItem* item : scene.items()) {
+        if (auto knob = dynamic_cast<nu::edit::HandlerPosition*>(item))
+            return knob;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 class TestEditorWindow : public QObject
@@ -124,8 +155,15 @@ private slots:
     void paintModeOneStepPerClick();
     void closingAsksAboutUnsavedChanges_data();
     void closingAsksAboutUnsavedChanges();
+    void selectionIsOutlinedAndHitAnywhereInAText_data();
+    void selectionIsOutlinedAndHitAnywhereInAText();
+    void newAnnotationsLandWhereTheyCanBeRead_data();
+    void newAnnotationsLandWhereTheyCanBeRead();
+    void centreDiscKeepsItsLabel();
 
 private:
+    // Clicks the scene point in the window's view, with the tool of the mode.
+    void clickWith(MainWindow& window, Scene::CursorMode mode, const QPointF& at);
     // A window with a copy of the test chart, as the viewer opens it (none when literal is empty).
     std::unique_ptr<MainWindow> makeWindow(const QString& literal = tree, int levels = 5, double percent = 0.5);
 
@@ -305,8 +343,8 @@ void TestEditorWindow::exportDrawsTheChartWithoutKnobs()
     const QRectF shown = scene.getImageRect();
     QCOMPARE(plain.second.size(), QSize(int(std::ceil(shown.width() * 2)), int(std::ceil(shown.height() * 2))));
     QCOMPARE(plain.second.pixelColor(1, 1), QColor(Qt::white));
-    // The chart's middle is drawn: the centre disc's colour, not the background.
-    const QPoint middle = ((QPointF(0, 0) - shown.topLeft()) * 2).toPoint();
+    // The chart's middle is drawn: the centre disc's colour below its label, not the background.
+    const QPoint middle = ((QPointF(0, 20) - shown.topLeft()) * 2).toPoint();
     QCOMPARE(plain.second.pixel(middle), sliceLabelled(scene)->getBrush().color().rgb());
 
     // The knobs of a selected item are no part of the picture, and stay after it.
@@ -459,6 +497,150 @@ void TestEditorWindow::closingAsksAboutUnsavedChanges()
         QCOMPARE(window->getFileName(), file);
         QCOMPARE(nu::JsonDataFile(Scene::getFileInfo(file)).data(), window->getScene().getItemManager().toJson());
     }
+}
+
+void TestEditorWindow::clickWith(MainWindow& window, Scene::CursorMode mode, const QPointF& at)
+{
+    window.getActions().mode.at(mode)->trigger();
+    View* view = window.getView();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, view->mapFromScene(at));
+}
+
+void TestEditorWindow::selectionIsOutlinedAndHitAnywhereInAText_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("on");
+
+    QTest::newRow("straight text") << int(Scene::CursorMode::RectText) << "";
+    QTest::newRow("arc text on a slice") << int(Scene::CursorMode::ArcText) << "Firmicutes";
+    QTest::newRow("arc text on a lower slice") << int(Scene::CursorMode::ArcText) << "Eukaryota";
+    QTest::newRow("elbow text") << int(Scene::CursorMode::ElbowText) << "";
+    QTest::newRow("a slice's label") << int(Scene::CursorMode::Select) << "Bacteria";
+}
+
+// A selected item is outlined; a text is picked between its letters too; no knob covers the text
+// the item shows.
+void TestEditorWindow::selectionIsOutlinedAndHitAnywhereInAText()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, on);
+
+    auto window = makeWindow();
+    window->resize(900, 700);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    Scene& scene = window->getScene();
+    Slice* slice = on.isEmpty() ? nullptr : sliceLabelled(scene, on);
+    QGraphicsItem* item = slice;
+    if (mode != int(Scene::CursorMode::Select)) {
+        clickWith(*window, Scene::CursorMode(mode), slice ? inside(*slice) : QPointF(-120, -150));
+        item = scene.getHandledItem();
+        QVERIFY(item);
+        // A gap between words wider than a press's slack.
+        QVERIFY(scene.changeItems({item}, {{QStringLiteral("text"), QStringLiteral("new              text")}}));
+    }
+    // The text as drawn and the box or band it takes, in scene coordinates.
+    QPainterPath letters = item->mapToScene(slice && item == slice ? slice->getLabelPath() : item->shape());
+    if (auto arc = dynamic_cast<nu::graphics::ArcTextItem*>(item))
+        letters = item->mapToScene(arc->path());
+    QVERIFY(!letters.isEmpty());
+    const QPainterPath taken = item->mapToScene(nu::edit::selectionShape(*item));
+
+    // A point in the text's box or band that is on no letter.
+    QPointF between;
+    const QRectF box = letters.boundingRect();
+    for (int i = 1; i < 60 && between.isNull(); ++i) {
+        for (int j = 1; j < 10 && between.isNull(); ++j) {
+            const QPointF p = box.topLeft() + QPointF(box.width() * i / 60, box.height() * j / 10);
+            if (taken.contains(p) && !letters.intersects(nu::graphics::centeredRect(p, 5.0)))
+                between = p;
+        }
+    }
+    QVERIFY(!between.isNull());
+    clickWith(*window, Scene::CursorMode::Select, QPointF(400, 400));
+    QVERIFY(!scene.getHandledItem());
+    clickWith(*window, Scene::CursorMode::Select, between);
+    QCOMPARE(scene.getHandledItem(), item);
+
+    nu::edit::HandlerPosition* knobs = positionKnob(scene);
+    QVERIFY(knobs);
+    const QPainterPath outline = knobs->mapToScene(knobs->getOutline().getPath());
+    const QRectF outlined = item == slice ? item->sceneBoundingRect() : box;
+    QVERIFY(outline.boundingRect().contains(outlined.adjusted(1, 1, -1, -1)));
+    // A slice's knobs keep off its label; a text's off its box or band.
+    QVERIFY(!knobOver(scene, item == slice ? letters : taken));
+}
+
+void TestEditorWindow::newAnnotationsLandWhereTheyCanBeRead_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("on");
+
+    QTest::newRow("arc text on an upper slice") << int(Scene::CursorMode::ArcText) << "Proteobacteria";
+    QTest::newRow("arc text on a lower slice") << int(Scene::CursorMode::ArcText) << "Eukaryota";
+    QTest::newRow("arc text on an inner lower slice") << int(Scene::CursorMode::ArcText) << "Archaea";
+    QTest::newRow("bracket on an upper slice") << int(Scene::CursorMode::ArcBracket) << "Bacteria";
+    QTest::newRow("bracket at the canvas's top") << int(Scene::CursorMode::ArcBracket) << "";
+    QTest::newRow("elbow text on a slice") << int(Scene::CursorMode::ElbowText) << "Viruses";
+    QTest::newRow("elbow text at the canvas's top") << int(Scene::CursorMode::ElbowText) << "";
+}
+
+void TestEditorWindow::newAnnotationsLandWhereTheyCanBeRead()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, on);
+
+    auto window = makeWindow();
+    window->resize(900, 700);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    Scene& scene = window->getScene();
+    View* view = window->getView();
+    Slice* slice = on.isEmpty() ? nullptr : sliceLabelled(scene, on);
+    const QPointF at = slice ? inside(*slice) : QPointF(0, scene.sceneRect().top() + 5);
+    clickWith(*window, Scene::CursorMode(mode), at);
+    QGraphicsItem* made = scene.getHandledItem();
+    QVERIFY(made);
+
+    // All of it on the canvas and in sight.
+    QGraphicsItem* first = made;
+    while (first->parentItem() && first->parentItem() != slice)
+        first = first->parentItem();
+    QRectF drawn = first->sceneBoundingRect();
+    for (QGraphicsItem* child : first->childItems())
+        drawn |= child->sceneBoundingRect();
+    const QRectF shown = view->mapToScene(view->viewport()->rect()).boundingRect();
+    QVERIFY2(scene.sceneRect().contains(drawn) && shown.contains(drawn), qPrintable(on));
+
+    if (auto arc = dynamic_cast<nu::graphics::ArcTextItem*>(made)) {
+        // Upright: below the chart's centre the text runs the other way round.
+        const bool lower = at.y() > 0;
+        QCOMPARE(arc->getOrientation() == nu::graphics::ArcTextItem::Orientation::Outside, lower);
+    }
+    if (auto text = dynamic_cast<nu::graphics::RectTextItem*>(made)) {
+        // The text stands clear of the level line it hangs on.
+        auto level = dynamic_cast<nu::graphics::LineItem*>(text->parentItem());
+        QVERIFY(level);
+        const QPointF lineEnd = level->mapToScene(level->getEndPoint());
+        const QRectF box = text->mapToScene(text->path().boundingRect()).boundingRect();
+        const double clear = std::min(std::abs(box.left() - lineEnd.x()), std::abs(box.right() - lineEnd.x()));
+        QVERIFY2(clear >= 5 && !box.contains(lineEnd), qPrintable(QString::number(clear)));
+    }
+}
+
+// The copy of a viewer chart keeps the label of its centre disc, straight across the middle.
+void TestEditorWindow::centreDiscKeepsItsLabel()
+{
+    auto window = makeWindow();
+    Slice* centre = sliceLabelled(window->getScene());
+    QVERIFY(centre);
+    const QPainterPath label = centre->getLabelPath();
+    QVERIFY(!label.isEmpty());
+    const QRectF box = label.boundingRect();
+    QVERIFY(std::abs(box.center().x()) < 1 && std::abs(box.center().y()) < 3);
+    QVERIFY(box.width() <= 2 * centre->getRadiusFull());
+    // One straight line of text, not bent round the disc.
+    QVERIFY(box.height() < QFontMetricsF(centre->getText().font).height() * 1.2);
 }
 
 QTEST_MAIN(TestEditorWindow)

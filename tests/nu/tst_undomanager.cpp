@@ -10,28 +10,12 @@
 
 using namespace nu::edit;
 using Sorvik::Test::EditorItemManager;
+using Sorvik::Test::chartState;
 
 namespace {
 
 // Ids in the order addAnnotatedChart creates the items.
 enum ChartItem : long { Root = 1, Bacteria, Archaea, SliceBracket, ArcText, FreeBracket, Figure, Line, Elbow, Note, SubSpace };
-
-// Every item by id: its JSON and, if wanted, where it is drawn.
-std::map<qint64, QString> state(GraphicsItemManager& manager, bool withGeometry)
-{
-    std::map<qint64, QString> result;
-    for (const QJsonValue& value : manager.toJson()) {
-        const QJsonObject item = value.toObject();
-        const qint64 id = item.value(QStringLiteral("id")).toVariant().toLongLong();
-        QString text = QString::fromUtf8(QJsonDocument(item).toJson(QJsonDocument::Compact));
-        if (withGeometry) {
-            const QRectF rect = manager.getGraphicsItem(id)->sceneBoundingRect();
-            text += QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
-        }
-        result[id] = text;
-    }
-    return result;
-}
 
 class Fixture
 {
@@ -132,29 +116,29 @@ void TestUndoManager::undoRedoUndo()
     QFETCH(QString, action);
 
     Fixture f;
-    const auto before = state(f.manager, true);
+    const auto before = chartState(f.manager);
     f.act(action);
-    const auto after = state(f.manager, true);
+    const auto after = chartState(f.manager);
     QVERIFY(after != before);
     QCOMPARE(f.undo.getUndoCount(), 1);
     QVERIFY(f.undo.hasChanged());
 
     for (int round = 0; round < 3; ++round) {
         f.undo.undo();
-        QCOMPARE(state(f.manager, true), before);
+        QCOMPARE(chartState(f.manager), before);
         QVERIFY(!f.undo.hasChanged());
         QVERIFY(f.undo.canRedo());
         f.undo.redo();
-        QCOMPARE(state(f.manager, true), after);
+        QCOMPARE(chartState(f.manager), after);
         QCOMPARE(f.undo.getUndoCount(), 1);
         QCOMPARE(f.undo.getRedoCount(), 0);
     }
     // Redo with nothing to redo changes nothing.
     f.undo.redo();
-    QCOMPARE(state(f.manager, true), after);
+    QCOMPARE(chartState(f.manager), after);
     f.undo.undo();
     Fixture untouched;
-    QCOMPARE(state(f.manager, false), state(untouched.manager, false));
+    QCOMPARE(chartState(f.manager, false), chartState(untouched.manager, false));
 }
 
 void TestUndoManager::changeWithoutEffectIsNoStep()

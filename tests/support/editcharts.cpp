@@ -2,11 +2,14 @@
 
 #include "nu/edit/arcbracketitem.h"
 #include "nu/edit/arctextitem.h"
+#include "nu/edit/chartitemtypes.h"
 #include "nu/edit/lineitem.h"
 #include "nu/edit/piecharttextitem.h"
 #include "nu/edit/recttextitem.h"
 #include "nu/edit/subspaceitem.h"
 
+#include <QGraphicsItem>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <map>
@@ -36,17 +39,13 @@ long add(nu::edit::GraphicsItemManager& manager, int type, long parent, Values v
 
 EditorItemManager::EditorItemManager()
 {
-    registerType<nu::edit::ArcBracketItem>();
-    registerType<nu::edit::ArcTextItem>();
-    registerType<nu::edit::PieChartTextItem>();
-    registerType<nu::edit::RectTextItem>();
-    registerType<nu::edit::LineItem>();
-    registerType<nu::edit::SubSpaceItem>();
+    nu::edit::registerChartItemTypes(*this);
 }
 
 int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
 {
-    const long root = add(manager, 2, 0,
+    using namespace nu::edit;
+    const long root = add(manager, PieChartTextItem::TypeId, 0,
                           {{"position.x", 5.0},
                            {"rotation", 15.0},
                            {"count", 1},
@@ -54,7 +53,7 @@ int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
                            {"fill.color", "#ff336699"},
                            {"text.text", "root"},
                            {"text.show", false}});
-    const long bacteria = add(manager, 2, root,
+    const long bacteria = add(manager, PieChartTextItem::TypeId, root,
                               {{"count", 6},
                                {"radius", 30.0},
                                {"border.width", 2},
@@ -62,15 +61,16 @@ int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
                                {"text.text", "Bacteria"},
                                {"text.pen.color", "#80ff0000"},
                                {"text.brush.style", 9}});
-    add(manager, 2, root, {{"count", 3}, {"radius", 30.0}, {"fill.style", 0}, {"text.text", "Archaea"}});
+    add(manager, PieChartTextItem::TypeId, root,
+        {{"count", 3}, {"radius", 30.0}, {"fill.style", 0}, {"text.text", "Archaea"}});
     const long bracket =
-        add(manager, 5, bacteria,
+        add(manager, ArcBracketItem::TypeId, bacteria,
             {{"radius", 12.0}, {"tip-length", 6.0}, {"line.width", 2}, {"line.color", "#ff00aa00"}});
-    add(manager, 1, bracket,
+    add(manager, ArcTextItem::TypeId, bracket,
         {{"text", "Firmicutes"}, {"radius", 8.0}, {"orientation", 1}, {"font", "Serif,14,-1,5,75,0,0,0,0,0"}});
-    add(manager, 5, 0,
+    add(manager, ArcBracketItem::TypeId, 0,
         {{"position.x", 200.0}, {"position.y", -20.5}, {"rotation", 30.0}, {"angle", 60.0}, {"radius", 100.0}});
-    add(manager, 6, 0,
+    add(manager, RectTextItem::TypeId, 0,
         {{"position.x", 150.0},
          {"position.y", -80.0},
          {"text", "Figure 1"},
@@ -78,18 +78,35 @@ int addAnnotatedChart(nu::edit::GraphicsItemManager& manager)
          {"anchor.horizontal", 2},
          {"anchor.vertical", 0},
          {"fill.color", "#ff202020"}});
-    const long line = add(manager, 7, 0,
+    const long line = add(manager, LineItem::TypeId, 0,
                           {{"position.x", -200.0},
                            {"position.y", 100.0},
                            {"end.x", 40.0},
                            {"end.y", -20.0},
                            {"line.color", "#ff0000ff"},
                            {"line.style", 2}});
-    const long elbow = add(manager, 7, line, {{"end.x", 30.0}, {"end.y", 0.0}, {"ignoretransformations", true}});
-    add(manager, 6, elbow, {{"text", "note"}, {"position.x", 2.0}});
-    add(manager, 8, 0,
+    const long elbow =
+        add(manager, LineItem::TypeId, line, {{"end.x", 30.0}, {"end.y", 0.0}, {"ignoretransformations", true}});
+    add(manager, RectTextItem::TypeId, elbow, {{"text", "note"}, {"position.x", 2.0}});
+    add(manager, SubSpaceItem::TypeId, 0,
         {{"position.x", 10.0}, {"position.y", 10.0}, {"rotation", 15.0}, {"ignoretransformations", true}});
     return 11;
+}
+
+std::map<long, QString> chartState(nu::edit::GraphicsItemManager& manager, bool withGeometry)
+{
+    std::map<long, QString> result;
+    for (const QJsonValue& value : manager.toJson()) {
+        const QJsonObject item = value.toObject();
+        const long id = static_cast<long>(item.value(QStringLiteral("id")).toVariant().toLongLong());
+        QString text = QString::fromUtf8(QJsonDocument(item).toJson(QJsonDocument::Compact));
+        if (withGeometry) {
+            const QRectF rect = manager.getGraphicsItem(id)->sceneBoundingRect();
+            text += QStringLiteral(" @ %1 %2 %3 %4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+        }
+        result[id] = text;
+    }
+    return result;
 }
 
 QJsonArray normalizedItems(const QJsonArray& items)

@@ -3,6 +3,9 @@
 #include "nu/edit/graphicsitemmanager.h"
 
 #include <QJsonArray>
+#include <QString>
+
+#include <map>
 
 namespace Sorvik {
 namespace Test {
@@ -20,6 +23,10 @@ public:
 // two lines ending in a text, and a subspace; every item with some values away from the defaults.
 // The manager must have the editor's six item types registered. Returns the number of items.
 int addAnnotatedChart(nu::edit::GraphicsItemManager& manager);
+
+// Every item of the manager by id: its chart-file form and, with geometry, where it is drawn (its
+// bounds in the scene). Two charts that would save and draw alike compare equal.
+std::map<long, QString> chartState(nu::edit::GraphicsItemManager& manager, bool withGeometry = true);
 
 // A chart file's "data" array with every id replaced by the element's position (1, 2, ...) and
 // every parent id by its parent's position (0 for none), so that charts loaded under other ids
