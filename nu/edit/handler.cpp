@@ -9,14 +9,12 @@
 #include "nu/graphics/lineitem.h"
 #include "nu/graphics/positionchilditem.h"
 #include "nu/graphics/radiusitem.h"
-#include "nu/graphics/recttextitem.h"
 #include "nu/graphics/rotationchilditem.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QPainter>
 
-#include <algorithm>
 
 namespace nu {
 namespace edit {
@@ -282,23 +280,12 @@ HandlerRotationRotationChildItem::HandlerRotationRotationChildItem(HandlerPositi
 
 void HandlerRotationRotationChildItem::updateHandler()
 {
-    setPos(polarPoint(getLength(), item.getRot()));
+    setPos(polarPoint(Length, item.getRot()));
 }
 
 void HandlerRotationRotationChildItem::dragTo(const QPointF& p)
 {
     item.setRotationOffsetFromParent(wrapAngle(directionOf(p) - item.getRotationParent()));
-}
-
-RectTextRotationHandler::RectTextRotationHandler(HandlerPosition* position, graphics::RectTextItem& item)
-    : HandlerRotationRotationChildItem(position, item)
-    , text(item)
-{
-}
-
-double RectTextRotationHandler::getLength() const
-{
-    return std::max(Length, text.path().boundingRect().right() + knobClearance);
 }
 
 StartTipHandler::StartTipHandler(HandlerPosition* position, graphics::ArcBracketItem& item)

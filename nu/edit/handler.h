@@ -16,7 +16,6 @@ class BaseItem;
 class LineItem;
 class PositionChildItem;
 class RadiusItem;
-class RectTextItem;
 class RotationChildItem;
 } // namespace graphics
 
@@ -182,24 +181,9 @@ public:
 
 protected:
     void dragTo(const QPointF& p) override;
-    // How far out the knob sits.
-    virtual double getLength() const { return Length; }
 
 private:
     graphics::RotationChildItem& item;
-};
-
-// A straight text's rotation: the knob sits past the end of the text, at least 30 units out.
-class RectTextRotationHandler : public HandlerRotationRotationChildItem
-{
-public:
-    RectTextRotationHandler(HandlerPosition* position, graphics::RectTextItem& item);
-
-protected:
-    double getLength() const override;
-
-private:
-    graphics::RectTextItem& text;
 };
 
 // The span of an arc (a bracket, a pie): a knob on the arc at the end of the span.

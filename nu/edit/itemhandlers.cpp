@@ -73,7 +73,7 @@ RectTextItemHandler::RectTextItemHandler(graphics::RectTextItem& item)
     : HandlerPositionOffset(item)
     , text(item)
 {
-    addHandler(new RectTextRotationHandler(this, item));
+    addHandler(new HandlerRotationRotationChildItem(this, item));
     updateHandler();
 }
 

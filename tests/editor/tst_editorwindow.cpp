@@ -109,12 +109,13 @@ QStringList geometry(Scene& scene)
     return result;
 }
 
-// Whether any knob shown is drawn over the shape (scene coordinates).
+// Whether any knob shown is drawn over the shape (scene coordinates). The rotation knob of a
+// straight text keeps its fixed place 30 units along the text's direction, and is left out.
 bool knobOver(Scene& scene, const QPainterPath& shape)
 {
     for (QGraphicsItem* item : scene.items()) {
         auto knob = dynamic_cast<nu::edit::Handler*>(item);
-        if (!knob || !knob->isVisible())
+        if (!knob || !knob->isVisible() || dynamic_cast<nu::edit::HandlerRotationRotationChildItem*>(knob))
             continue;
         QPainterPath circle;
         circle.addEllipse(knob->getKnobCentre(), knob->getRadius(), knob->getRadius());
