@@ -2,11 +2,13 @@
 
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/sceneimage.h"
+#include "viewer/piechartitem.h"
 
 #include <QFileInfo>
 #include <QGraphicsScene>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Sorvik {
 namespace Viewer {
@@ -75,29 +77,50 @@ ChartImage::Format ChartImage::formatOf(const QString& fileName)
     throw UnknownFormatException();
 }
 
-QRectF ChartImage::getSourceRect() const
+QRectF ChartImage::getChartRect() const
 {
+    // A viewer chart knows the exact area of its slices and labels; bounding boxes of turned
+    // items would grow with every ring.
+    if (const auto* slices = dynamic_cast<const PieChartItem*>(&chart))
+        return slices->getChartRect();
     QRectF area;
     if (const auto* item = dynamic_cast<const nu::graphics::BaseItem*>(&chart))
         area = item->getAreaRect();
     else
         area = chart.boundingRect() | chart.childrenBoundingRect();
-    area = chart.mapRectToScene(area);
-    // A square about the chart's middle with a small margin, so that a round chart fills the
-    // square image evenly.
-    const double side = std::max(area.width(), area.height()) * 1.02;
-    QRectF square(0, 0, side, side);
-    square.moveCenter(area.center());
-    return square;
+    return chart.mapRectToScene(area);
 }
 
 void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const
 {
     SceneLoan loan(chart);
-    nu::graphics::SceneImage image(*loan.scene(), getSourceRect());
-    image.setSize(QSize(size, size));
+    QRectF area = getChartRect();
+    std::unique_ptr<QGraphicsItem> key;
+    if (!legend.isEmpty()) {
+        // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
+        key = legend.createItem();
+        const QSizeF room = legend.getSize();
+        key->setPos(area.right() + area.width() * 0.1, area.center().y() - room.height() / 2);
+        loan.scene()->addItem(key.get());
+        area |= QRectF(key->pos(), room);
+    }
+    // The same margin on every side, so the image takes the drawing's proportions.
+    const double margin = std::max(area.width(), area.height()) * 0.03;
+    const QRectF source = area.adjusted(-margin, -margin, margin, margin);
+    const double longer = std::max(source.width(), source.height());
+    const auto side = [&](double length) { return std::max(1, static_cast<int>(std::lround(size * length / longer))); };
+    nu::graphics::SceneImage image(*loan.scene(), source);
+    image.setSize(QSize(side(source.width()), side(source.height())));
     image.setTitle(QStringLiteral("Sorvik chart"));
-    use(image);
+    try {
+        use(image);
+    } catch (...) {
+        if (key)
+            loan.scene()->removeItem(key.get());
+        throw;
+    }
+    if (key)
+        loan.scene()->removeItem(key.get());
 }
 
 QImage ChartImage::toImage() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewer/chartlegend.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QRectF>
@@ -19,10 +21,11 @@ class SceneImage;
 namespace Sorvik {
 namespace Viewer {
 
-// Draws a chart into an image: the chart's root item with everything below it, fitted to a
-// square of a given number of pixels on a white background, as PNG or SVG. A chart that is
-// shown in a scene is drawn from that scene (with whatever lies on it); otherwise it is lent
-// to a scene of its own for the drawing and given back.
+// Draws a chart into an image: the chart's root item with everything below it, and optionally
+// a legend beside it, fitted with even margins into an image whose longer side is a given number
+// of pixels, on a white background, as PNG or SVG. A chart that is shown in a scene is drawn
+// from that scene (with whatever lies on it); otherwise it is lent to a scene of its own for the
+// drawing and given back.
 class ChartImage
 {
 public:
@@ -44,9 +47,11 @@ public:
 
     explicit ChartImage(QGraphicsItem& chart);
 
-    // Clamped to 1..maximumSize.
+    // The longer side of the image; clamped to 1..maximumSize.
     void setSize(int pixels);
     int getSize() const { return size; }
+    // Drawn to the right of the chart; an empty legend draws none.
+    void setLegend(const ChartLegend& legend) { this->legend = legend; }
 
     // The format a file name asks for by its extension (.png, .svg, any case); throws
     // UnknownFormatException for any other.
@@ -61,10 +66,11 @@ public:
 private:
     // Lends the chart a scene if it has none and hands use the drawing of it.
     void draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const;
-    QRectF getSourceRect() const;
+    QRectF getChartRect() const;
 
     QGraphicsItem& chart;
     int size = defaultSize;
+    ChartLegend legend;
 };
 
 } // namespace Viewer

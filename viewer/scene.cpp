@@ -71,16 +71,18 @@ QRectF Scene::getChartRect() const
 {
     if (!root)
         return QRectF();
-    return root->mapRectToScene(root->getAreaRect());
+    // The slices' own sectors: bounding boxes of turned items would grow with every ring.
+    return root->getChartRect();
 }
 
 QRectF Scene::getCentredChartRect() const
 {
     if (!root)
         return QRectF();
-    const QRectF area = root->getAreaRect();
+    const QPointF centre = root->mapToScene(QPointF());
+    const QRectF area = getChartRect().translated(-centre);
     const double reach = std::max({-area.left(), area.right(), -area.top(), area.bottom(), 1.0});
-    return root->mapRectToScene(QRectF(-reach, -reach, 2 * reach, 2 * reach));
+    return QRectF(centre.x() - reach, centre.y() - reach, 2 * reach, 2 * reach);
 }
 
 PieChartItem* Scene::getSelectedItem() const
