@@ -15,6 +15,9 @@ namespace Viewer {
 
 namespace {
 
+// The legend's size relative to the chart's labels.
+constexpr double legendScale = 0.8;
+
 // Lends an item to a private scene for the time of a drawing; the item leaves the scene before
 // the scene, which would otherwise delete it, is destroyed.
 class SceneLoan
@@ -95,11 +98,23 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
 {
     SceneLoan loan(chart);
     QRectF area = getChartRect();
+    // Labels are laid out for the size they are drawn at, and may not use all the room they
+    // were given: measured again at about the final scale, the margins come out even.
+    if (const auto* slices = dynamic_cast<const PieChartItem*>(&chart); slices && !area.isEmpty()) {
+        const QSizeF key = legend.getSize() * legendScale;
+        const double width = legend.isEmpty() ? area.width() : area.width() * 1.1 + key.width();
+        const double longer = std::max({width, area.height(), key.height()}) * 1.06;
+        area = slices->getDrawnRect(size / longer);
+    }
     std::unique_ptr<QGraphicsItem> key;
     if (!legend.isEmpty()) {
         // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
         key = legend.createItem();
-        const QSizeF room = legend.getSize();
+        // A little smaller than the labels, and never taller than the chart.
+        const QSizeF natural = legend.getSize();
+        const double scale = std::min(legendScale, area.height() / natural.height());
+        key->setScale(scale);
+        const QSizeF room = natural * scale;
         key->setPos(area.right() + area.width() * 0.1, area.center().y() - room.height() / 2);
         loan.scene()->addItem(key.get());
         area |= QRectF(key->pos(), room);

@@ -46,14 +46,7 @@ ChartLegend ChartLegend::of(const ChartTree& tree, const ColourMap& colours, boo
     if (tree.isEmpty() || tree.at(0).total <= 0)
         return ChartLegend();
     const double whole = static_cast<double>(tree.at(0).total);
-    const int branching = tree.getFirstBranching();
-    std::vector<int> shown;
-    for (int child : tree.at(branching).children) {
-        if (tree.at(child).total > 0)
-            shown.push_back(child);
-    }
-    if (shown.empty())
-        shown.push_back(branching);
+    std::vector<int> shown = tree.getFirstBranchingLevel();
     std::stable_sort(shown.begin(), shown.end(), [&tree](int a, int b) { return tree.at(a).total > tree.at(b).total; });
     qint64 rest = 0;
     int restNumber = 0;

@@ -33,7 +33,7 @@ public:
     };
 
     // More rows than this end in one row for the rest.
-    static constexpr int maximumRows = 24;
+    static constexpr int maximumRows = 16;
 
     explicit ChartLegend(std::vector<Row> rows = {}, const QFont& font = QFont());
     static ChartLegend of(const ChartTree& tree, const ColourMap& colours, bool rawNames = false);

@@ -122,20 +122,45 @@ bool ChartTree::isChain(int node) const
     return at(node).count == 0 && countedChildren(node) == 1;
 }
 
-int ChartTree::getFirstBranching() const
+bool ChartTree::isUnassigned(int node) const
 {
+    return TaxonName::isUnassigned(getName(node));
+}
+
+std::vector<int> ChartTree::getFirstBranchingLevel() const
+{
+    std::vector<int> level;
     if (isEmpty())
-        return none;
+        return level;
     int node = 0;
-    while (countedChildren(node) == 1) {
+    while (true) {
+        std::vector<int> classified;
+        qint64 sum = 0;
         for (int child : at(node).children) {
-            if (at(child).total > 0) {
-                node = child;
-                break;
+            if (at(child).total > 0 && !isUnassigned(child)) {
+                classified.push_back(child);
+                sum += at(child).total;
             }
         }
+        if (classified.empty()) {
+            if (level.empty() && node != 0)
+                level.push_back(node);
+            return level;
+        }
+        const int largest = *std::max_element(classified.begin(), classified.end(),
+                                               [this](int a, int b) { return at(a).total < at(b).total; });
+        const bool dominant = classified.size() == 1
+                              || static_cast<double>(at(largest).total) >= dominantShare * static_cast<double>(sum);
+        if (!dominant || countedChildren(largest) == 0) {
+            level.insert(level.end(), classified.begin(), classified.end());
+            return level;
+        }
+        for (int child : classified) {
+            if (child != largest)
+                level.push_back(child);
+        }
+        node = largest;
     }
-    return node;
 }
 
 QString ChartTree::getName(int node, bool raw) const

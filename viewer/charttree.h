@@ -61,9 +61,16 @@ public:
 
     // A node with no own count and exactly one child that holds a count: drawn as one with it.
     bool isChain(int node) const;
-    // The node whose children are the first to branch: below a run of single children from the
-    // root. The root itself when it branches; the last node of the run when nothing branches.
-    int getFirstBranching() const;
+    // A child holding at least this share of its parent's classified reads dominates it: the
+    // level does not count as branching, and the hues go on below that child.
+    static constexpr double dominantShare = 0.9;
+    // The taxa of the first level that branches, which get a hue each: going down from the root
+    // through single children and dominant ones (the dominant taxon's small siblings get hues
+    // too), then the classified children of the first node that really branches. Unclassified
+    // reads take no part. A chart that never branches gives its deepest taxon.
+    std::vector<int> getFirstBranchingLevel() const;
+    // Reads that no taxon holds ("unclassified"), by the node's name.
+    bool isUnassigned(int node) const;
 
     // The name shown for the node: its own name cleaned of rank prefixes (or as stored when raw
     // is true); an empty rank is "unclassified" and the name of the nearest named ancestor.

@@ -2,7 +2,6 @@
 
 #include "viewer/charttree.h"
 #include "viewer/palette.h"
-#include "viewer/taxonname.h"
 
 #include <algorithm>
 
@@ -30,19 +29,15 @@ ColourMap ColourMap::assign(const ChartTree& tree, const Palette& palette, const
     for (int i = 0; i < tree.size(); ++i) {
         const int parent = tree.at(i).parent;
         const bool greyParent = parent != ChartTree::none && map.colours[static_cast<size_t>(parent)] == grey;
-        if (greyParent || TaxonName::isUnassigned(tree.getName(i)))
+        if (greyParent || tree.isUnassigned(i))
             map.colours[static_cast<size_t>(i)] = grey;
     }
 
-    const int branching = tree.getFirstBranching();
     std::vector<int> holders;
-    for (int child : tree.at(branching).children) {
-        if (tree.at(child).total > 0 && map.colours[static_cast<size_t>(child)] == 0)
-            holders.push_back(child);
+    for (int node : tree.getFirstBranchingLevel()) {
+        if (map.colours[static_cast<size_t>(node)] == 0)
+            holders.push_back(node);
     }
-    // A chart that never branches: its deepest taxon holds the one colour.
-    if (holders.empty() && branching != 0 && map.colours[static_cast<size_t>(branching)] == 0)
-        holders.push_back(branching);
     // The classic wheel goes round in drawing order; the other palettes give their most
     // distinct colours to the largest taxa.
     if (palette.getKind() != Palette::Kind::Classic) {
@@ -72,14 +67,16 @@ ColourMap ColourMap::assign(const ChartTree& tree, const Palette& palette, const
         bases[k] = offered[std::min(next, offered.size() - 1)];
         ++next;
     }
+    // Siblings' shades may turn round the hue by up to half the way to the next base colour.
+    const double hueRoom = std::min(0.12, 0.5 / std::max<size_t>(holders.size(), 1));
     for (size_t k = 0; k < holders.size(); ++k)
-        map.paintSubtree(tree, palette, holders[k], bases[k], given);
+        map.paintSubtree(tree, palette, holders[k], bases[k], hueRoom, given);
     map.holders = std::move(holders);
     return map;
 }
 
 void ColourMap::paintSubtree(const ChartTree& tree, const Palette& palette, int top, const QColor& base,
-                             const QHash<QString, QColor>& given)
+                             double hueRoom, const QHash<QString, QColor>& given)
 {
     struct Entry
     {
@@ -96,7 +93,7 @@ void ColourMap::paintSubtree(const ChartTree& tree, const Palette& palette, int 
         if (colour != 0)
             continue;
         const auto found = given.isEmpty() ? given.constEnd() : given.constFind(tree.getKey(e.node));
-        colour = opaque(found != given.constEnd() ? *found : palette.shade(base, e.depth, e.sibling, e.siblings));
+        colour = opaque(found != given.constEnd() ? *found : palette.shade(base, e.depth, e.sibling, e.siblings, hueRoom));
         const bool chain = tree.isChain(e.node);
         const int siblings = tree.countedChildren(e.node);
         int sibling = 0;

@@ -15,7 +15,8 @@ class Palette;
 
 // The colour of every node of a chart, decided once on its whole tree, so that stepping in and
 // out, the levels and the minimum share never change a taxon's colour. The taxa of the first
-// level that branches each get a base colour of the palette (the largest the most distinct);
+// level that branches (see ChartTree::getFirstBranchingLevel) each get a base colour of the
+// palette (the largest the most distinct);
 // the taxa below them take shades of it, lighter outward. Unclassified reads are grey in every
 // palette. The nodes above the first branching have no colour (the chart's centre is white).
 // The same tree and palette always give the same colours.
@@ -39,7 +40,7 @@ public:
     const std::vector<int>& getHueHolders() const { return holders; }
 
 private:
-    void paintSubtree(const ChartTree& tree, const Palette& palette, int top, const QColor& base,
+    void paintSubtree(const ChartTree& tree, const Palette& palette, int top, const QColor& base, double hueRoom,
                       const QHash<QString, QColor>& given);
 
     // 0 (transparent) for a node without colour.

@@ -137,7 +137,7 @@ std::vector<QColor> Palette::baseColours(int n) const
     return colours;
 }
 
-QColor Palette::shade(const QColor& base, int depth, int sibling, int siblings) const
+QColor Palette::shade(const QColor& base, int depth, int sibling, int siblings, double hueRoom) const
 {
     if (depth <= 0)
         return base;
@@ -154,7 +154,7 @@ QColor Palette::shade(const QColor& base, int depth, int sibling, int siblings) 
     // either side of their parent's.
     double h = hue;
     if (siblings > 1) {
-        const double spread = std::min(0.025, 0.08 / siblings);
+        const double spread = std::min(0.06, 2 * hueRoom / siblings);
         h = std::fmod(hue + (sibling - (siblings - 1) / 2.0) * spread + 1.0, 1.0);
         l += (sibling % 2 == 0 ? -0.035 : 0.035);
     }

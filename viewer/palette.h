@@ -43,8 +43,9 @@ public:
     // n base colours, all different; the first ones are the palette's most distinct.
     std::vector<QColor> baseColours(int n) const;
     // The colour of a taxon depth rings below the one holding base (0: base itself). sibling and
-    // siblings tell siblings apart: their shades differ a little in lightness and hue.
-    QColor shade(const QColor& base, int depth, int sibling, int siblings) const;
+    // siblings tell siblings apart: their shades differ a little in lightness, and in hue by up to
+    // hueRoom (a fraction of the hue circle) either side.
+    QColor shade(const QColor& base, int depth, int sibling, int siblings, double hueRoom = 0.05) const;
 
 private:
     Kind kind;

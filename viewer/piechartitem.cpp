@@ -189,6 +189,40 @@ QRectF PieChartItem::getChartRect() const
     return area;
 }
 
+QRectF PieChartItem::getDrawnRect(double pixelsPerUnit) const
+{
+    QRectF area;
+    std::vector<const PieChartItem*> pending{this};
+    while (!pending.empty()) {
+        const PieChartItem* item = pending.back();
+        pending.pop_back();
+        const QPointF origin = item->mapToScene(QPointF());
+        const QPointF axis = item->mapToScene(QPointF(1, 0)) - origin;
+        const double start = std::atan2(-axis.y(), axis.x()) * 180 / M_PI;
+        if (item->getAngle() > 0) {
+            area |= LabelLayout::sectorBounds(item->getRadius(), item->getRadiusFull(), start, item->getAngle())
+                        .translated(origin);
+            const LabelLayout::Label placed = item->getLabel(item->getMinimumLabelScale(pixelsPerUnit));
+            if (placed.kind != LabelLayout::Kind::None)
+                area |= item->mapToScene(placed.path).boundingRect();
+        }
+        for (QGraphicsItem* child : item->childItems()) {
+            if (const auto* slice = dynamic_cast<const PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
+    return area;
+}
+
+double PieChartItem::getMinimumLabelScale(double pixelsPerUnit) const
+{
+    const QFont& font = getText().font;
+    const double points = font.pointSizeF() > 0 ? font.pointSizeF() : font.pixelSize() * 0.75;
+    if (pixelsPerUnit <= 0 || points <= 0)
+        return 1.0;
+    return minimumLabelPoints / (points * pixelsPerUnit);
+}
+
 QRectF PieChartItem::boundingRect() const
 {
     const QRectF own = PieChartTextItem::boundingRect();
@@ -217,12 +251,8 @@ void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* opti
         paintPath(painter, option, outline, fill);
     }
 
-    const nu::graphics::DrawableText text = getText();
     const double lod = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
-    const double points = text.font.pointSizeF() > 0 ? text.font.pointSizeF() : text.font.pixelSize() * 0.75;
-    if (lod <= 0 || points <= 0)
-        return;
-    const LabelLayout::Label placed = getLabel(minimumLabelPoints / (points * lod));
+    const LabelLayout::Label placed = getLabel(getMinimumLabelScale(lod));
     if (placed.kind == LabelLayout::Kind::None)
         return;
     painter->setPen(Qt::NoPen);

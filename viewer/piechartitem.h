@@ -74,6 +74,11 @@ public:
     // The scene area that this slice and the slices below it cover, with the room their labels
     // may take beyond them: exact, however the slices are turned.
     QRectF getChartRect() const;
+    // The scene area actually painted when drawn at this many pixels per scene unit: the slices
+    // and the labels as they are laid out at that size.
+    QRectF getDrawnRect(double pixelsPerUnit) const;
+    // The smallest label scale, relative to the label's font, at this many pixels per unit.
+    double getMinimumLabelScale(double pixelsPerUnit) const;
 
     // A slice that is a whole disc around the chart's centre: the start node of the chart.
     bool isCentreDisc() const;
