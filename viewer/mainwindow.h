@@ -3,6 +3,8 @@
 #include "nu/appfilehandler.h"
 #include "viewer/navigator.h"
 
+#include <QColor>
+#include <QHash>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -24,6 +26,8 @@ namespace Viewer {
 
 class Browser;
 class BuildNcbiPiechartAsyncTask;
+class ChartTree;
+class ColourMap;
 class NewPiechartWizard;
 class View;
 
@@ -73,6 +77,7 @@ public:
         QAction* goRoot = nullptr;
         QAction* stepOut = nullptr;
         QAction* viewPreferences = nullptr;
+        QAction* viewMatchColours = nullptr;
         QAction* toolsEditor = nullptr;
         QAction* helpAbout = nullptr;
     };
@@ -114,6 +119,10 @@ public slots:
     void slotNavigationStepInto();
     void slotAppPreferences();
     void slotViewPreferences();
+    // Takes the colours of the taxa this chart shares with another saved chart from that chart.
+    void slotViewMatchColours();
+    // Shows the hovered slice's path, count and shares in the status bar.
+    void slotSliceHovered(const QString& id);
     void slotToolsEditor();
     void slotHelpAbout();
 
@@ -131,6 +140,9 @@ private:
     void generate();
     void clearPieChart();
     void setClosed();
+    // The open chart's whole tree and its colours, read when first needed.
+    void loadTree();
+    void forgetTree();
     // Copies the working chart to a file the user keeps, completely or not at all.
     bool saveCopy(const QString& target);
     // Waits for build tasks still ending after a cancellation, which delete the working file
@@ -149,6 +161,10 @@ private:
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
     int maxLevels = 5;
     double minPercentage = 0.5;
+    std::shared_ptr<const ChartTree> tree;
+    std::shared_ptr<const ColourMap> colours;
+    // Colours taken from another chart (View > Match colours to…), by taxon key.
+    QHash<QString, QColor> matchedColours;
 };
 
 } // namespace Viewer

@@ -233,8 +233,8 @@ void PieChartBuilder::addOthers(Open& open)
     auto others = std::make_unique<PieChartItem>(toSliceCount(open.droppedCount));
     others->setOthers(open.dropped);
     others->setAccumCount(open.droppedCount);
-    // Not a node of the file: no row, so no id that a taxon could have.
-    others->setPosition(Position(-1, -1));
+    // Not a node of the file: a row no node has, so an id no taxon has.
+    others->setPosition(Position(-1 - othersMade++, -1));
     nu::graphics::DrawableText text = others->getText();
     text.text = open.dropped == 1 ? QStringLiteral("1 other") : QStringLiteral("%1 others").arg(open.dropped);
     others->setText(text);

@@ -121,6 +121,7 @@ private:
     QStringList chainNames;
     std::unique_ptr<PieChartItem> root;
     qint64 rootCount = 0;
+    int othersMade = 0;
     // Counts are shifted right by this many bits to fit a slice's int count (see toSliceCount).
     int countShift = 0;
 };

@@ -55,6 +55,10 @@ void Scene::setPieChart(std::unique_ptr<PieChartItem> chart)
     Raise raise(quiet);
     index.clear();
     selectedId.clear();
+    if (hovered) {
+        hovered = nullptr;
+        emit signalSliceHovered(QString());
+    }
     if (root) {
         // Deleting the root takes every slice with it.
         std::unique_ptr<PieChartItem> old(root);
@@ -160,6 +164,16 @@ void Scene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
         slice->setSelected(true);
     }
     emit signalItemEntered();
+}
+
+void Scene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    QGraphicsScene::mouseMoveEvent(event);
+    PieChartItem* slice = sliceAt(event->scenePos());
+    if (slice == hovered)
+        return;
+    hovered = slice;
+    emit signalSliceHovered(slice ? slice->getId() : QString());
 }
 
 void Scene::helpEvent(QGraphicsSceneHelpEvent* event)
