@@ -40,8 +40,10 @@ public:
         if (taxid.isEmpty() && data.contains(Zem::Ontology::NodeKey::scientificName))
             taxid = id;
         const int parent = open.empty() ? none : open.back();
+        const bool named = !data.value(Zem::Ontology::NodeKey::scientificName).toString().isEmpty()
+                           || !data.value(Zem::Ontology::NodeKey::name).toString().isEmpty();
         open.push_back(tree.add(parent, nameOf(id, data), countOf(data, Zem::Ontology::NodeKey::count),
-                                countOf(data, Zem::Ontology::NodeKey::accumCount), taxid, position.getRow()));
+                                countOf(data, Zem::Ontology::NodeKey::accumCount), taxid, position.getRow(), named));
     }
 
     void closeNode(const QString&, const QVariantMap&) override { open.pop_back(); }
@@ -62,11 +64,13 @@ ChartTree ChartTree::read(const Zem::Ontology::Ontology& ontology)
     return tree;
 }
 
-int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid, int row)
+int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid, int row,
+                   bool named)
 {
     const int index = size();
     Node node;
     node.rawName = rawName;
+    node.named = named;
     node.taxid = taxid;
     node.count = count;
     node.total = total;
@@ -119,7 +123,20 @@ int ChartTree::countedChildren(int node) const
 
 bool ChartTree::isChain(int node) const
 {
-    return at(node).count == 0 && countedChildren(node) == 1;
+    const Node& n = at(node);
+    if (n.count != 0 || n.total <= 0)
+        return false;
+    int counted = none;
+    for (int child : n.children) {
+        if (at(child).total <= 0)
+            continue;
+        if (counted != none)
+            return false;
+        counted = child;
+    }
+    // A child holding less than its parent means counts the file does not account for: the
+    // parent is drawn as it is.
+    return counted != none && at(counted).total == n.total;
 }
 
 bool ChartTree::isUnassigned(int node) const
@@ -166,7 +183,7 @@ std::vector<int> ChartTree::getFirstBranchingLevel() const
 QString ChartTree::getName(int node, bool raw) const
 {
     const Node& n = at(node);
-    if (raw)
+    if (raw || !n.named)
         return n.rawName;
     const QString name = TaxonName::clean(n.rawName);
     if (!name.isEmpty())
@@ -175,7 +192,7 @@ QString ChartTree::getName(int node, bool raw) const
         return n.rawName;
     // An empty rank, or a run of them: named after the nearest ancestor with a name.
     for (int i = n.parent; i != none; i = at(i).parent) {
-        if (!TaxonName::isEmptyRank(at(i).rawName))
+        if (!at(i).named || !TaxonName::isEmptyRank(at(i).rawName))
             return TaxonName::unclassified(getName(i));
     }
     return TaxonName::unclassified(QString());

@@ -30,6 +30,8 @@ public:
     struct Node
     {
         QString rawName;
+        // Whether rawName is a name the file gives; otherwise it is the node's id, shown as it is.
+        bool named = true;
         // The NCBI taxon id, for taxa placed in the NCBI taxonomy; empty for path-based charts.
         QString taxid;
         qint64 count = 0;
@@ -45,7 +47,7 @@ public:
 
     // Adds a node below parent (none for the root, which must come first); returns its index.
     int add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid = QString(),
-            int row = none);
+            int row = none, bool named = true);
 
     int size() const { return static_cast<int>(nodes.size()); }
     bool isEmpty() const { return nodes.empty(); }
@@ -59,7 +61,8 @@ public:
     // The node whose key this is, or none.
     int indexOfKey(const QString& key) const;
 
-    // A node with no own count and exactly one child that holds a count: drawn as one with it.
+    // A node with no own count and exactly one child that holds a count (all of the node's):
+    // drawn as one with it.
     bool isChain(int node) const;
     // A child holding at least this share of its parent's classified reads dominates it: the
     // level does not count as branching, and the hues go on below that child.
