@@ -100,12 +100,19 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     QRectF area = getChartRect();
     // Labels are laid out for the size they are drawn at, and may not use all the room they
     // were given: measured again at about the final scale, the margins come out even.
-    if (const auto* slices = dynamic_cast<const PieChartItem*>(&chart); slices && !area.isEmpty()) {
+    // The labels are laid out once for that scale, measured, and drawn as measured.
+    auto* slices = dynamic_cast<PieChartItem*>(&chart);
+    if (slices && !area.isEmpty()) {
         const QSizeF key = legend.getSize() * legendScale;
         const double width = legend.isEmpty() ? area.width() : area.width() * 1.1 + key.width();
         const double longer = std::max({width, area.height(), key.height()}) * 1.06;
+        slices->setLabelPixelsPerUnit(size / longer);
         area = slices->getDrawnRect(size / longer);
     }
+    const auto release = [slices] {
+        if (slices)
+            slices->setLabelPixelsPerUnit(0);
+    };
     std::unique_ptr<QGraphicsItem> key;
     if (!legend.isEmpty()) {
         // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
@@ -132,10 +139,12 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     } catch (...) {
         if (key)
             loan.scene()->removeItem(key.get());
+        release();
         throw;
     }
     if (key)
         loan.scene()->removeItem(key.get());
+    release();
 }
 
 QImage ChartImage::toImage() const

@@ -56,10 +56,21 @@ LabelLayout::Label LabelLayout::place(const Slice& slice, const QString& text) c
     arc.scale = fitScale(textWidth, arc.length, arc.height);
     Fit radial{Kind::Radial, 0, 0, 0};
     if (span < widestRadial && slice.innerRadius > 0) {
-        const double start = slice.innerRadius + padding;
-        radial.length = std::max(slice.reach, slice.innerRadius + slice.width) - padding - start;
-        radial.height = 2 * start * std::sin(span * degree / 2) - 2 * padding;
-        radial.scale = fitScale(textWidth, radial.length, radial.height);
+        const auto radialFrom = [&](double start, double end, bool outside) {
+            Fit fit{Kind::Radial, 0, end - padding - start, 2 * start * std::sin(span * degree / 2) - 2 * padding};
+            fit.start = start;
+            fit.outside = outside;
+            fit.scale = fitScale(textWidth, fit.length, fit.height);
+            return fit;
+        };
+        const double outer = slice.innerRadius + slice.width;
+        radial = radialFrom(slice.innerRadius + padding, outer, false);
+        // Beyond the ring, where nothing else is drawn, a label that does not fit in it.
+        if (slice.reach > outer + 2 * padding) {
+            const Fit beyond = radialFrom(outer + padding, slice.reach, true);
+            if (beyond.scale > radial.scale)
+                radial = beyond;
+        }
     }
     const Fit& best = arc.scale >= 1.0 || arc.scale >= arcPreference * radial.scale ? arc : radial;
     if (best.scale >= minimumScale)
@@ -122,10 +133,9 @@ LabelLayout::Label LabelLayout::finish(const Fit& fit, const Slice& slice, const
     } else {
         const QFontMetricsF metrics(font);
         const double length = metrics.horizontalAdvance(text) * fit.scale;
-        const double start = slice.innerRadius + padding;
-        const double ring = slice.width - 2 * padding;
-        // In the ring when it fits there, otherwise from the ring's inner edge outward.
-        const double distance = length <= ring ? slice.innerRadius + slice.width / 2 : start + length / 2;
+        // Centred in the ring, or beyond it from its outer edge outward.
+        const double distance = fit.outside ? fit.start + length / 2 : slice.innerRadius + slice.width / 2;
+        label.outside = fit.outside;
         const double angle = span / 2;
         QTransform place;
         place.translate(onCircle(distance, angle).x(), onCircle(distance, angle).y());

@@ -11,8 +11,9 @@ namespace Viewer {
 // Where a slice's label goes. Every label stays inside the room its own slice owns (its ring
 // sector, or for a slice with nothing drawn outside it the whole wedge out to the reach), so
 // labels of different slices never overlap. In that room the label is tried along the arc, then
-// radially, shrunk down to a smallest readable size, then elided with "…"; a slice too small for
-// that gets none. Text on the lower half runs so that it is never upside down.
+// radially (in the ring, or wholly beyond it where the wedge is free), shrunk down to a smallest
+// readable size, then elided with "…"; a slice too small for that gets none. Text on the lower
+// half runs so that it is never upside down.
 //
 // Geometry is in the slice's own coordinates (scene units): the slice starts on the +x axis and
 // spans counter-clockwise on screen (y down), between its inner radius and the inner radius
@@ -45,6 +46,8 @@ public:
         double scale = 1.0;
         // The glyphs, in the slice's coordinates.
         QPainterPath path;
+        // Drawn beyond the slice's ring, on the background rather than on the slice.
+        bool outside = false;
     };
 
     // Room kept free between a label and its slice's edges, in scene units.
@@ -68,6 +71,9 @@ private:
         double scale = 0;
         double length = 0;
         double height = 0;
+        // For radial text: where it starts, and whether that is beyond the ring.
+        double start = 0;
+        bool outside = false;
     };
 
     // The largest scale (up to 1) at which the text fits a box of the given length and height.

@@ -36,7 +36,7 @@ public:
     // Deeper charts are unreadable, and the item tree is walked recursively when it is laid out.
     static constexpr int levelLimit = 200;
     // How far beyond the outermost ring the labels of its slices may reach, in rings.
-    static constexpr double labelBand = 1.0;
+    static constexpr double labelBand = 1.5;
 
     explicit PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start = Position());
     ~PieChartBuilder();

@@ -223,6 +223,20 @@ double PieChartItem::getMinimumLabelScale(double pixelsPerUnit) const
     return minimumLabelPoints / (points * pixelsPerUnit);
 }
 
+void PieChartItem::setLabelPixelsPerUnit(double pixelsPerUnit)
+{
+    std::vector<PieChartItem*> pending{this};
+    while (!pending.empty()) {
+        PieChartItem* item = pending.back();
+        pending.pop_back();
+        item->fixedPixelsPerUnit = std::max(0.0, pixelsPerUnit);
+        for (QGraphicsItem* child : item->childItems()) {
+            if (auto* slice = dynamic_cast<PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
+}
+
 QRectF PieChartItem::boundingRect() const
 {
     const QRectF own = PieChartTextItem::boundingRect();
@@ -251,12 +265,16 @@ void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* opti
         paintPath(painter, option, outline, fill);
     }
 
-    const double lod = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    const double lod = fixedPixelsPerUnit > 0
+                           ? fixedPixelsPerUnit
+                           : QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
     const LabelLayout::Label placed = getLabel(getMinimumLabelScale(lod));
     if (placed.kind == LabelLayout::Kind::None)
         return;
     painter->setPen(Qt::NoPen);
-    painter->setBrush(selected ? QColor(Qt::red) : getLabelColor(color));
+    // A label beyond the ring stands on the white background.
+    const QColor ground = placed.outside ? QColor(Qt::white) : color;
+    painter->setBrush(selected ? QColor(Qt::red) : getLabelColor(ground));
     painter->drawPath(placed.path);
 }
 

@@ -79,6 +79,10 @@ public:
     QRectF getDrawnRect(double pixelsPerUnit) const;
     // The smallest label scale, relative to the label's font, at this many pixels per unit.
     double getMinimumLabelScale(double pixelsPerUnit) const;
+    // Lays the labels of this slice and those below it out for this many pixels per unit
+    // whatever size they are painted at (an image measured before it is drawn); 0 goes back to
+    // the size painted at.
+    void setLabelPixelsPerUnit(double pixelsPerUnit);
 
     // A slice that is a whole disc around the chart's centre: the start node of the chart.
     bool isCentreDisc() const;
@@ -102,6 +106,7 @@ private:
     qint64 accumCount = 0;
     int othersNumber = 0;
     double labelReach = 0;
+    double fixedPixelsPerUnit = 0;
     // The last label laid out, and what it was laid out for.
     mutable LabelLayout::Label label;
     mutable LabelLayout::Slice labelSlice;
