@@ -591,8 +591,9 @@ void MainWindow::slotNavigationStepOut()
 void MainWindow::slotNavigationStepInto()
 {
     PieChartItem* selected = view->getScene()->getSelectedItem();
-    // Entering the centre changes nothing; the chart stays as it is drawn and zoomed.
-    if (!selected || selected->getPosition() == navigator.getCurrentPosition())
+    // Entering the centre (any node of its chain) changes nothing; the chart stays as it is
+    // drawn and zoomed. "N others" is no taxon to enter.
+    if (!selected || selected->isOthers() || selected->getChainPositions().contains(navigator.getCurrentPosition()))
         return;
     navigator.goToLevel(selected);
     slotGenerate();

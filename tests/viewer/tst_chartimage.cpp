@@ -1,9 +1,15 @@
 #include "tests/viewer/charts.h"
 #include "viewer/chartimage.h"
 #include "viewer/chartlegend.h"
+#include "ontology/ontology.h"
+#include "tests/support/treeliteral.h"
+#include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
 #include <QGraphicsScene>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QStyleOptionGraphicsItem>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
@@ -75,7 +81,11 @@ private slots:
         ChartImage image(*root);
         image.setSize(300);
         const QByteArray svg = image.toSvg();
-        QVERIFY(svg.contains("viewBox=\"0 0 300 300\""));
+        // The drawing's proportions, the longer side as asked.
+        const QRegularExpressionMatch box =
+            QRegularExpression(QStringLiteral("viewBox=\"0 0 (\\d+) (\\d+)\"")).match(QString::fromUtf8(svg));
+        QVERIFY(box.hasMatch());
+        QCOMPARE(std::max(box.captured(1).toInt(), box.captured(2).toInt()), 300);
         const QStringList fills = filledPaths(svg);
         QCOMPARE(fills.size(), slices);
         QCOMPARE(fills.count(QStringLiteral("#ffffff")), 1);
@@ -119,6 +129,59 @@ private slots:
         const int margins[] = {left, png.width() - 1 - right, top, png.height() - 1 - bottom};
         QVERIFY2(*std::max_element(std::begin(margins), std::end(margins)) - *std::min_element(std::begin(margins), std::end(margins)) <= 1,
                  qPrintable(QStringLiteral("%1 %2 %3 %4").arg(margins[0]).arg(margins[1]).arg(margins[2]).arg(margins[3])));
+    }
+
+    void fullRingHasNoSeam()
+    {
+        // With chains drawn ring by ring, a is a full ring round the centre.
+        Sorvik::Test::writeTree(file, QStringLiteral("r(a:2(b:1))"));
+        Sorvik::Viewer::PieChartBuilder builder{Zem::Ontology::Ontology(file)};
+        builder.setCollapse(false);
+        builder.read();
+        const auto root = builder.takeRootItem();
+        PieChartItem* ring = Sorvik::Test::slicesOf(root.get()).front();
+        QCOMPARE(ring->getAngle(), 360.0);
+        QImage image(200, 200, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.translate(100, 100);
+        QStyleOptionGraphicsItem option;
+        option.exposedRect = ring->boundingRect();
+        ring->setTextShow(false);
+        ring->paint(&painter, &option, nullptr);
+        painter.end();
+        // Across the ring at 0°, where the outline used to close the ring: the fill throughout.
+        for (int x = 100 + 33; x <= 100 + 57; ++x) {
+            for (int y = 99; y <= 100; ++y)
+                QCOMPARE(image.pixelColor(x, y), ring->getColor());
+        }
+    }
+
+    void thinSlicesAreNoDarkHairlines()
+    {
+        // At 0 %, b is a slice of a thousandth of a degree.
+        const auto root = chartOf(file, QStringLiteral("r(a:400000 b:1 c:200000)"), 5, 0);
+        QCOMPARE(int(Sorvik::Test::slicesOf(root.get()).size()), 3);
+        // Every path is outlined in white, or not at all.
+        QXmlStreamReader xml(ChartImage(*root).toSvg());
+        QStringList strokes{QStringLiteral("none")};
+        int paths = 0;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == QLatin1String("g")) {
+                const auto stroke = xml.attributes().value(QLatin1String("stroke"));
+                strokes.append(stroke.isEmpty() ? strokes.last() : stroke.toString());
+            } else if (xml.isEndElement() && xml.name() == QLatin1String("g")) {
+                strokes.removeLast();
+            } else if (xml.isStartElement() && xml.name() == QLatin1String("path")) {
+                const auto own = xml.attributes().value(QLatin1String("stroke"));
+                const QString stroke = own.isEmpty() ? strokes.last() : own.toString();
+                QVERIFY2(stroke == QLatin1String("none") || stroke == QLatin1String("#ffffff"), qPrintable(stroke));
+                ++paths;
+            }
+        }
+        QVERIFY(!xml.hasError());
+        QVERIFY(paths >= 4);
     }
 
     void saveWritesNothingItCannotWriteWhole()

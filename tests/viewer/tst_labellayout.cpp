@@ -88,10 +88,13 @@ private slots:
         const double inner = 300;
         const double across = 2 * (inner + pad) * std::sin(2.0 * M_PI / 180) - 2 * pad;
         QVERIFY(across > textHeight);
-        const LabelLayout::Label label = layout.place(slice(inner, 30, 4, inner + textWidth * 1.2), text);
+        const LabelLayout::Label label = layout.place(slice(inner, 30, 4, inner + 30 + textWidth * 1.2), text);
         QCOMPARE(int(label.kind), int(LabelLayout::Kind::Radial));
         QCOMPARE(label.scale, 1.0);
         QCOMPARE(label.text, text);
+        // Too long for the ring: wholly beyond it.
+        QVERIFY(label.outside);
+        QVERIFY(label.path.boundingRect().right() > inner + 30);
         // Without the room beyond its ring (something drawn outside), it must shrink or elide.
         const LabelLayout::Label inRing = layout.place(slice(inner, 30, 4, 0), text);
         QVERIFY(inRing.kind == LabelLayout::Kind::None || inRing.scale < 1.0 || inRing.text != text);
