@@ -57,7 +57,7 @@ ChartLegend ChartLegend::of(const ChartTree& tree, const ColourMap& colours, boo
             ++restNumber;
             continue;
         }
-        const QColor colour = colours.hasColour(shown[k]) ? colours.colourOf(shown[k]) : QColor(Qt::white);
+        const QColor colour = colours.hasColour(shown[k]) ? colours.colourOf(shown[k]) : Palette::contextGrey();
         rows.push_back(Row{colour, tree.getName(shown[k], rawNames), 100.0 * node.total / whole});
     }
     if (restNumber > 0)

@@ -18,7 +18,7 @@ class Palette;
 // level that branches (see ChartTree::getFirstBranchingLevel) each get a base colour of the
 // palette (the largest the most distinct);
 // the taxa below them take shades of it, lighter outward. Unclassified reads are grey in every
-// palette. The nodes above the first branching have no colour (the chart's centre is white).
+// palette. The nodes above the first branching have no colour (they are drawn in a faint grey).
 // The same tree and palette always give the same colours.
 class ColourMap
 {

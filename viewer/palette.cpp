@@ -75,6 +75,11 @@ QColor Palette::othersGrey()
     return QColor(0xdd, 0xdd, 0xdd);
 }
 
+QColor Palette::contextGrey()
+{
+    return QColor(0xf2, 0xf2, 0xf2);
+}
+
 Palette::Palette(Kind k)
     : kind(k)
 {

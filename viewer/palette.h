@@ -28,6 +28,9 @@ public:
     static QColor unassignedGrey();
     // The grey of the slice that gathers the taxa below the minimum share.
     static QColor othersGrey();
+    // The faint grey of slices that hold no hue: the centre, and the taxa above the first level
+    // that branches.
+    static QColor contextGrey();
 
     explicit Palette(Kind kind = Kind::Soft);
     // By the name the command line and the settings use; throws UnknownPaletteException.

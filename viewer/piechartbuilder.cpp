@@ -21,10 +21,6 @@ qint64 accumCount(const QVariantMap& data)
     return ok && count > 0 ? count : 0;
 }
 
-// Slices above the first branching level have no colour of their own: the centre is white, and
-// a ring there (with collapsing off) a faint grey.
-const QColor centreColour(Qt::white);
-const QColor uncolouredRing(0xf2, 0xf2, 0xf2);
 
 } // namespace
 
@@ -295,7 +291,7 @@ void PieChartBuilder::applyColor()
         else if (colours && colours->hasColour(node))
             item->setColor(colours->colourOf(node));
         else
-            item->setColor(item == top ? centreColour : uncolouredRing);
+            item->setColor(Palette::contextGrey());
         for (QGraphicsItem* child : item->childItems()) {
             if (auto* slice = dynamic_cast<PieChartItem*>(child))
                 pending.push_back(slice);

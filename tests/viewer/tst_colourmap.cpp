@@ -178,7 +178,7 @@ private slots:
     {
         QFETCH(int, kind);
         const Palette palette(static_cast<Palette::Kind>(kind));
-        std::vector<QColor> fills{Palette::unassignedGrey(), Palette::othersGrey(), QColor(Qt::white)};
+        std::vector<QColor> fills{Palette::unassignedGrey(), Palette::othersGrey(), Palette::contextGrey()};
         for (const QColor& base : palette.baseColours(24)) {
             for (int depth = 0; depth < 8; ++depth) {
                 for (int sibling = 0; sibling < 3; ++sibling)
