@@ -77,6 +77,7 @@ int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 tota
     node.parent = parent;
     node.row = row;
     nodes.push_back(std::move(node));
+    shownNames.clear();
     if (parent != none)
         nodes[static_cast<size_t>(parent)].children.push_back(index);
     if (row >= 0) {
@@ -185,6 +186,17 @@ QString ChartTree::getName(int node, bool raw) const
     const Node& n = at(node);
     if (raw || !n.named)
         return n.rawName;
+    if (shownNames.size() != nodes.size())
+        shownNames.assign(nodes.size(), QString());
+    QString& shown = shownNames[static_cast<size_t>(node)];
+    if (shown.isNull())
+        shown = cleanName(node);
+    return shown;
+}
+
+QString ChartTree::cleanName(int node) const
+{
+    const Node& n = at(node);
     const QString name = TaxonName::clean(n.rawName);
     if (!name.isEmpty())
         return name;

@@ -89,8 +89,12 @@ public:
 private:
     class Loader;
 
+    QString cleanName(int node) const;
+
     std::vector<Node> nodes;
     std::vector<int> byRow;
+    // The shown names, cleaned once: charts are redrawn from the same tree many times.
+    mutable std::vector<QString> shownNames;
     mutable QHash<QString, int> byKey;
 };
 

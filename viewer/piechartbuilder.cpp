@@ -170,11 +170,13 @@ void PieChartBuilder::openNode(const QString& id, const QVariantMap& data, const
     item->setLayoutDeferred(true);
     item->setPosition(position);
     item->setAccumCount(count);
-    chainPositions.append(position);
-    chainNames.append(name);
-    item->setChain(chainPositions, chainNames);
-    chainPositions.clear();
-    chainNames.clear();
+    if (!chainPositions.isEmpty()) {
+        chainPositions.append(position);
+        chainNames.append(name);
+        item->setChain(chainPositions, chainNames);
+        chainPositions.clear();
+        chainNames.clear();
+    }
     nu::graphics::DrawableText text = item->getText();
     text.text = name;
     item->setText(text);

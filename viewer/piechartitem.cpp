@@ -78,6 +78,11 @@ void PieChartItem::setChain(const QList<Position>& positions, const QStringList&
     chainNames = names;
 }
 
+QStringList PieChartItem::getChainNames() const
+{
+    return chainNames.isEmpty() ? QStringList{getText().text} : chainNames;
+}
+
 QString PieChartItem::getChainText() const
 {
     return chainNames.isEmpty() ? getText().text : chainNames.join(chainSeparator);

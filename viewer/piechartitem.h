@@ -39,11 +39,13 @@ public:
     // The slice's identifier in the scene and the browser: its node's row in the file, as text.
     QString getId() const { return QString::number(position.getRow()); }
     void setPosition(const Position& p) { position = p; }
-    // The positions of the chain the slice stands for, from its top node to the deepest.
+    // The positions of the chain the slice stands for, from its top node to the deepest (only
+    // the slice's own when it stands for one node).
     QList<Position> getChainPositions() const;
+    // A chain of more than one node: their positions and names, from the top node down.
     void setChain(const QList<Position>& positions, const QStringList& names);
     // The names of the chain, from its top node to the deepest; the label is the last.
-    QStringList getChainNames() const { return chainNames; }
+    QStringList getChainNames() const;
     // The chain's names joined for tool tips and the browser: "root › cellular organisms".
     QString getChainText() const;
 
