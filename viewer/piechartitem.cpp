@@ -2,6 +2,7 @@
 
 #include "nu/graphics/geometry.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
 
@@ -29,6 +30,19 @@ bool sameSlice(const LabelLayout::Slice& a, const LabelLayout::Slice& b)
 }
 
 const QString chainSeparator = QStringLiteral(" \u203a ");
+
+// The height of a font's text in scene units; all slices of a chart share one font.
+double textHeight(const QFont& font)
+{
+    static QFont last;
+    static double height = -1;
+    if (height < 0 || font != last) {
+        const QFontMetricsF metrics(font);
+        last = font;
+        height = metrics.ascent() + metrics.descent();
+    }
+    return height;
+}
 
 } // namespace
 
@@ -156,6 +170,13 @@ LabelLayout::Slice PieChartItem::getLabelSlice() const
 LabelLayout::Label PieChartItem::getLabel(double minimumScale) const
 {
     if (!getTextShow())
+        return LabelLayout::Label();
+    // Most slices of a large chart are far too small for any label: decided without laying out
+    // any text.
+    const double smallest = textHeight(getText().font) * minimumScale;
+    const double across = isCentreDisc() ? getRadiusFull() : getRadiusOffset();
+    const double along = std::max(getRadiusFull(), labelReach) * getAngleRad();
+    if (across < smallest || along < smallest)
         return LabelLayout::Label();
     const LabelLayout::Slice slice = getLabelSlice();
     const QString text = getText().text;
