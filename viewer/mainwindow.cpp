@@ -672,7 +672,8 @@ void MainWindow::slotSliceHovered(const QString& id)
     const double whole = tree && !tree->isEmpty() && tree->at(0).total > 0
                              ? 100.0 * slice->getAccumCount() / tree->at(0).total
                              : slice->getPercentage();
-    statusBar()->showMessage(tr("%1: %2 reads, %3 % of the centre, %4 % of the whole chart")
+    // Counts rather than reads: a QIIME chart counts its table's values.
+    statusBar()->showMessage(tr("%1: count %2, %3 % of the centre, %4 % of the whole chart")
                                  .arg(slice->isOthers() ? slice->getText().text : path,
                                       locale.toString(slice->getAccumCount()),
                                       locale.toString(slice->getPercentage(), 'f', 2), locale.toString(whole, 'f', 2)));

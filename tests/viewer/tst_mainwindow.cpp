@@ -457,7 +457,7 @@ private slots:
         // The whole path from the root, though the chart's centre is Firmicutes: 50 of its 60
         // reads, 50 of the chart's 100.
         QCOMPARE(window->statusBar()->currentMessage(),
-                 QStringLiteral("root \u203a Bacteria \u203a Firmicutes \u203a Bacilli: 50 reads, 83.33 % of the centre, "
+                 QStringLiteral("root \u203a Bacteria \u203a Firmicutes \u203a Bacilli: count 50, 83.33 % of the centre, "
                                 "50.00 % of the whole chart"));
         move.setScenePos(QPointF(1e6, 1e6));
         QCoreApplication::sendEvent(window->getView()->getScene(), &move);
