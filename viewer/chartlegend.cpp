@@ -67,6 +67,9 @@ ChartLegend ChartLegend::of(const ChartTree& tree, const ColourMap& colours, boo
 
 QString ChartLegend::formatShare(double percent)
 {
+    // A taxon that is there never reads as none.
+    if (percent > 0 && percent < 0.005)
+        return QStringLiteral("< 0.01 %");
     const int decimals = percent >= 10 ? 0 : percent >= 1 ? 1 : 2;
     return QStringLiteral("%1 %").arg(QString::number(percent, 'f', decimals));
 }

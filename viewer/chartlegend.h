@@ -46,7 +46,7 @@ public:
     // An item that draws the legend with its top left corner at the item's origin.
     std::unique_ptr<QGraphicsItem> createItem() const;
 
-    // "12.5 %", with fewer decimals for large shares.
+    // "12.5 %", with fewer decimals for large shares; "< 0.01 %" for the smallest.
     static QString formatShare(double percent);
 
 private:

@@ -77,6 +77,9 @@ private slots:
         QTest::newRow("ten") << 10.0 << "10 %";
         QTest::newRow("small") << 6.84 << "6.8 %";
         QTest::newRow("tiny") << 0.064 << "0.06 %";
+        QTest::newRow("rounds to the smallest shown") << 0.005 << "0.01 %";
+        QTest::newRow("below what two decimals show") << 0.0049 << "< 0.01 %";
+        QTest::newRow("none") << 0.0 << "0.00 %";
     }
 
     void sharesAreFormattedForReading()
