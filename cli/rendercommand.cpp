@@ -3,6 +3,10 @@
 #include "nu/graphics/sceneimage.h"
 #include "ontology/ontology.h"
 #include "viewer/chartimage.h"
+#include "viewer/chartlegend.h"
+#include "viewer/charttree.h"
+#include "viewer/colourmap.h"
+#include "viewer/palette.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 #include "viewer/settings.h"
@@ -20,6 +24,10 @@ const QString outputOption = QStringLiteral("output");
 const QString levelsOption = QStringLiteral("max-levels");
 const QString percentOption = QStringLiteral("min-percent");
 const QString sizeOption = QStringLiteral("size");
+const QString noCollapseOption = QStringLiteral("no-collapse");
+const QString paletteOption = QStringLiteral("palette");
+const QString coloursFromOption = QStringLiteral("colours-from");
+const QString legendOption = QStringLiteral("legend");
 
 // The viewer's limits when a chart is first shown.
 const int defaultLevels = App::Settings::firstViewMaxLevels;
@@ -51,10 +59,39 @@ void RenderCommand::setUp(QCommandLineParser& parser)
                           .arg(defaultPercent),
                       QStringLiteral("P")});
     parser.addOption({sizeOption,
-                      QStringLiteral("The side of the square image in pixels (default %1).")
+                      QStringLiteral("The longer side of the image in pixels (default %1).")
                           .arg(Viewer::ChartImage::defaultSize),
                       QStringLiteral("PIXELS")});
+    parser.addOption({noCollapseOption, QStringLiteral("Draw every node of a single-child chain on a ring of its own.")});
+    parser.addOption({paletteOption,
+                      QStringLiteral("The colours: %1 (default %2).")
+                          .arg(Viewer::Palette::names().join(QStringLiteral(", ")), Viewer::Palette().getName()),
+                      QStringLiteral("NAME")});
+    parser.addOption({coloursFromOption,
+                      QStringLiteral("Give the taxa this chart shares with OTHER the colours they have there."),
+                      QStringLiteral("OTHER")});
+    parser.addOption({legendOption, QStringLiteral("Draw a legend of the first branching level beside the chart.")});
 }
+
+namespace {
+
+// A counted chart's whole tree; throws what reading throws, and a message for a file that
+// holds no chart.
+std::shared_ptr<const Viewer::ChartTree> readTree(const QString& fileName, QString& problem)
+{
+    const Zem::Ontology::Ontology ontology(fileName);
+    if (ontology.getNodeNumber() < 1) {
+        problem = QStringLiteral("the chart has no nodes");
+        return nullptr;
+    }
+    if (!ontology.isCounted()) {
+        problem = QStringLiteral("the chart is not counted");
+        return nullptr;
+    }
+    return std::make_shared<const Viewer::ChartTree>(Viewer::ChartTree::read(ontology));
+}
+
+} // namespace
 
 int RenderCommand::execute(const QCommandLineParser& parser)
 {
@@ -83,18 +120,48 @@ int RenderCommand::execute(const QCommandLineParser& parser)
         return usage(QStringLiteral("--size needs a whole number of pixels from 1 to %1")
                          .arg(Viewer::ChartImage::maximumSize));
 
+    Viewer::Palette palette;
+    if (parser.isSet(paletteOption)) {
+        try {
+            palette = Viewer::Palette::byName(parser.value(paletteOption));
+        } catch (const Viewer::Palette::UnknownPaletteException&) {
+            return usage(QStringLiteral("--palette must be one of %1").arg(Viewer::Palette::names().join(QStringLiteral(", "))));
+        }
+    }
+
+    // The colours of the taxa shared with the other chart, by their keys.
+    QHash<QString, QColor> given;
+    if (parser.isSet(coloursFromOption)) {
+        const QString other = parser.value(coloursFromOption);
+        try {
+            QString problem;
+            const auto otherTree = readTree(other, problem);
+            if (!otherTree)
+                return fail(other + QLatin1String(": ") + problem);
+            given = Viewer::ColourMap::assign(*otherTree, palette).byKey(*otherTree);
+        } catch (const std::exception& e) {
+            return fail(other + QLatin1String(": ") + QString::fromUtf8(e.what()));
+        }
+    }
+
     std::unique_ptr<Viewer::PieChartItem> root;
+    Viewer::ChartLegend legend;
     try {
+        QString problem;
+        const auto tree = readTree(chartFile, problem);
+        if (!tree)
+            return fail(chartFile + QLatin1String(": ") + problem);
+        const auto colours = std::make_shared<const Viewer::ColourMap>(Viewer::ColourMap::assign(*tree, palette, given));
         const Zem::Ontology::Ontology ontology(chartFile);
-        if (ontology.getNodeNumber() < 1)
-            return fail(chartFile + QLatin1String(": the chart has no nodes"));
-        if (!ontology.isCounted())
-            return fail(chartFile + QLatin1String(": the chart is not counted"));
         Viewer::PieChartBuilder builder(ontology);
         builder.setMaxLevels(levels);
         builder.setMinPercentage(percent);
+        builder.setCollapse(!parser.isSet(noCollapseOption));
+        builder.setTree(tree, colours);
         builder.read();
         root = builder.takeRootItem();
+        if (parser.isSet(legendOption))
+            legend = Viewer::ChartLegend::of(*tree, *colours);
     } catch (const std::exception& e) {
         return fail(chartFile + QLatin1String(": ") + QString::fromUtf8(e.what()));
     }
@@ -104,6 +171,7 @@ int RenderCommand::execute(const QCommandLineParser& parser)
     try {
         Viewer::ChartImage image(*root);
         image.setSize(size);
+        image.setLegend(legend);
         image.save(output);
     } catch (const std::exception& e) {
         return fail(output + QLatin1String(": ") + QString::fromUtf8(e.what()));

@@ -113,16 +113,17 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
         return item->getId();
     if (role == SortRole) {
         if (column == NameColumn)
-            return item->getText().text;
+            return item->getChainText();
         if (column == CountColumn)
-            return item->getTotal();
+            return item->getAccumCount();
         return item->getPercentage();
     }
     if (role == Qt::DisplayRole) {
+        // A slice drawn for a chain lists the whole chain.
         if (column == NameColumn)
-            return item->getText().text;
+            return item->getChainText();
         if (column == CountColumn)
-            return QLocale().toString(item->getTotal());
+            return QLocale().toString(item->getAccumCount());
         return QString::number(item->getPercentage(), 'f', 2);
     }
     if (role == Qt::TextAlignmentRole && column != NameColumn)

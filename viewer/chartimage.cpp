@@ -2,15 +2,20 @@
 
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/sceneimage.h"
+#include "viewer/piechartitem.h"
 
 #include <QGraphicsScene>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Sorvik {
 namespace Viewer {
 
 namespace {
+
+// The legend's size relative to the chart's labels.
+constexpr double legendScale = 0.8;
 
 // Lends an item to a private scene for the time of a drawing; the item leaves the scene before
 // the scene, which would otherwise delete it, is destroyed.
@@ -54,29 +59,71 @@ void ChartImage::setSize(int pixels)
     size = std::clamp(pixels, 1, maximumSize);
 }
 
-QRectF ChartImage::getSourceRect() const
+QRectF ChartImage::getChartRect() const
 {
+    // A viewer chart knows the exact area of its slices and labels; bounding boxes of turned
+    // items would grow with every ring.
+    if (const auto* slices = dynamic_cast<const PieChartItem*>(&chart))
+        return slices->getChartRect();
     QRectF area;
     if (const auto* item = dynamic_cast<const nu::graphics::BaseItem*>(&chart))
         area = item->getAreaRect();
     else
         area = chart.boundingRect() | chart.childrenBoundingRect();
-    area = chart.mapRectToScene(area);
-    // A square about the chart's middle with a small margin, so that a round chart fills the
-    // square image evenly.
-    const double side = std::max(area.width(), area.height()) * 1.02;
-    QRectF square(0, 0, side, side);
-    square.moveCenter(area.center());
-    return square;
+    return chart.mapRectToScene(area);
 }
 
 void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const
 {
     SceneLoan loan(chart);
-    nu::graphics::SceneImage image(*loan.scene(), getSourceRect());
-    image.setSize(QSize(size, size));
+    QRectF area = getChartRect();
+    // Labels are laid out for the size they are drawn at, and may not use all the room they
+    // were given: measured again at about the final scale, the margins come out even.
+    // The labels are laid out once for that scale, measured, and drawn as measured.
+    auto* slices = dynamic_cast<PieChartItem*>(&chart);
+    if (slices && !area.isEmpty()) {
+        const QSizeF key = legend.getSize() * legendScale;
+        const double width = legend.isEmpty() ? area.width() : area.width() * 1.1 + key.width();
+        const double longer = std::max({width, area.height(), key.height()}) * 1.06;
+        slices->setLabelPixelsPerUnit(size / longer);
+        area = slices->getDrawnRect(size / longer);
+    }
+    const auto release = [slices] {
+        if (slices)
+            slices->setLabelPixelsPerUnit(0);
+    };
+    std::unique_ptr<QGraphicsItem> key;
+    if (!legend.isEmpty()) {
+        // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
+        key = legend.createItem();
+        // A little smaller than the labels, and never taller than the chart.
+        const QSizeF natural = legend.getSize();
+        const double scale = std::min(legendScale, area.height() / natural.height());
+        key->setScale(scale);
+        const QSizeF room = natural * scale;
+        key->setPos(area.right() + area.width() * 0.1, area.center().y() - room.height() / 2);
+        loan.scene()->addItem(key.get());
+        area |= QRectF(key->pos(), room);
+    }
+    // The same margin on every side, so the image takes the drawing's proportions.
+    const double margin = std::max(area.width(), area.height()) * 0.03;
+    const QRectF source = area.adjusted(-margin, -margin, margin, margin);
+    const double longer = std::max(source.width(), source.height());
+    const auto side = [&](double length) { return std::max(1, static_cast<int>(std::lround(size * length / longer))); };
+    nu::graphics::SceneImage image(*loan.scene(), source);
+    image.setSize(QSize(side(source.width()), side(source.height())));
     image.setTitle(QStringLiteral("Sorvik chart"));
-    use(image);
+    try {
+        use(image);
+    } catch (...) {
+        if (key)
+            loan.scene()->removeItem(key.get());
+        release();
+        throw;
+    }
+    if (key)
+        loan.scene()->removeItem(key.get());
+    release();
 }
 
 QImage ChartImage::toImage() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewer/chartlegend.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QRectF>
@@ -18,10 +20,11 @@ class SceneImage;
 namespace Sorvik {
 namespace Viewer {
 
-// Draws a chart into an image: the chart's root item with everything below it, fitted to a
-// square of a given number of pixels on a white background, as PNG or SVG. A chart that is
-// shown in a scene is drawn from that scene (with whatever lies on it); otherwise it is lent
-// to a scene of its own for the drawing and given back.
+// Draws a chart into an image: the chart's root item with everything below it, and optionally
+// a legend beside it, fitted with even margins into an image whose longer side is a given number
+// of pixels, on a white background, as PNG or SVG. A chart that is shown in a scene is drawn
+// from that scene (with whatever lies on it); otherwise it is lent to a scene of its own for the
+// drawing and given back.
 class ChartImage
 {
 public:
@@ -30,9 +33,11 @@ public:
 
     explicit ChartImage(QGraphicsItem& chart);
 
-    // Clamped to 1..maximumSize.
+    // The longer side of the image; clamped to 1..maximumSize.
     void setSize(int pixels);
     int getSize() const { return size; }
+    // Drawn to the right of the chart; an empty legend draws none.
+    void setLegend(const ChartLegend& legend) { this->legend = legend; }
 
     QImage toImage() const;
     QByteArray toSvg() const;
@@ -43,10 +48,11 @@ public:
 private:
     // Lends the chart a scene if it has none and hands use the drawing of it.
     void draw(const std::function<void(const nu::graphics::SceneImage&)>& use) const;
-    QRectF getSourceRect() const;
+    QRectF getChartRect() const;
 
     QGraphicsItem& chart;
     int size = defaultSize;
+    ChartLegend legend;
 };
 
 } // namespace Viewer

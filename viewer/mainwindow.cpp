@@ -11,6 +11,9 @@
 #include "viewer/apppreferencesdialog.h"
 #include "viewer/browser.h"
 #include "viewer/buildncbipiechartasynctask.h"
+#include "viewer/charttree.h"
+#include "viewer/colourmap.h"
+#include "viewer/palette.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
@@ -29,6 +32,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QSaveFile>
 #include <QStatusBar>
@@ -117,6 +121,9 @@ MainWindow::Actions::Actions(MainWindow* window)
     view = group();
     viewPreferences = make(view, tr("Preferences"), tr("Fit the current chart in the window."),
                            QStringLiteral(":/icons/preferences-desktop.svg"));
+    viewMatchColours = make(view, tr("Match colours to…"),
+                            tr("Give the taxa this chart shares with another chart the colours they have there"),
+                            QString());
     tools = group();
     toolsEditor = make(tools, tr("Editor"), tr("Open pie chart editor for the current chart."),
                        QStringLiteral(":/icons/launch-editor.svg"));
@@ -180,6 +187,7 @@ MainWindow::MainWindow(QWidget* parent)
     connect(actions->goRoot, &QAction::triggered, this, &MainWindow::slotNavigationGoRoot);
     connect(actions->stepOut, &QAction::triggered, this, &MainWindow::slotNavigationStepOut);
     connect(actions->viewPreferences, &QAction::triggered, this, &MainWindow::slotViewPreferences);
+    connect(actions->viewMatchColours, &QAction::triggered, this, &MainWindow::slotViewMatchColours);
     connect(actions->toolsEditor, &QAction::triggered, this, &MainWindow::slotToolsEditor);
     connect(actions->helpAbout, &QAction::triggered, this, &MainWindow::slotHelpAbout);
 
@@ -189,6 +197,7 @@ MainWindow::MainWindow(QWidget* parent)
     connect(scene, &Scene::signalSelectedItem, browser, &Browser::slotSelectItem);
     connect(scene, &Scene::signalSelectedItem, this, &MainWindow::slotSelectItem);
     connect(scene, &Scene::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
+    connect(scene, &Scene::signalSliceHovered, this, &MainWindow::slotSliceHovered);
 
     slotFileClose();
 }
@@ -260,6 +269,7 @@ void MainWindow::slotFileNew()
     QDir().mkpath(settings.getPathDir().absolutePath());
     fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
     navigator.goToRoot();
+    forgetTree();
     const Zem::Ontology::InputFormat* format = wizard.getFormat();
     auto source = format->makeSource(wizard.getInputFileName(), wizard.getOptions());
     if (format->needsTaxonomy)
@@ -364,10 +374,15 @@ void MainWindow::generate()
     clearPieChart();
     std::unique_ptr<PieChartItem> root;
     {
+        loadTree();
+        const App::Settings settings;
         const Zem::Ontology::Ontology ontology(fileHandler.getFileName());
         PieChartBuilder builder(ontology, navigator.getCurrentPosition());
         builder.setMaxLevels(maxLevels);
         builder.setMinPercentage(minPercentage);
+        builder.setCollapse(settings.isCollapsing());
+        builder.setRawNames(settings.isShowingRawNames());
+        builder.setTree(tree, colours);
         builder.read();
         root = builder.takeRootItem();
     }
@@ -403,6 +418,30 @@ void MainWindow::setClosed()
     fileHandler.setClosed();
     navigator.goToRoot();
     clearPieChart();
+    forgetTree();
+}
+
+void MainWindow::loadTree()
+{
+    if (tree && colours)
+        return;
+    Palette palette;
+    try {
+        palette = Palette::byName(App::Settings().getPalette());
+    } catch (const Palette::UnknownPaletteException&) {
+        // A setting from another version: the default palette.
+    }
+    if (!tree)
+        tree = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileHandler.getFileName())));
+    colours = std::make_shared<const ColourMap>(ColourMap::assign(*tree, palette, matchedColours));
+}
+
+void MainWindow::forgetTree()
+{
+    tree.reset();
+    colours.reset();
+    matchedColours.clear();
+    statusBar()->clearMessage();
 }
 
 void MainWindow::slotFileOpen()
@@ -431,6 +470,7 @@ void MainWindow::openFile(const QString& fileName)
             throw OntologyEmptyException();
         if (!ontology.isCounted())
             throw OntologyNotCounterException();
+        forgetTree();
         fileHandler.setOpened(fileName);
         navigator.goToRoot();
         generate();
@@ -527,8 +567,9 @@ void MainWindow::slotNavigationStepOut()
 void MainWindow::slotNavigationStepInto()
 {
     PieChartItem* selected = view->getScene()->getSelectedItem();
-    // Entering the centre changes nothing; the chart stays as it is drawn and zoomed.
-    if (!selected || selected->getPosition() == navigator.getCurrentPosition())
+    // Entering the centre (any node of its chain) changes nothing; the chart stays as it is
+    // drawn and zoomed. "N others" is no taxon to enter.
+    if (!selected || selected->isOthers() || selected->getChainPositions().contains(navigator.getCurrentPosition()))
         return;
     navigator.goToLevel(selected);
     slotGenerate();
@@ -544,12 +585,74 @@ void MainWindow::slotAppPreferences()
 
 void MainWindow::slotViewPreferences()
 {
+    App::Settings settings;
     ViewPreferencesDialog dialog(maxLevels, minPercentage, this);
+    dialog.setCollapsing(settings.isCollapsing());
+    dialog.setPalette(settings.getPalette());
+    dialog.setShowingRawNames(settings.isShowingRawNames());
     if (prompter->exec(dialog) != QDialog::Accepted)
         return;
     maxLevels = dialog.getMaxLevels();
     minPercentage = dialog.getMinPercentage();
+    settings.setCollapsing(dialog.isCollapsing());
+    settings.setShowingRawNames(dialog.isShowingRawNames());
+    if (dialog.getPalette() != settings.getPalette()) {
+        settings.setPalette(dialog.getPalette());
+        // Coloured anew on the next drawing, the other chart's colours kept.
+        colours.reset();
+    }
     slotGenerate();
+}
+
+void MainWindow::slotViewMatchColours()
+{
+    App::Settings settings;
+    const QString other = prompter->getOpenFileName(this, settings.getLastFolder(chartFolder));
+    if (other.isEmpty())
+        return;
+    QString reason;
+    try {
+        const Zem::Ontology::Ontology ontology(other);
+        if (ontology.getNodeNumber() < 1 || !ontology.isCounted())
+            throw OntologyEmptyException();
+        const ChartTree otherTree = ChartTree::read(ontology);
+        Palette palette;
+        try {
+            palette = Palette::byName(settings.getPalette());
+        } catch (const Palette::UnknownPaletteException&) {
+        }
+        matchedColours = ColourMap::assign(otherTree, palette).byKey(otherTree);
+    } catch (const std::exception& e) {
+        message(QMessageBox::Warning, tr("Problem opening file"),
+                tr("The colours of %1 couldn't be read: %2.")
+                    .arg(QDir::toNativeSeparators(other), QString::fromUtf8(e.what())));
+        return;
+    }
+    settings.setLastFolder(chartFolder, other);
+    colours.reset();
+    slotGenerate();
+}
+
+void MainWindow::slotSliceHovered(const QString& id)
+{
+    const PieChartItem* slice = view->getScene()->findItem(id);
+    if (!slice) {
+        statusBar()->clearMessage();
+        return;
+    }
+    const QLocale locale;
+    const int node = tree ? tree->indexOfRow(slice->getPosition().getRow()) : ChartTree::none;
+    const QString path = node != ChartTree::none
+                             ? tree->getPath(node, App::Settings().isShowingRawNames()).join(QStringLiteral(" › "))
+                             : slice->getChainText();
+    const double whole = tree && !tree->isEmpty() && tree->at(0).total > 0
+                             ? 100.0 * slice->getAccumCount() / tree->at(0).total
+                             : slice->getPercentage();
+    // Counts rather than reads: a QIIME chart counts its table's values.
+    statusBar()->showMessage(tr("%1: count %2, %3 % of the centre, %4 % of the whole chart")
+                                 .arg(slice->isOthers() ? slice->getText().text : path,
+                                      locale.toString(slice->getAccumCount()),
+                                      locale.toString(slice->getPercentage(), 'f', 2), locale.toString(whole, 'f', 2)));
 }
 
 void MainWindow::slotToolsEditor()

@@ -4,6 +4,8 @@
 #include "viewer/navigator.h"
 #include "viewer/settings.h"
 
+#include <QColor>
+#include <QHash>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -31,6 +33,8 @@ namespace Viewer {
 
 class Browser;
 class BuildNcbiPiechartAsyncTask;
+class ChartTree;
+class ColourMap;
 class View;
 
 // The viewer's main window: makes new charts from the wizard's input (Krona and QIIME files
@@ -79,6 +83,7 @@ public:
         QAction* goRoot = nullptr;
         QAction* stepOut = nullptr;
         QAction* viewPreferences = nullptr;
+        QAction* viewMatchColours = nullptr;
         QAction* toolsEditor = nullptr;
         QAction* helpAbout = nullptr;
     };
@@ -117,6 +122,10 @@ public slots:
     void slotNavigationStepInto();
     void slotAppPreferences();
     void slotViewPreferences();
+    // Takes the colours of the taxa this chart shares with another saved chart from that chart.
+    void slotViewMatchColours();
+    // Shows the hovered slice's path, count and shares in the status bar.
+    void slotSliceHovered(const QString& id);
     void slotToolsEditor();
     void slotHelpAbout();
 
@@ -134,6 +143,9 @@ private:
     void generate();
     void clearPieChart();
     void setClosed();
+    // The open chart's whole tree and its colours, read when first needed.
+    void loadTree();
+    void forgetTree();
     // Copies the working chart to a file the user keeps, completely or not at all.
     bool saveCopy(const QString& target);
     // Waits for build tasks still ending after a cancellation, which delete the working file
@@ -152,6 +164,10 @@ private:
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
     int maxLevels = App::Settings::firstViewMaxLevels;
     double minPercentage = App::Settings::firstViewMinPercentage;
+    std::shared_ptr<const ChartTree> tree;
+    std::shared_ptr<const ColourMap> colours;
+    // Colours taken from another chart (View > Match colours to…), by taxon key.
+    QHash<QString, QColor> matchedColours;
 };
 
 } // namespace Viewer

@@ -23,8 +23,25 @@ void Navigator::goToUpperLevel(int levels)
 
 void Navigator::goToLevel(PieChartItem* item)
 {
-    if (item)
-        goToLevel(item->getPosition(), item->getParentPositions());
+    if (!item || item->getChainPositions().contains(getCurrentPosition()))
+        return;
+    // The slices between the centre and the entered one, nearest first. A slice drawn for a
+    // chain is entered at its deepest node, and the centre may be any node of its chain.
+    QList<Position> between;
+    bool centreFound = false;
+    for (auto* parent = dynamic_cast<const PieChartItem*>(item->parentItem()); parent;
+         parent = dynamic_cast<const PieChartItem*>(parent->parentItem())) {
+        if (parent->getChainPositions().contains(getCurrentPosition())) {
+            centreFound = true;
+            break;
+        }
+        between.append(parent->getPosition());
+    }
+    if (!centreFound)
+        between.clear();
+    for (int i = between.size() - 1; i >= 0; --i)
+        stack.append(between.at(i));
+    stack.append(item->getPosition());
 }
 
 void Navigator::goToLevel(const Position& position, const QList<Position>& parentPositions)

@@ -1,9 +1,11 @@
 #include "viewer/piechartbuilder.h"
 
-#include "nu/graphics/painttreecolors.h"
-#include "nu/maxlevels.h"
 #include "ontology/nodekeys.h"
+#include "ontology/ontology.h"
+#include "viewer/charttree.h"
+#include "viewer/colourmap.h"
 #include "viewer/piechartitem.h"
+#include "viewer/taxonname.h"
 
 #include <limits>
 
@@ -19,35 +21,12 @@ qint64 accumCount(const QVariantMap& data)
     return ok && count > 0 ? count : 0;
 }
 
+
 } // namespace
-
-PieChartBuilder::ColorNode::ColorNode(PieChartItem* i)
-    : item(i)
-{
-}
-
-std::vector<PieChartBuilder::ColorNode> PieChartBuilder::ColorNode::children() const
-{
-    std::vector<ColorNode> result;
-    for (QGraphicsItem* child : item->childItems()) {
-        if (auto* slice = dynamic_cast<PieChartItem*>(child))
-            result.emplace_back(slice);
-    }
-    return result;
-}
-
-int PieChartBuilder::ColorNode::getLevels() const
-{
-    return nu::maxLevels(*this);
-}
-
-void PieChartBuilder::ColorNode::setColor(const QColor& color)
-{
-    item->setColor(color);
-}
 
 PieChartBuilder::PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start)
     : Reader(ontology, start)
+    , fileName(ontology.getFileName())
 {
 }
 
@@ -65,11 +44,31 @@ void PieChartBuilder::setMinPercentage(double percent)
     minPercentage = percent / 100;
 }
 
+void PieChartBuilder::setTree(std::shared_ptr<const ChartTree> t, std::shared_ptr<const ColourMap> c)
+{
+    tree = std::move(t);
+    colours = std::move(c);
+}
+
+void PieChartBuilder::read()
+{
+    if (!tree || !colours) {
+        auto whole = std::make_shared<ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileName)));
+        colours = std::make_shared<ColourMap>(ColourMap::assign(*whole, palette));
+        tree = std::move(whole);
+    }
+    Reader::read();
+}
+
 PieChartItem* PieChartBuilder::rootItem() const
 {
     if (root)
         return root.get();
-    return items.empty() ? nullptr : items.front().item.get();
+    for (const Open& open : items) {
+        if (open.item)
+            return open.item.get();
+    }
+    return nullptr;
 }
 
 std::unique_ptr<PieChartItem> PieChartBuilder::takeRootItem()
@@ -84,10 +83,7 @@ PieChartItem* PieChartBuilder::getItem() const
 
 QString PieChartBuilder::getName(const QString& id, const QVariantMap& data)
 {
-    QString name = data.value(Zem::Ontology::NodeKey::scientificName).toString();
-    if (name.isEmpty())
-        name = data.value(Zem::Ontology::NodeKey::name).toString();
-    return name.isEmpty() ? id : name;
+    return ChartTree::nameOf(id, data);
 }
 
 int PieChartBuilder::toSliceCount(qint64 count) const
@@ -105,11 +101,35 @@ bool PieChartBuilder::isKept(qint64 count) const
     return share >= minPercentage * (1 - 1e-12);
 }
 
-void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Position& position)
+int PieChartBuilder::nodeOf(const Position& position) const
 {
-    ++level;
-    if (level > maxLevels)
+    return tree ? tree->indexOfRow(position.getRow()) : ChartTree::none;
+}
+
+PieChartBuilder::Open* PieChartBuilder::slicedParent()
+{
+    for (auto it = items.rbegin(); it != items.rend(); ++it) {
+        if (it->kind == Kind::Slice)
+            return &*it;
+    }
+    return nullptr;
+}
+
+void PieChartBuilder::openNode(const QString& id, const QVariantMap& data, const Position& position)
+{
+    Open open;
+    open.ring = items.empty() ? 0 : items.back().ring;
+    open.chainMark = chainPositions.size();
+    if (!items.empty() && items.back().kind != Kind::Slice && items.back().kind != Kind::Chain) {
+        // Below a dropped node: only walked past.
+        items.push_back(std::move(open));
         return;
+    }
+    if (!items.empty() && open.ring >= maxLevels) {
+        open.kind = Kind::Beyond;
+        items.push_back(std::move(open));
+        return;
+    }
     const qint64 count = accumCount(data);
     if (items.empty()) {
         rootCount = count;
@@ -120,54 +140,105 @@ void PieChartBuilder::openNode(const QString&, const QVariantMap& data, const Po
         countShift = 0;
         while ((rootCount >> countShift) > std::numeric_limits<int>::max())
             ++countShift;
-    } else if (!items.back().item || !isKept(count)) {
+    } else if (!isKept(count)) {
         // Dropped with its whole subtree: known now from its count, so no slice is made for it
-        // or below it (most nodes of a large chart end here).
-        items.push_back(Open{nullptr, 0});
+        // or below it (most nodes of a large chart end here). Its count joins "N others".
+        if (Open* parent = slicedParent(); parent && count > 0) {
+            ++parent->dropped;
+            parent->droppedCount += count;
+        }
+        items.push_back(std::move(open));
         return;
     }
+
+    const int node = nodeOf(position);
+    const QString name = node != ChartTree::none ? tree->getName(node, rawNames)
+                                                 : (rawNames ? getName(id, data) : TaxonName::clean(getName(id, data)));
+    if (collapse && node != ChartTree::none && tree->isChain(node)) {
+        open.kind = Kind::Chain;
+        chainPositions.append(position);
+        chainNames.append(name);
+        items.push_back(std::move(open));
+        return;
+    }
+
+    open.kind = Kind::Slice;
+    open.ring += 1;
+    deepestRing = std::max(deepestRing, open.ring);
     auto item = std::make_unique<PieChartItem>(toSliceCount(count));
     // Laid out once when the tree is complete, not again on every attachment.
     item->setLayoutDeferred(true);
     item->setPosition(position);
+    item->setAccumCount(count);
+    if (!chainPositions.isEmpty()) {
+        chainPositions.append(position);
+        chainNames.append(name);
+        item->setChain(chainPositions, chainNames);
+        chainPositions.clear();
+        chainNames.clear();
+    }
+    nu::graphics::DrawableText text = item->getText();
+    text.text = name;
+    item->setText(text);
     // The inner radius the slice gets from its ancestors' rings once attached (see attach()).
-    item->setRadius(item->getRadiusOffset() * (level - 1));
-    items.push_back(Open{std::move(item), 0});
+    item->setRadius(item->getRadiusOffset() * (open.ring - 1));
+    open.item = std::move(item);
+    items.push_back(std::move(open));
 }
 
 bool PieChartBuilder::shouldReadChildData() const
 {
-    return level < maxLevels && !items.empty() && items.back().item;
+    if (items.empty())
+        return false;
+    const Open& top = items.back();
+    return (top.kind == Kind::Slice || top.kind == Kind::Chain) && top.ring < maxLevels;
 }
 
-void PieChartBuilder::closeNode(const QString& id, const QVariantMap& data)
+void PieChartBuilder::closeNode(const QString&, const QVariantMap&)
 {
-    --level;
-    if (level >= maxLevels || items.empty())
+    if (items.empty())
         return;
-    std::unique_ptr<PieChartItem> item = std::move(items.back().item);
+    Open open = std::move(items.back());
     items.pop_back();
-    if (!item)
-        return;
-    const auto label = [&] {
-        nu::graphics::DrawableText text = item->getText();
-        text.text = getName(id, data);
-        item->setText(text);
-    };
-
-    if (items.empty()) {
-        if (rootCount < 1)
-            return;
-        label();
-        root = std::move(item);
-        root->setLayoutDeferred(false);
-        root->updateCountFromParent();
-        applyColor();
+    if (open.kind == Kind::Chain) {
+        // A chain whose child was not drawn leaves no names for the next slice.
+        while (chainPositions.size() > open.chainMark) {
+            chainPositions.removeLast();
+            chainNames.removeLast();
+        }
         return;
     }
-    label();
+    if (open.kind != Kind::Slice)
+        return;
+    if (open.dropped > 0)
+        addOthers(open);
+    std::unique_ptr<PieChartItem> item = std::move(open.item);
     item->setLayoutDeferred(false);
-    attach(items.back(), std::move(item));
+    if (Open* parent = slicedParent()) {
+        attach(*parent, std::move(item));
+        return;
+    }
+    if (rootCount < 1)
+        return;
+    root = std::move(item);
+    root->updateCountFromParent();
+    setLabelReaches();
+    applyColor();
+}
+
+void PieChartBuilder::addOthers(Open& open)
+{
+    auto others = std::make_unique<PieChartItem>(toSliceCount(open.droppedCount));
+    others->setOthers(open.dropped);
+    others->setAccumCount(open.droppedCount);
+    // Not a node of the file: a row no node has, so an id no taxon has.
+    others->setPosition(Position(-1 - othersMade++, -1));
+    nu::graphics::DrawableText text = others->getText();
+    text.text = open.dropped == 1 ? QStringLiteral("1 other") : QStringLiteral("%1 others").arg(open.dropped);
+    others->setText(text);
+    others->setRadius(others->getRadiusOffset() * open.ring);
+    deepestRing = std::max(deepestRing, open.ring + 1);
+    attach(open, std::move(others));
 }
 
 void PieChartBuilder::attach(Open& parent, std::unique_ptr<PieChartItem> child)
@@ -186,10 +257,48 @@ void PieChartBuilder::attach(Open& parent, std::unique_ptr<PieChartItem> child)
     p->updateCount(0, total);
 }
 
+void PieChartBuilder::setLabelReaches()
+{
+    // A slice with nothing drawn outside it owns the wedge beyond it: its label may run out
+    // there, up to a band beyond the outermost ring.
+    const double reach = root->getRadiusOffset() * (deepestRing + labelBand);
+    std::vector<PieChartItem*> pending{root.get()};
+    while (!pending.empty()) {
+        PieChartItem* item = pending.back();
+        pending.pop_back();
+        bool leaf = true;
+        for (QGraphicsItem* child : item->childItems()) {
+            if (auto* slice = dynamic_cast<PieChartItem*>(child)) {
+                pending.push_back(slice);
+                leaf = false;
+            }
+        }
+        if (leaf && item != root.get())
+            item->setLabelReach(reach);
+    }
+}
+
 void PieChartBuilder::applyColor()
 {
-    if (PieChartItem* top = rootItem())
-        nu::graphics::operation::paintTreeColors(ColorNode(top));
+    PieChartItem* top = rootItem();
+    if (!top)
+        return;
+    std::vector<PieChartItem*> pending{top};
+    while (!pending.empty()) {
+        PieChartItem* item = pending.back();
+        pending.pop_back();
+        const int node = nodeOf(item->getPosition());
+        if (item->isOthers())
+            item->setColor(Palette::othersGrey());
+        else if (colours && colours->hasColour(node))
+            item->setColor(colours->colourOf(node));
+        else
+            item->setColor(Palette::contextGrey());
+        for (QGraphicsItem* child : item->childItems()) {
+            if (auto* slice = dynamic_cast<PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
 }
 
 } // namespace Viewer

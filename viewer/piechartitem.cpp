@@ -1,7 +1,10 @@
 #include "viewer/piechartitem.h"
 
+#include "nu/graphics/geometry.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QStyleOptionGraphicsItem>
 
 #include <cmath>
 
@@ -10,23 +13,49 @@ namespace Viewer {
 
 namespace {
 
-// The smallest font, relative to the label's own, that the centre disc shrinks its label to.
-constexpr double smallestCentreFont = 0.4;
-
 double linear(double channel)
 {
     return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
 
+double luminance(const QColor& c)
+{
+    return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+}
+
+bool sameSlice(const LabelLayout::Slice& a, const LabelLayout::Slice& b)
+{
+    return a.innerRadius == b.innerRadius && a.width == b.width && a.span == b.span && a.reach == b.reach
+           && a.upper == b.upper && a.right == b.right;
+}
+
+const QString chainSeparator = QStringLiteral(" \u203a ");
+
+// The height of a font's text in scene units; all slices of a chart share one font.
+double textHeight(const QFont& font)
+{
+    static QFont last;
+    static double height = -1;
+    if (height < 0 || font != last) {
+        const QFontMetricsF metrics(font);
+        last = font;
+        height = metrics.ascent() + metrics.descent();
+    }
+    return height;
+}
+
 } // namespace
+
+double PieChartItem::contrast(const QColor& a, const QColor& b)
+{
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
 
 QColor PieChartItem::getLabelColor(const QColor& fill)
 {
-    const double luminance =
-        0.2126 * linear(fill.redF()) + 0.7152 * linear(fill.greenF()) + 0.0722 * linear(fill.blueF());
-    // Black reads well on all but the darkest fills (the saturated blues and violets of the
-    // first ring); there its contrast falls below 4.5 to 1, and white takes over.
-    return (luminance + 0.05) / 0.05 < 4.5 ? QColor(Qt::white) : QColor(Qt::black);
+    return contrast(fill, Qt::black) >= contrast(fill, Qt::white) ? QColor(Qt::black) : QColor(Qt::white);
 }
 
 PieChartItem::PieChartItem(int count, QGraphicsItem* parent)
@@ -52,6 +81,27 @@ void PieChartItem::addChild(PieChartItem* child)
     PieChartTextItem::addChild(child);
 }
 
+QList<PieChartItem::Position> PieChartItem::getChainPositions() const
+{
+    return chainPositions.isEmpty() ? QList<Position>{position} : chainPositions;
+}
+
+void PieChartItem::setChain(const QList<Position>& positions, const QStringList& names)
+{
+    chainPositions = positions;
+    chainNames = names;
+}
+
+QStringList PieChartItem::getChainNames() const
+{
+    return chainNames.isEmpty() ? QStringList{getText().text} : chainNames;
+}
+
+QString PieChartItem::getChainText() const
+{
+    return chainNames.isEmpty() ? getText().text : chainNames.join(chainSeparator);
+}
+
 void PieChartItem::setColor(const QColor& c)
 {
     if (c == color)
@@ -59,9 +109,9 @@ void PieChartItem::setColor(const QColor& c)
     color = c;
     setBrush(QBrush(color, Qt::SolidPattern));
     // Kept in the label too, so that a copy through the base class reads as this one does.
-    nu::graphics::DrawableText label = getText();
-    label.brush = QBrush(getLabelColor(color), Qt::SolidPattern);
-    setText(label);
+    nu::graphics::DrawableText text = getText();
+    text.brush = QBrush(getLabelColor(color), Qt::SolidPattern);
+    setText(text);
 }
 
 QList<PieChartItem::Position> PieChartItem::getParentPositions() const
@@ -73,45 +123,185 @@ QList<PieChartItem::Position> PieChartItem::getParentPositions() const
     return positions;
 }
 
+void PieChartItem::setOthers(int number)
+{
+    othersNumber = std::max(0, number);
+    // Not a taxon: nothing to select or step into.
+    setFlag(QGraphicsItem::ItemIsSelectable, othersNumber == 0);
+}
+
+void PieChartItem::setLabelReach(double radius)
+{
+    if (radius == labelReach)
+        return;
+    prepareGeometryChange();
+    labelReach = radius;
+}
+
 bool PieChartItem::isCentreDisc() const
 {
     return getRadius() <= 0 && getAngle() >= 360;
 }
 
+QString PieChartItem::getDefaultText() const
+{
+    const QString share = QString::number(getPercentage(), 'f', 2);
+    if (isOthers()) {
+        return QStringLiteral("%1: %2 [%3%]").arg(getText().text, QString::number(accumCount), share);
+    }
+    return QStringLiteral("%1 [%2%]").arg(getChainText(), share);
+}
+
+LabelLayout::Slice PieChartItem::getLabelSlice() const
+{
+    LabelLayout::Slice slice;
+    slice.innerRadius = getRadius();
+    slice.width = getRadiusOffset();
+    slice.span = getAngle();
+    slice.reach = std::max(labelReach, getRadiusFull());
+    // Which way the middle of the slice points on screen decides which way its text runs.
+    const double middle = getAngleRad() / 2;
+    const QPointF direction = mapToScene(QPointF(std::cos(middle), -std::sin(middle))) - mapToScene(QPointF());
+    slice.upper = direction.y() < 1e-9;
+    slice.right = direction.x() >= 0;
+    return slice;
+}
+
+LabelLayout::Label PieChartItem::getLabel(double minimumScale) const
+{
+    if (!getTextShow())
+        return LabelLayout::Label();
+    // Most slices of a large chart are far too small for any label: decided without laying out
+    // any text.
+    const double smallest = textHeight(getText().font) * minimumScale;
+    const double across = isCentreDisc() ? getRadiusFull() : getRadiusOffset();
+    const double along = std::max(getRadiusFull(), labelReach) * getAngleRad();
+    if (across < smallest || along < smallest)
+        return LabelLayout::Label();
+    const LabelLayout::Slice slice = getLabelSlice();
+    const QString text = getText().text;
+    // A label that fits at its font's size is the same at any zoom.
+    const bool sameZoom = labelMinimum > 0
+                          && (std::abs(minimumScale - labelMinimum) <= 0.02 * labelMinimum
+                              || (label.kind != LabelLayout::Kind::None && label.scale >= 1.0 && minimumScale <= 1.0));
+    if (sameZoom && text == labelText && sameSlice(slice, labelSlice))
+        return label;
+    const LabelLayout layout(getText().font, minimumScale);
+    label = isCentreDisc() ? layout.placeCentre(getRadiusFull(), text) : layout.place(slice, text);
+    labelSlice = slice;
+    labelText = text;
+    labelMinimum = minimumScale;
+    return label;
+}
+
+QRectF PieChartItem::getChartRect() const
+{
+    QRectF area;
+    std::vector<const PieChartItem*> pending{this};
+    while (!pending.empty()) {
+        const PieChartItem* item = pending.back();
+        pending.pop_back();
+        const QPointF origin = item->mapToScene(QPointF());
+        const QPointF axis = item->mapToScene(QPointF(1, 0)) - origin;
+        const double start = std::atan2(-axis.y(), axis.x()) * 180 / M_PI;
+        const double outer = std::max(item->getRadiusFull(), item->labelReach);
+        if (item->getAngle() > 0)
+            area |= LabelLayout::sectorBounds(item->getRadius(), outer, start, item->getAngle()).translated(origin);
+        for (QGraphicsItem* child : item->childItems()) {
+            if (const auto* slice = dynamic_cast<const PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
+    return area;
+}
+
+QRectF PieChartItem::getDrawnRect(double pixelsPerUnit) const
+{
+    QRectF area;
+    std::vector<const PieChartItem*> pending{this};
+    while (!pending.empty()) {
+        const PieChartItem* item = pending.back();
+        pending.pop_back();
+        const QPointF origin = item->mapToScene(QPointF());
+        const QPointF axis = item->mapToScene(QPointF(1, 0)) - origin;
+        const double start = std::atan2(-axis.y(), axis.x()) * 180 / M_PI;
+        if (item->getAngle() > 0) {
+            area |= LabelLayout::sectorBounds(item->getRadius(), item->getRadiusFull(), start, item->getAngle())
+                        .translated(origin);
+            const LabelLayout::Label placed = item->getLabel(item->getMinimumLabelScale(pixelsPerUnit));
+            if (placed.kind != LabelLayout::Kind::None)
+                area |= item->mapToScene(placed.path).boundingRect();
+        }
+        for (QGraphicsItem* child : item->childItems()) {
+            if (const auto* slice = dynamic_cast<const PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
+    return area;
+}
+
+double PieChartItem::getMinimumLabelScale(double pixelsPerUnit) const
+{
+    const QFont& font = getText().font;
+    const double points = font.pointSizeF() > 0 ? font.pointSizeF() : font.pixelSize() * 0.75;
+    if (pixelsPerUnit <= 0 || points <= 0)
+        return 1.0;
+    return minimumLabelPoints / (points * pixelsPerUnit);
+}
+
+void PieChartItem::setLabelPixelsPerUnit(double pixelsPerUnit)
+{
+    std::vector<PieChartItem*> pending{this};
+    while (!pending.empty()) {
+        PieChartItem* item = pending.back();
+        pending.pop_back();
+        item->fixedPixelsPerUnit = std::max(0.0, pixelsPerUnit);
+        for (QGraphicsItem* child : item->childItems()) {
+            if (auto* slice = dynamic_cast<PieChartItem*>(child))
+                pending.push_back(slice);
+        }
+    }
+}
+
+QRectF PieChartItem::boundingRect() const
+{
+    const QRectF own = PieChartTextItem::boundingRect();
+    if (labelReach <= getRadiusFull())
+        return own;
+    return own | LabelLayout::sectorBounds(getRadius(), labelReach, 0, getAngle());
+}
+
 void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
-    // A cosmetic outline: one pixel at any zoom, so that slices of the same colour stay apart
-    // without a zoomed-out chart turning black.
     const bool selected = isSelected();
-    const QColor mark = selected ? QColor(Qt::red) : QColor(Qt::black);
-    QPen outline(mark);
+    // A cosmetic outline: one pixel at any zoom. White keeps slices of one colour apart, and
+    // leaves a slice too thin to see as nothing rather than a dark hairline.
+    QPen outline(selected ? QColor(Qt::red) : QColor(Qt::white));
     outline.setWidth(0);
     const QBrush fill(selected ? QColor(Qt::yellow) : color, Qt::SolidPattern);
-    const QColor labelColor = selected ? mark : getLabelColor(color);
-    if (!isCentreDisc()) {
-        paintSlice(painter, option, outline, fill, QBrush(labelColor, Qt::SolidPattern));
-        return;
+    const double outer = getRadiusFull();
+    if (getAngle() >= 360 && getRadius() > 0) {
+        // A full ring: its outline is its two circles, without the join at 0°.
+        paintPath(painter, option, QPen(Qt::NoPen), fill);
+        painter->setPen(outline);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(QPointF(), outer, outer);
+        painter->drawEllipse(QPointF(), getRadius(), getRadius());
+    } else {
+        paintPath(painter, option, outline, fill);
     }
-    // The centre disc: its label reads straight across the middle rather than bent round a
-    // circle, where half of it would stand on its head; a long name is set smaller to fit.
-    paintPath(painter, option, outline, fill);
-    const nu::graphics::DrawableText label = getText();
-    if (!getTextShow() || label.text.isEmpty())
+
+    const double lod = fixedPixelsPerUnit > 0
+                           ? fixedPixelsPerUnit
+                           : QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    const LabelLayout::Label placed = getLabel(getMinimumLabelScale(lod));
+    if (placed.kind == LabelLayout::Kind::None)
         return;
-    const double room = 2 * getRadiusOffset() * 0.9;
-    QFont font = label.font;
-    const QFontMetricsF metrics(font);
-    const double width = metrics.horizontalAdvance(label.text);
-    const double scale = std::min(1.0, room / std::max(width, 1.0));
-    if (scale < smallestCentreFont || metrics.height() * scale > room)
-        return;
-    if (scale < 1.0 && font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * scale);
-    else if (scale < 1.0)
-        font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * scale)));
-    painter->setFont(font);
-    painter->setPen(labelColor);
-    painter->drawText(QRectF(-room / 2, -room / 2, room, room), Qt::AlignCenter, label.text);
+    painter->setPen(Qt::NoPen);
+    // A label beyond the ring stands on the white background.
+    const QColor ground = placed.outside ? QColor(Qt::white) : color;
+    painter->setBrush(selected ? QColor(Qt::red) : getLabelColor(ground));
+    painter->drawPath(placed.path);
 }
 
 } // namespace Viewer

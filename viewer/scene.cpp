@@ -55,6 +55,10 @@ void Scene::setPieChart(std::unique_ptr<PieChartItem> chart)
     Raise raise(quiet);
     index.clear();
     selectedId.clear();
+    if (hovered) {
+        hovered = nullptr;
+        emit signalSliceHovered(QString());
+    }
     if (root) {
         // Deleting the root takes every slice with it.
         std::unique_ptr<PieChartItem> old(root);
@@ -71,16 +75,18 @@ QRectF Scene::getChartRect() const
 {
     if (!root)
         return QRectF();
-    return root->mapRectToScene(root->getAreaRect());
+    // The slices' own sectors: bounding boxes of turned items would grow with every ring.
+    return root->getChartRect();
 }
 
 QRectF Scene::getCentredChartRect() const
 {
     if (!root)
         return QRectF();
-    const QRectF area = root->getAreaRect();
+    const QPointF centre = root->mapToScene(QPointF());
+    const QRectF area = getChartRect().translated(-centre);
     const double reach = std::max({-area.left(), area.right(), -area.top(), area.bottom(), 1.0});
-    return root->mapRectToScene(QRectF(-reach, -reach, 2 * reach, 2 * reach));
+    return QRectF(centre.x() - reach, centre.y() - reach, 2 * reach, 2 * reach);
 }
 
 PieChartItem* Scene::getSelectedItem() const
@@ -158,6 +164,16 @@ void Scene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event)
         slice->setSelected(true);
     }
     emit signalItemEntered();
+}
+
+void Scene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    QGraphicsScene::mouseMoveEvent(event);
+    PieChartItem* slice = sliceAt(event->scenePos());
+    if (slice == hovered)
+        return;
+    hovered = slice;
+    emit signalSliceHovered(slice ? slice->getId() : QString());
 }
 
 void Scene::helpEvent(QGraphicsSceneHelpEvent* event)

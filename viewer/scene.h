@@ -45,9 +45,12 @@ public slots:
 signals:
     void signalSelectedItem(const QString& id);
     void signalItemEntered();
+    // The slice under the mouse changed: its id, or empty when it left the chart.
+    void signalSliceHovered(const QString& id);
 
 protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
     void helpEvent(QGraphicsSceneHelpEvent* event) override;
 
 private:
@@ -57,6 +60,7 @@ private:
     // Filled on the first lookup after a new chart.
     mutable QHash<QString, PieChartItem*> index;
     QString selectedId;
+    PieChartItem* hovered = nullptr;
     bool quiet = false;
 };
 

@@ -35,6 +35,36 @@ QString Settings::getTaxonomyFile() const
     return getPathDir().absoluteFilePath(taxonomyFileName);
 }
 
+QString Settings::getPalette() const
+{
+    return store().value(QStringLiteral("chart/palette"), QStringLiteral("soft")).toString();
+}
+
+void Settings::setPalette(const QString& name)
+{
+    store().setValue(QStringLiteral("chart/palette"), name);
+}
+
+bool Settings::isCollapsing() const
+{
+    return store().value(QStringLiteral("chart/collapse-chains"), true).toBool();
+}
+
+void Settings::setCollapsing(bool on)
+{
+    store().setValue(QStringLiteral("chart/collapse-chains"), on);
+}
+
+bool Settings::isShowingRawNames() const
+{
+    return store().value(QStringLiteral("chart/raw-names"), false).toBool();
+}
+
+void Settings::setShowingRawNames(bool on)
+{
+    store().setValue(QStringLiteral("chart/raw-names"), on);
+}
+
 QString Settings::getLastFolder(const QString& purpose) const
 {
     return store().value(QStringLiteral("last-folder/") + purpose).toString();

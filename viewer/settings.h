@@ -7,7 +7,7 @@ namespace Sorvik {
 namespace App {
 
 // The program's persistent settings: the data folder "path", where the working chart and the
-// NCBI taxonomy cache live. Each call reads or writes the store afresh.
+// NCBI taxonomy cache live, and how charts are drawn. Each call reads or writes the store afresh.
 class Settings
 {
 public:
@@ -21,6 +21,15 @@ public:
     void setPath(const QString& path);
     QDir getPathDir() const;
     QString getTaxonomyFile() const;
+
+    // How charts are drawn: the palette's name, whether single-child chains are drawn as one
+    // slice, and whether names are shown as stored (rank prefixes and underscores).
+    QString getPalette() const;
+    void setPalette(const QString& name);
+    bool isCollapsing() const;
+    void setCollapsing(bool on);
+    bool isShowingRawNames() const;
+    void setShowingRawNames(bool on);
 
     // Last folders used in file dialogs, so the next dialog opens where the user was.
     QString getLastFolder(const QString& purpose) const;

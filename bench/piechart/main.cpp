@@ -1,10 +1,14 @@
 // Times the chart of a generated counted ontology of 50 000 nodes: building and laying it out
-// at 10 levels with no cutoff and at the viewer's 5 levels and 0.5 %, and drawing it to PNG.
+// at 10 levels with no cutoff and at the viewer's 5 levels and 0.5 % (first with the reading and
+// colouring of the whole tree, then with the tree kept as the viewer keeps it), and drawing it
+// to PNG.
 // Usage: bench_piechart [NODES] [RUNS]
 
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
 #include "viewer/chartimage.h"
+#include "viewer/charttree.h"
+#include "viewer/colourmap.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
@@ -89,12 +93,33 @@ Timing time(int runs, Run run)
     return timing;
 }
 
-std::unique_ptr<Sorvik::Viewer::PieChartItem> buildChart(const QString& file, int levels, double percent)
+// The whole tree and its colours, as the viewer keeps them while a chart is open.
+struct Whole
+{
+    std::shared_ptr<const Sorvik::Viewer::ChartTree> tree;
+    std::shared_ptr<const Sorvik::Viewer::ColourMap> colours;
+};
+
+Whole readWhole(const QString& file)
+{
+    Whole whole;
+    whole.tree = std::make_shared<const Sorvik::Viewer::ChartTree>(
+        Sorvik::Viewer::ChartTree::read(Zem::Ontology::Ontology(file)));
+    whole.colours = std::make_shared<const Sorvik::Viewer::ColourMap>(
+        Sorvik::Viewer::ColourMap::assign(*whole.tree, Sorvik::Viewer::Palette()));
+    return whole;
+}
+
+// Without a whole tree given, the builder reads it first: a chart's first drawing.
+std::unique_ptr<Sorvik::Viewer::PieChartItem> buildChart(const QString& file, int levels, double percent,
+                                                         const Whole* whole = nullptr)
 {
     const Zem::Ontology::Ontology ontology(file);
     Sorvik::Viewer::PieChartBuilder builder(ontology);
     builder.setMaxLevels(levels);
     builder.setMinPercentage(percent);
+    if (whole)
+        builder.setTree(whole->tree, whole->colours);
     builder.read();
     return builder.takeRootItem();
 }
@@ -126,7 +151,19 @@ int main(int argc, char* argv[])
     report("build and lay out, 10 levels, 0 %", time(runs, [&] { return countSlices(buildChart(file, 10, 0).get()); }),
            "1000 ms");
     report("build and lay out, 5 levels, 0.5 %",
-           time(runs, [&] { return countSlices(buildChart(file, 5, 0.5).get()); }), "100 ms");
+           time(runs, [&] { return countSlices(buildChart(file, 5, 0.5).get()); }), "300 ms");
+    // What reading the whole tree and colouring it costs, once per chart; and the redrawing of a
+    // chart whose tree is kept (stepping in and out, other limits).
+    Whole whole;
+    report("whole tree read and coloured", time(runs, [&] {
+               whole = readWhole(file);
+               return whole.tree->size();
+           }),
+           "-");
+    report("redraw with the tree kept, 10 levels, 0 %",
+           time(runs, [&] { return countSlices(buildChart(file, 10, 0, &whole).get()); }), "1000 ms");
+    report("redraw with the tree kept, 5 levels, 0.5 %",
+           time(runs, [&] { return countSlices(buildChart(file, 5, 0.5, &whole).get()); }), "300 ms");
 
     const QString png = dir.filePath(QStringLiteral("chart.png"));
     for (const auto& limits : {std::make_pair(10, 0.0), std::make_pair(5, 0.5)}) {

@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <QTemporaryDir>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace Sorvik::Test;
@@ -56,13 +57,71 @@ private slots:
         QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
         QFile file(out);
         QVERIFY(file.open(QIODevice::ReadOnly));
+        // The image takes the drawing's proportions, its longer side the size asked for.
         if (output.endsWith(QLatin1String(".svg"))) {
-            QVERIFY(file.readAll().contains(QStringLiteral("viewBox=\"0 0 %1 %1\"").arg(size).toUtf8()));
+            const QByteArray svg = file.readAll();
+            const QRegularExpressionMatch box =
+                QRegularExpression(QStringLiteral("viewBox=\"0 0 (\\d+) (\\d+)\"")).match(QString::fromUtf8(svg));
+            QVERIFY(box.hasMatch());
+            QCOMPARE(std::max(box.captured(1).toInt(), box.captured(2).toInt()), size);
         } else {
             const QImage image = QImage::fromData(file.readAll());
-            QCOMPARE(image.size(), QSize(size, size));
+            QCOMPARE(std::max(image.width(), image.height()), size);
             QCOMPARE(image.pixelColor(0, 0), QColor(Qt::white));
         }
+    }
+
+    void renderOptions_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QString>("same");
+        // Compared with the plain render of chart B: "same", "differs", or an exit status and
+        // what its one line of error names.
+        QTest::newRow("matched to itself") << QStringList{"--colours-from", "B"} << "same";
+        QTest::newRow("matched to another chart") << QStringList{"--colours-from", "A"} << "differs";
+        QTest::newRow("chains on rings of their own") << QStringList{"--no-collapse"} << "differs";
+        QTest::newRow("another palette") << QStringList{"--palette", "okabe-ito"} << "differs";
+        QTest::newRow("legend beside the chart") << QStringList{"--legend"} << "wider";
+        QTest::newRow("unknown palette") << QStringList{"--palette", "rainbow"} << "2 --palette";
+        QTest::newRow("other chart missing") << QStringList{"--colours-from", "missing"} << "1 missing";
+    }
+
+    void renderOptions()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QString, same);
+        // B: a chain above three taxa; A shares c with it, with a palette colour of its own.
+        const QString a = dir.filePath(QStringLiteral("A.ontology"));
+        const QString b = dir.filePath(QStringLiteral("B.ontology"));
+        writeTree(a, QStringLiteral("r(top(x:9 y:5 c:1))"));
+        writeTree(b, QStringLiteral("r(top(c:6 d:3 e:1))"));
+        for (QString& option : options) {
+            if (option == QLatin1String("A") || option == QLatin1String("B") || option == QLatin1String("missing"))
+                option = dir.filePath(option + QStringLiteral(".ontology"));
+        }
+        const auto render = [&](const QStringList& extra, const QString& name) {
+            const QString out = dir.filePath(name);
+            const CliResult result = runCli(QStringList{"render", b, "-o", out, "--size", "200"} + extra);
+            return std::make_pair(result, out);
+        };
+        const auto plain = render({}, QStringLiteral("plain.png"));
+        QCOMPARE(plain.first.exitCode, 0);
+        const auto optioned = render(options, QStringLiteral("%1.png").arg(QTest::currentDataTag()));
+        if (same.at(0).isDigit()) {
+            QCOMPARE(optioned.first.exitCode, same.section(QLatin1Char(' '), 0, 0).toInt());
+            QVERIFY2(optioned.first.err.contains(same.section(QLatin1Char(' '), 1)), qPrintable(optioned.first.err));
+            QVERIFY(!QFile::exists(optioned.second));
+            return;
+        }
+        QCOMPARE(optioned.first.exitCode, 0);
+        const QImage before(plain.second);
+        const QImage after(optioned.second);
+        if (same == QLatin1String("wider")) {
+            QVERIFY(after.width() > after.height());
+            QVERIFY(before.width() <= before.height() + 1);
+            return;
+        }
+        QCOMPARE(after == before, same == QLatin1String("same"));
     }
 
     void refusesFilesItCannotUse_data()

@@ -42,7 +42,8 @@ std::vector<PieChartItem*> slicesOf(const PieChartItem* item)
 
 PieChartItem* sliceNamed(PieChartItem* root, const QString& name)
 {
-    if (!root || root->getText().text == name)
+    // A slice drawn for a chain stands for every node of it.
+    if (!root || root->getText().text == name || root->getChainNames().contains(name))
         return root;
     for (PieChartItem* slice : slicesOf(root)) {
         if (PieChartItem* found = sliceNamed(slice, name))

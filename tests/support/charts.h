@@ -22,7 +22,8 @@ std::unique_ptr<Viewer::PieChartItem> chartOf(const QString& fileName, const QSt
 
 // The slices attached to a slice, in order.
 std::vector<Viewer::PieChartItem*> slicesOf(const Viewer::PieChartItem* item);
-// The first slice with this label, searched depth first; null when there is none.
+// The first slice with this label, or drawn for a chain holding this name, searched depth first;
+// null when there is none.
 Viewer::PieChartItem* sliceNamed(Viewer::PieChartItem* root, const QString& name);
 // The number of rings of a chart.
 int ringCount(const Viewer::PieChartItem* root);

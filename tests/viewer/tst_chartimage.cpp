@@ -1,9 +1,16 @@
 #include "tests/support/charts.h"
 #include "nu/graphics/sceneimage.h"
 #include "viewer/chartimage.h"
+#include "viewer/chartlegend.h"
+#include "ontology/ontology.h"
+#include "tests/support/treeliteral.h"
+#include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
 #include <QGraphicsScene>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QStyleOptionGraphicsItem>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
@@ -59,7 +66,8 @@ private slots:
             "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
             "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
             "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
-        QTest::newRow("viewer defaults") << tree << 5 << 0.5 << 16;
+        // "unclassified" holds less than 0.5 %: it is drawn as the grey "1 other".
+        QTest::newRow("viewer defaults") << tree << 5 << 0.5 << 17;
         QTest::newRow("a disc") << QStringLiteral("r:5") << 5 << 0.5 << 1;
     }
 
@@ -74,26 +82,108 @@ private slots:
         ChartImage image(*root);
         image.setSize(300);
         const QByteArray svg = image.toSvg();
-        QVERIFY(svg.contains("viewBox=\"0 0 300 300\""));
+        // The drawing's proportions, the longer side as asked.
+        const QRegularExpressionMatch box =
+            QRegularExpression(QStringLiteral("viewBox=\"0 0 (\\d+) (\\d+)\"")).match(QString::fromUtf8(svg));
+        QVERIFY(box.hasMatch());
+        QCOMPARE(std::max(box.captured(1).toInt(), box.captured(2).toInt()), 300);
         const QStringList fills = filledPaths(svg);
         QCOMPARE(fills.size(), slices);
-        QCOMPARE(fills.count(QStringLiteral("#ffffff")), 1);
+        // The centre holds no hue.
+        QCOMPARE(fills.count(QStringLiteral("#f2f2f2")), 1);
     }
 
-    void pngFitsTheChartToTheSquare()
+    void pngHasEvenMargins_data()
     {
-        // A root disc and two halves around it: the chart is a circle of radius 60 in the middle.
-        const auto root = chartOf(file, QStringLiteral("r(a:1 b:1)"), 5, 0.5);
-        const auto halves = Sorvik::Test::slicesOf(root.get());
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<bool>("legend");
+        // Two halves round a white centre: a circle.
+        QTest::newRow("round") << QStringLiteral("r(a:1 b:1)") << false;
+        // One slice with a deep subtree and a thin one: a lopsided drawing.
+        QTest::newRow("lopsided") << QStringLiteral("r(a:9(b:9(c:9(d:9))) e:1)") << false;
+        QTest::newRow("with a legend") << QStringLiteral("r(a:3(x:2 y:1) b:1)") << true;
+    }
+
+    void pngHasEvenMargins()
+    {
+        QFETCH(QString, tree);
+        QFETCH(bool, legend);
+        const auto root = chartOf(file, tree, 5, 0.5);
         ChartImage image(*root);
-        image.setSize(200);
+        image.setSize(400);
+        if (legend)
+            image.setLegend(Sorvik::Viewer::ChartLegend({{Qt::red, QStringLiteral("a"), 75}, {Qt::blue, QStringLiteral("b"), 25}}));
         const QImage png = image.toImage();
-        QCOMPARE(png.size(), QSize(200, 200));
-        QCOMPARE(png.pixelColor(100, 100), QColor(Qt::white));
-        // 45 of 60 units out from the centre is 3/4 of the way to the edge, less the margin.
-        QCOMPARE(png.pixel(100 + 72, 90), halves.at(0)->getColor().rgb());
-        QCOMPARE(png.pixel(100, 100 + 72), halves.at(1)->getColor().rgb());
-        QCOMPARE(png.pixelColor(100, 197), QColor(Qt::white));
+        QCOMPARE(std::max(png.width(), png.height()), 400);
+        // The drawing's extent: every pixel that is not the white background.
+        int left = png.width(), right = -1, top = png.height(), bottom = -1;
+        for (int y = 0; y < png.height(); ++y) {
+            for (int x = 0; x < png.width(); ++x) {
+                if (png.pixel(x, y) == qRgb(255, 255, 255))
+                    continue;
+                left = std::min(left, x);
+                right = std::max(right, x);
+                top = std::min(top, y);
+                bottom = std::max(bottom, y);
+            }
+        }
+        QVERIFY(right >= left);
+        const int margins[] = {left, png.width() - 1 - right, top, png.height() - 1 - bottom};
+        QVERIFY2(*std::max_element(std::begin(margins), std::end(margins)) - *std::min_element(std::begin(margins), std::end(margins)) <= 1,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4").arg(margins[0]).arg(margins[1]).arg(margins[2]).arg(margins[3])));
+    }
+
+    void fullRingHasNoSeam()
+    {
+        // With chains drawn ring by ring, a is a full ring round the centre.
+        Sorvik::Test::writeTree(file, QStringLiteral("r(a:2(b:1))"));
+        Sorvik::Viewer::PieChartBuilder builder{Zem::Ontology::Ontology(file)};
+        builder.setCollapse(false);
+        builder.read();
+        const auto root = builder.takeRootItem();
+        PieChartItem* ring = Sorvik::Test::slicesOf(root.get()).front();
+        QCOMPARE(ring->getAngle(), 360.0);
+        QImage image(200, 200, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.translate(100, 100);
+        QStyleOptionGraphicsItem option;
+        option.exposedRect = ring->boundingRect();
+        ring->setTextShow(false);
+        ring->paint(&painter, &option, nullptr);
+        painter.end();
+        // Across the ring at 0°, where the outline used to close the ring: the fill throughout.
+        for (int x = 100 + 33; x <= 100 + 57; ++x) {
+            for (int y = 99; y <= 100; ++y)
+                QCOMPARE(image.pixelColor(x, y), ring->getColor());
+        }
+    }
+
+    void thinSlicesAreNoDarkHairlines()
+    {
+        // At 0 %, b is a slice of a thousandth of a degree.
+        const auto root = chartOf(file, QStringLiteral("r(a:400000 b:1 c:200000)"), 5, 0);
+        QCOMPARE(int(Sorvik::Test::slicesOf(root.get()).size()), 3);
+        // Every path is outlined in white, or not at all.
+        QXmlStreamReader xml(ChartImage(*root).toSvg());
+        QStringList strokes{QStringLiteral("none")};
+        int paths = 0;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == QLatin1String("g")) {
+                const auto stroke = xml.attributes().value(QLatin1String("stroke"));
+                strokes.append(stroke.isEmpty() ? strokes.last() : stroke.toString());
+            } else if (xml.isEndElement() && xml.name() == QLatin1String("g")) {
+                strokes.removeLast();
+            } else if (xml.isStartElement() && xml.name() == QLatin1String("path")) {
+                const auto own = xml.attributes().value(QLatin1String("stroke"));
+                const QString stroke = own.isEmpty() ? strokes.last() : own.toString();
+                QVERIFY2(stroke == QLatin1String("none") || stroke == QLatin1String("#ffffff"), qPrintable(stroke));
+                ++paths;
+            }
+        }
+        QVERIFY(!xml.hasError());
+        QVERIFY(paths >= 4);
     }
 
     void saveWritesNothingItCannotWriteWhole()

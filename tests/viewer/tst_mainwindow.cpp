@@ -17,6 +17,8 @@
 #include "viewer/viewpreferencesdialog.h"
 
 #include <QAction>
+#include <QGraphicsSceneMouseEvent>
+#include <QStatusBar>
 #include <QEventLoop>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -104,6 +106,10 @@ private slots:
         prompter->answers = {QMessageBox::No};
         window.reset();
         dir.reset();
+        Sorvik::App::Settings settings;
+        settings.setPalette(QStringLiteral("soft"));
+        settings.setCollapsing(true);
+        settings.setShowingRawNames(false);
     }
 
     void openRefusals_data()
@@ -161,7 +167,7 @@ private slots:
         const QString nothing = QStringLiteral("Critical Problem opening piechart: Piechart couldn't be generated");
         QTest::newRow("krona") << "krona" << "viewer/small.krona.txt" << "" << false << "Firmicutes" << 180 * 100.0 / 350
                                << "";
-        QTest::newRow("qiime second column") << "qiime" << "viewer/small.qiime.txt" << "1" << false << "p  Proteobacteria"
+        QTest::newRow("qiime second column") << "qiime" << "viewer/small.qiime.txt" << "1" << false << "Proteobacteria"
                                              << 60.0 << "";
         QTest::newRow("krona of zeros") << "krona" << "viewer/zero.krona.txt" << "" << false << "" << 0.0 << nothing;
         QTest::newRow("one id per line") << "taxids" << "viewer/taxids.txt" << "id" << true << "Escherichia coli"
@@ -202,7 +208,8 @@ private slots:
             return;
         }
         QVERIFY(shown().isEmpty());
-        QCOMPARE(state(), QStringLiteral("working unsaved root 110001"));
+        // The NCBI root and "cellular organisms" are one chain, drawn as one centre.
+        QCOMPARE(state(), QStringLiteral("working unsaved %1 110001").arg(cached ? "cellular organisms" : "root"));
         QVERIFY(!cached || !Zem::Ontology::Ontology(ncbi()).isCounted());
         const PieChartItem* found = sliceNamed(chart(), slice);
         QVERIFY2(found, qPrintable(slice));
@@ -365,6 +372,98 @@ private slots:
         QVERIFY(QFile::exists(working()));
     }
 
+    void viewPreferencesDrawChartsTheirWay_data()
+    {
+        QTest::addColumn<QString>("palette");
+        QTest::addColumn<bool>("collapse");
+        QTest::addColumn<bool>("raw");
+        QTest::addColumn<QString>("centre");
+        QTest::addColumn<QString>("firmicutes");
+        QTest::newRow("as at start") << "soft" << true << false << "Bacteria" << "Firmicutes";
+        QTest::newRow("names as stored") << "soft" << true << true << "d__Bacteria" << "p__Firmicutes";
+        QTest::newRow("chains on rings of their own") << "soft" << false << false << "root" << "Firmicutes";
+        QTest::newRow("another palette") << "okabe-ito" << true << false << "Bacteria" << "Firmicutes";
+    }
+
+    void viewPreferencesDrawChartsTheirWay()
+    {
+        QFETCH(QString, palette);
+        QFETCH(bool, collapse);
+        QFETCH(bool, raw);
+        QFETCH(QString, centre);
+        QFETCH(QString, firmicutes);
+        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")),
+                                QStringLiteral("root(b=\"d__Bacteria\"(f=\"p__Firmicutes\":3 p=\"p__Proteobacteria\":2))"));
+        window->openFile(path(QStringLiteral("saved.piechart")));
+        const QColor before = sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor();
+        prompter->onDialog = [&](QDialog& dialog) {
+            auto& preferences = dynamic_cast<Sorvik::Viewer::ViewPreferencesDialog&>(dialog);
+            preferences.setPalette(palette);
+            preferences.setCollapsing(collapse);
+            preferences.setShowingRawNames(raw);
+            return int(QDialog::Accepted);
+        };
+        window->slotViewPreferences();
+        QCOMPARE(this->centre(), centre);
+        const PieChartItem* slice = sliceNamed(chart(), firmicutes);
+        QVERIFY(slice);
+        QCOMPARE(slice->getColor() == before, palette == QLatin1String("soft"));
+        // Remembered for the next chart and the next run.
+        const Sorvik::App::Settings settings;
+        QCOMPARE(settings.getPalette(), palette);
+        QCOMPARE(settings.isCollapsing(), collapse);
+        QCOMPARE(settings.isShowingRawNames(), raw);
+    }
+
+    void matchColoursTakesTheOtherChartsColours()
+    {
+        // The other sample: Proteobacteria is its largest phylum, so it has the first colour there.
+        const QString other = path(QStringLiteral("other.piechart"));
+        Sorvik::Test::writeTree(other, QStringLiteral("root(p=Proteobacteria:9 f=Firmicutes:3 a=Actinobacteria:1)"));
+        const QColor wanted = sliceNamed(Sorvik::Test::buildChart(other).get(), QStringLiteral("Firmicutes"))->getColor();
+        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")), QStringLiteral("root(f=Firmicutes:9 b=Bacteroidetes:5)"));
+        window->openFile(path(QStringLiteral("saved.piechart")));
+        QVERIFY(sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor() != wanted);
+
+        prompter->openNames = QStringList{other};
+        window->slotViewMatchColours();
+        QVERIFY(shown().isEmpty());
+        QCOMPARE(sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor(), wanted);
+        QVERIFY(sliceNamed(chart(), QStringLiteral("Bacteroidetes"))->getColor() != wanted);
+        // Kept while stepping about, and refused with the file's name when it is no chart.
+        select(QStringLiteral("Firmicutes"));
+        window->slotNavigationStepInto();
+        QCOMPARE(chart()->getColor(), wanted);
+        prompter->openNames = QStringList{path(QStringLiteral("missing.piechart"))};
+        window->slotViewMatchColours();
+        QCOMPARE(shown().size(), 1);
+        QVERIFY2(shown().first().contains(path(QStringLiteral("missing.piechart"))), qPrintable(shown().first()));
+        QCOMPARE(chart()->getColor(), wanted);
+    }
+
+    void hoverShowsThePathInTheStatusBar()
+    {
+        openDeepTree();
+        select(QStringLiteral("Firmicutes"));
+        window->slotNavigationStepInto();
+        const PieChartItem* bacilli = sliceNamed(chart(), QStringLiteral("Bacilli"));
+        QVERIFY(bacilli);
+        // The middle of the slice, in the scene.
+        const double middle = bacilli->getAngleRad() / 2;
+        const double radius = bacilli->getRadius() + bacilli->getRadiusOffset() / 2;
+        QGraphicsSceneMouseEvent move(QEvent::GraphicsSceneMouseMove);
+        move.setScenePos(bacilli->mapToScene(QPointF(radius * std::cos(middle), -radius * std::sin(middle))));
+        QCoreApplication::sendEvent(window->getView()->getScene(), &move);
+        // The whole path from the root, though the chart's centre is Firmicutes: 50 of its 60
+        // reads, 50 of the chart's 100.
+        QCOMPARE(window->statusBar()->currentMessage(),
+                 QStringLiteral("root \u203a Bacteria \u203a Firmicutes \u203a Bacilli: count 50, 83.33 % of the centre, "
+                                "50.00 % of the whole chart"));
+        move.setScenePos(QPointF(1e6, 1e6));
+        QCoreApplication::sendEvent(window->getView()->getScene(), &move);
+        QVERIFY(window->statusBar()->currentMessage().isEmpty());
+    }
+
     void realKronaAndQiimeFiles_data()
     {
         QTest::addColumn<QString>("type");
@@ -433,8 +532,15 @@ private:
     void select(const QString& name)
     {
         QTreeView* tree = window->getBrowser()->getTreeView();
-        const QModelIndexList found = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, 1,
-                                                           Qt::MatchExactly | Qt::MatchRecursive);
+        // A slice drawn for a chain is listed with the whole chain, its own name last.
+        QModelIndexList found = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, -1,
+                                                     Qt::MatchEndsWith | Qt::MatchRecursive);
+        found.erase(std::remove_if(found.begin(), found.end(),
+                                   [&name](const QModelIndex& index) {
+                                       const QString text = index.data().toString();
+                                       return text != name && !text.endsWith(QStringLiteral(" \u203a ") + name);
+                                   }),
+                    found.end());
         QVERIFY2(!found.isEmpty(), qPrintable(name));
         tree->setCurrentIndex(found.first());
     }

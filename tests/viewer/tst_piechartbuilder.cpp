@@ -1,6 +1,9 @@
 #include "tests/support/sqlfile.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/charts.h"
+#include "ontology/ontology.h"
+#include "viewer/navigator.h"
+#include "viewer/palette.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
@@ -66,11 +69,17 @@ private slots:
         QTest::addColumn<QString>("chart");
         QTest::newRow("gap for a parent's own count")
             << "r(a:1(c:3) b:4)" << 10 << 0.0 << "r 360@0 (a 180@0 (c 135@0), b 180@180)";
+        // Children below the minimum lie after the kept ones, gathered in one grey slice.
         QTest::newRow("below the minimum dropped with its subtree")
-            << "r(a:499(x:499) b:99501)" << 10 << 1.0 << "r 360@0 (b 356.4@0)";
+            << "r(a:499(x:499) b:99501)" << 10 << 1.0 << "r 360@0 (b 356.4@0, 1 other 3.575@356.4)";
+        QTest::newRow("dropped children gathered after the kept ones")
+            << "r(a:1 b:1 c:98)" << 10 << 2.0 << "r 360@0 (c 352.8@0, 2 others 7.2@352.8)";
+        QTest::newRow("others before the parent's own share")
+            << "r:50(a:1 c:49)" << 10 << 2.0 << "r 360@0 (c 176.4@0, 1 other 3.6@176.4)";
         QTest::newRow("decimal minimum met exactly") << "r(a:7 b:993)" << 10 << 0.7 << "r 360@0 (a 2.52@0, b 357.5@2.52)";
+        // r, a and b hold nothing of their own and one child each: one centre, named b.
         QTest::newRow("deep slice below the minimum")
-            << "r(a(b(c:1 d:99)))" << 10 << 2.0 << "r 360@0 (a 360@0 (b 360@0 (d 356.4@0)))";
+            << "r(a(b(c:1 d:99)))" << 10 << 2.0 << "b 360@0 (d 356.4@0, 1 other 3.6@356.4)";
         QTest::newRow("reader order, not count order") << "r(s:1 l:9)" << 10 << 0.0 << "r 360@0 (s 36@0, l 324@36)";
         // Totals far beyond a 32-bit int: every count is scaled by the same factor, and a count
         // that scales to nothing keeps its slice with no angle.
@@ -94,8 +103,71 @@ private slots:
         }
     }
 
+    void singleChildChains_data()
+    {
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<int>("levels");
+        QTest::addColumn<bool>("collapse");
+        QTest::addColumn<QString>("chart");
+        QTest::addColumn<QString>("chain");
+        QTest::newRow("chain at the root")
+            << "r(a(b:1 c:1))" << 10 << true << "a 360@0 (b 180@0, c 180@180)" << "r a";
+        QTest::newRow("chain in the middle")
+            << "r(x:1 a(b(c:1 d:1)))" << 10 << true << "r 360@0 (x 120@0, b 240@120 (c 120@120, d 120@240))" << "a b";
+        QTest::newRow("chain ending in a leaf") << "r(x:1 a(b(c:2)))" << 10 << true << "r 360@0 (x 120@0, c 240@120)"
+                                                << "a b c";
+        QTest::newRow("a node with its own count stays")
+            << "r(x:1 a:1(b:2))" << 10 << true << "r 360@0 (x 90@0, a 270@90 (b 180@90))" << "a";
+        // The chain takes no ring: two rings hold the centre and d, e.
+        QTest::newRow("levels count drawn rings")
+            << "r(a(b(c(d:1 e:1))))" << 2 << true << "c 360@0 (d 180@0, e 180@180)" << "r a b c";
+        QTest::newRow("collapsing off") << "r(a(b:1 c:1))" << 2 << false << "r 360@0 (a 360@0)" << "a";
+    }
+
+    void singleChildChains()
+    {
+        QFETCH(QString, tree);
+        QFETCH(int, levels);
+        QFETCH(bool, collapse);
+        QFETCH(QString, chart);
+        QFETCH(QString, chain);
+        writeTree(file, tree);
+        const Zem::Ontology::Ontology ontology(file);
+        PieChartBuilder builder(ontology);
+        builder.setMaxLevels(levels);
+        builder.setCollapse(collapse);
+        builder.read();
+        const auto root = builder.takeRootItem();
+        QVERIFY(root);
+        QCOMPARE(describe(root.get()), chart);
+        checkLayout(root.get());
+        // The slice named last in the chain stands for the whole chain.
+        const QStringList names = chain.split(QLatin1Char(' '));
+        const PieChartItem* merged = sliceNamed(root.get(), names.last());
+        QVERIFY(merged);
+        QCOMPARE(merged->getChainNames(), names);
+        QCOMPARE(merged->getChainPositions().size(), names.size());
+        QCOMPARE(merged->getPosition(), merged->getChainPositions().last());
+    }
+
+    void steppingIntoAChainGoesToItsDeepestNode()
+    {
+        const auto whole = chartOf(file, QStringLiteral("r(x:1 a(b(c:1 d:1)))"));
+        const PieChartItem* merged = sliceNamed(whole.get(), QStringLiteral("b"));
+        QVERIFY(merged);
+        Sorvik::Viewer::Navigator navigator;
+        navigator.goToLevel(const_cast<PieChartItem*>(merged));
+        QCOMPARE(navigator.getCurrentPosition(), merged->getPosition());
+        const auto inner = buildChart(file, 10, 0, navigator.getCurrentPosition());
+        QCOMPARE(describe(inner.get()), QStringLiteral("b 360@0 (c 180@0, d 180@180)"));
+        // One step out goes back to the root, not to the chain's upper node drawn the same way.
+        navigator.goToUpperLevel(1);
+        QVERIFY(navigator.isAtRoot());
+    }
+
     void deepChainIsCutAtTheLevelLimit()
     {
+        // Every node holds a count, so none is merged with its child.
         QString tree = QStringLiteral("n0:1");
         for (int i = 1; i < 300; ++i)
             tree += QStringLiteral("(n%1:1").arg(i);
@@ -127,26 +199,28 @@ private slots:
         QCOMPARE(describe(buildChart(file).get()), QStringLiteral("r 360@0 (c 180@0)"));
     }
 
-    void coloursPerFirstLevelSubtree()
+    void coloursStayAcrossSteppingAndLimits()
     {
-        const auto root = chartOf(file, QStringLiteral("r(a:1(a1:1(a2:1)) b:1(b1:1) c:1 d:1(d1:1))"));
-        QCOMPARE(root->getBrush().color(), QColor(Qt::white));
-        const auto first = slicesOf(root.get());
-        for (size_t k = 0; k < first.size(); ++k) {
-            const QColor colour = first[k]->getColor();
-            // Each first-level subtree has its own hue, evenly spread: (k + 0.5) / n.
-            QVERIFY2(std::abs(colour.hslHueF() - (k + 0.5) / 4) < 0.01, qPrintable(colour.name()));
-            QVERIFY(std::abs(colour.lightnessF() - 0.5) < 0.01);
-            // Further out the same hue, lighter by one step of (0.9 - 0.5) / 4 levels per ring.
-            double lightness = colour.lightnessF();
-            for (auto slices = slicesOf(first[k]); !slices.empty(); slices = slicesOf(slices.front())) {
-                const QColor outer = slices.front()->getColor();
-                QVERIFY(std::abs(outer.hslHueF() - colour.hslHueF()) < 0.01);
-                QVERIFY2(std::abs(outer.lightnessF() - lightness - 0.1) < 0.01, qPrintable(outer.name()));
-                lightness = outer.lightnessF();
-                QCOMPARE(slices.front()->getBrush().color(), outer);
+        const QString tree = QStringLiteral("r(a:1(a1:3(a2:1 a3:2) a4:1) b:2(b1:1) c:9 d:1(d1:1))");
+        const auto whole = chartOf(file, tree);
+        QMap<QString, QRgb> colours;
+        for (const QString& name : {"a", "a1", "a2", "a3", "a4", "b", "b1", "c", "d", "d1"})
+            colours.insert(name, sliceNamed(whole.get(), name)->getColor().rgb());
+        // The first level's taxa all differ; the centre holds no hue.
+        QCOMPARE(whole->getColor(), Sorvik::Viewer::Palette::contextGrey());
+        const QSet<QRgb> first{colours["a"], colours["b"], colours["c"], colours["d"]};
+        QCOMPARE(first.size(), 4);
+        // Stepped in, with other limits, and built again: each taxon keeps its colour.
+        const PieChartItem* a = sliceNamed(whole.get(), QStringLiteral("a"));
+        for (const auto& chart : {buildChart(file, 10, 0, a->getPosition()), buildChart(file, 2, 30), buildChart(file)}) {
+            for (auto it = colours.cbegin(); it != colours.cend(); ++it) {
+                const PieChartItem* slice = sliceNamed(chart.get(), it.key());
+                if (slice && slice != chart.get())
+                    QCOMPARE(slice->getColor().rgb(), it.value());
             }
         }
+        // Stepped into a, its centre keeps a's colour.
+        QCOMPARE(buildChart(file, 10, 0, a->getPosition())->getColor().rgb(), colours["a"]);
     }
 
 private:

@@ -1,0 +1,230 @@
+#include "viewer/charttree.h"
+
+#include "ontology/nodekeys.h"
+#include "ontology/ontology.h"
+#include "viewer/taxonname.h"
+
+#include <algorithm>
+
+namespace Sorvik {
+namespace Viewer {
+
+namespace {
+
+qint64 countOf(const QVariantMap& data, const QString& key)
+{
+    bool ok = false;
+    const qint64 value = data.value(key).toString().toLongLong(&ok);
+    return ok && value > 0 ? value : 0;
+}
+
+// Separates the names of a path key; no name holds it (formats split lines and paths at tabs).
+const QChar pathSeparator = QLatin1Char('\t');
+
+} // namespace
+
+// Reads every node of a file into the tree.
+class ChartTree::Loader : public Zem::Ontology::Reader
+{
+public:
+    Loader(const Zem::Ontology::Ontology& ontology, ChartTree& t)
+        : Reader(ontology)
+        , tree(t)
+    {
+    }
+
+    void openNode(const QString& id, const QVariantMap& data, const Position& position) override
+    {
+        QString taxid = data.value(Zem::Ontology::NodeKey::taxid).toString();
+        // Nodes of the NCBI taxonomy carry its names; their ids are taxon ids.
+        if (taxid.isEmpty() && data.contains(Zem::Ontology::NodeKey::scientificName))
+            taxid = id;
+        const int parent = open.empty() ? none : open.back();
+        const bool named = !data.value(Zem::Ontology::NodeKey::scientificName).toString().isEmpty()
+                           || !data.value(Zem::Ontology::NodeKey::name).toString().isEmpty();
+        open.push_back(tree.add(parent, nameOf(id, data), countOf(data, Zem::Ontology::NodeKey::count),
+                                countOf(data, Zem::Ontology::NodeKey::accumCount), taxid, position.getRow(), named));
+    }
+
+    void closeNode(const QString&, const QVariantMap&) override { open.pop_back(); }
+
+private:
+    ChartTree& tree;
+    std::vector<int> open;
+};
+
+ChartTree ChartTree::read(const Zem::Ontology::Ontology& ontology)
+{
+    ChartTree tree;
+    tree.nodes.reserve(static_cast<size_t>(std::max(0, ontology.getNodeNumber())));
+    if (ontology.getNodeNumber() < 1)
+        return tree;
+    Loader loader(ontology, tree);
+    loader.read();
+    return tree;
+}
+
+int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid, int row,
+                   bool named)
+{
+    const int index = size();
+    Node node;
+    node.rawName = rawName;
+    node.named = named;
+    node.taxid = taxid;
+    node.count = count;
+    node.total = total;
+    node.parent = parent;
+    node.row = row;
+    nodes.push_back(std::move(node));
+    shownNames.clear();
+    if (parent != none)
+        nodes[static_cast<size_t>(parent)].children.push_back(index);
+    if (row >= 0) {
+        if (byRow.size() <= static_cast<size_t>(row))
+            byRow.resize(static_cast<size_t>(row) + 1, none);
+        byRow[static_cast<size_t>(row)] = index;
+    }
+    byKey.clear();
+    return index;
+}
+
+int ChartTree::indexOfRow(int row) const
+{
+    return row >= 0 && static_cast<size_t>(row) < byRow.size() ? byRow[static_cast<size_t>(row)] : none;
+}
+
+QString ChartTree::getKey(int node) const
+{
+    const Node& n = at(node);
+    if (!n.taxid.isEmpty())
+        return QStringLiteral("taxid:") + n.taxid;
+    QStringList names;
+    for (int i = node; i != none && at(i).parent != none; i = at(i).parent)
+        names.prepend(at(i).rawName);
+    return QStringLiteral("path:") + names.join(pathSeparator);
+}
+
+int ChartTree::indexOfKey(const QString& key) const
+{
+    if (byKey.isEmpty()) {
+        byKey.reserve(size());
+        // The first node of a key wins: an NCBI taxon linked under two parents is one taxon.
+        for (int i = size() - 1; i >= 0; --i)
+            byKey.insert(getKey(i), i);
+    }
+    return byKey.value(key, none);
+}
+
+int ChartTree::countedChildren(int node) const
+{
+    return static_cast<int>(std::count_if(at(node).children.begin(), at(node).children.end(),
+                                          [this](int child) { return at(child).total > 0; }));
+}
+
+bool ChartTree::isChain(int node) const
+{
+    const Node& n = at(node);
+    if (n.count != 0 || n.total <= 0)
+        return false;
+    int counted = none;
+    for (int child : n.children) {
+        if (at(child).total <= 0)
+            continue;
+        if (counted != none)
+            return false;
+        counted = child;
+    }
+    // A child holding less than its parent means counts the file does not account for: the
+    // parent is drawn as it is.
+    return counted != none && at(counted).total == n.total;
+}
+
+bool ChartTree::isUnassigned(int node) const
+{
+    return TaxonName::isUnassigned(getName(node));
+}
+
+std::vector<int> ChartTree::getFirstBranchingLevel() const
+{
+    std::vector<int> level;
+    if (isEmpty())
+        return level;
+    int node = 0;
+    while (true) {
+        std::vector<int> classified;
+        qint64 sum = 0;
+        for (int child : at(node).children) {
+            if (at(child).total > 0 && !isUnassigned(child)) {
+                classified.push_back(child);
+                sum += at(child).total;
+            }
+        }
+        if (classified.empty()) {
+            if (level.empty() && node != 0)
+                level.push_back(node);
+            return level;
+        }
+        const int largest = *std::max_element(classified.begin(), classified.end(),
+                                               [this](int a, int b) { return at(a).total < at(b).total; });
+        const bool dominant = classified.size() == 1
+                              || static_cast<double>(at(largest).total) >= dominantShare * static_cast<double>(sum);
+        if (!dominant || countedChildren(largest) == 0) {
+            level.insert(level.end(), classified.begin(), classified.end());
+            return level;
+        }
+        for (int child : classified) {
+            if (child != largest)
+                level.push_back(child);
+        }
+        node = largest;
+    }
+}
+
+QString ChartTree::getName(int node, bool raw) const
+{
+    const Node& n = at(node);
+    if (raw || !n.named)
+        return n.rawName;
+    if (shownNames.size() != nodes.size())
+        shownNames.assign(nodes.size(), QString());
+    QString& shown = shownNames[static_cast<size_t>(node)];
+    if (shown.isNull())
+        shown = cleanName(node);
+    return shown;
+}
+
+QString ChartTree::cleanName(int node) const
+{
+    const Node& n = at(node);
+    const QString name = TaxonName::clean(n.rawName);
+    if (!name.isEmpty())
+        return name;
+    if (!TaxonName::isEmptyRank(n.rawName))
+        return n.rawName;
+    // An empty rank, or a run of them: named after the nearest ancestor with a name.
+    for (int i = n.parent; i != none; i = at(i).parent) {
+        if (!at(i).named || !TaxonName::isEmptyRank(at(i).rawName))
+            return TaxonName::unclassified(getName(i));
+    }
+    return TaxonName::unclassified(QString());
+}
+
+QStringList ChartTree::getPath(int node, bool raw) const
+{
+    QStringList names;
+    for (int i = node; i != none; i = at(i).parent)
+        names.prepend(getName(i, raw));
+    return names;
+}
+
+QString ChartTree::nameOf(const QString& id, const QVariantMap& data)
+{
+    QString name = data.value(Zem::Ontology::NodeKey::scientificName).toString();
+    if (name.isEmpty())
+        name = data.value(Zem::Ontology::NodeKey::name).toString();
+    return name.isEmpty() ? id : name;
+}
+
+} // namespace Viewer
+} // namespace Sorvik
