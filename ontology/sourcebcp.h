@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 
 namespace Zem {
 namespace Ontology {
@@ -27,6 +28,9 @@ public:
     QString fileName;
     int idColumn = 0;
     QHash<int, QString> columns;
+    // Columns whose few distinct values repeat row after row (the ranks): each distinct text is
+    // kept once and shared by every node that has it, which saves millions of small strings.
+    QSet<int> sharedValueColumns;
     QRegularExpression rowFilter{QStringLiteral(".*")};
 };
 
