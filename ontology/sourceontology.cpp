@@ -1,6 +1,7 @@
 #include "ontology/sourceontology.h"
 
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 
 namespace Zem {
@@ -26,7 +27,12 @@ void SourceOntology::Reader::closeNode(const QString&, const QVariantMap& data)
         auto key = keys.constFind(it.key());
         if (key == keys.constEnd())
             key = keys.insert(it.key(), it.key());
-        node->data.insert(key.value(), it.value().toString());
+        QString value = it.value().toString();
+        if (key.value() == NodeKey::rank) {
+            auto shared = ranks.constFind(value);
+            value = shared != ranks.constEnd() ? shared.value() : ranks.insert(value, value).value();
+        }
+        node->data.insert(key.value(), value);
     }
     builder.notifySourceCurrentPos(++closed);
     builder.checkCancelled(closed);

@@ -29,8 +29,10 @@ public:
         QStack<Builder::Node*> stack;
         BuilderSource& builder;
         int closed = 0;
-        // One shared copy of each value key (millions of nodes carry the same few keys).
+        // One shared copy of each value key (millions of nodes carry the same few keys), and of
+        // each rank (a few dozen texts over millions of taxa).
         QHash<QString, QString> keys;
+        QHash<QString, QString> ranks;
     };
 
     explicit SourceOntology(const QString& fileName = QString());

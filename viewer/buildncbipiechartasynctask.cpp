@@ -4,7 +4,11 @@
 #include "ontology/buildersource.h"
 #include "ontology/ontology.h"
 #include "ontology/sourceontology.h"
+#include "ontology/taxonomybuilder.h"
+#include "ontology/taxonomycache.h"
+#include "ontology/taxonomychanges.h"
 #include "ontology/taxonomydatabase.h"
+#include "ontology/taxonplacement.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -40,15 +44,11 @@ BuildNcbiPiechartAsyncTask::BuildNcbiPiechartAsyncTask(QObject* parent)
 
 BuildNcbiPiechartAsyncTask::~BuildNcbiPiechartAsyncTask()
 {
+    // Nothing is deleted here: the builders write under temporary names and remove those
+    // themselves, so the chart and the taxonomy are either complete or as they were before.
     if (isRunning()) {
         slotSetCancelled();
         wait();
-    }
-    // Nothing half-made survives: neither the chart nor a taxonomy this run was to provide.
-    if (getState() != Running) {
-        QFile::remove(targetFile);
-        if (downloaded)
-            QFile::remove(ncbiOntologyFile);
     }
 }
 
@@ -76,6 +76,22 @@ void BuildNcbiPiechartAsyncTask::setWriterCommitSize(int size)
 void BuildNcbiPiechartAsyncTask::setDownloadUrl(const QUrl& url)
 {
     downloadUrl = url;
+}
+
+void BuildNcbiPiechartAsyncTask::setTaxonomyOnly(bool only)
+{
+    taxonomyOnly = only;
+}
+
+void BuildNcbiPiechartAsyncTask::setTaxonomyArchive(const QString& fileName)
+{
+    taxonomyArchive = fileName;
+}
+
+Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getPlacementReport() const
+{
+    QMutexLocker lock(&detailMutex);
+    return placementReport;
 }
 
 void BuildNcbiPiechartAsyncTask::setDownloadStallTimeout(int milliseconds)
@@ -111,21 +127,24 @@ bool BuildNcbiPiechartAsyncTask::shouldContinue() const
 
 bool BuildNcbiPiechartAsyncTask::isCachedTaxonomyUsable() const
 {
-    // A cache damaged by a crash is rebuilt rather than failing every later chart.
-    if (!QFileInfo(ncbiOntologyFile).isFile())
-        return false;
-    try {
-        return Zem::Ontology::Ontology(ncbiOntologyFile).getNodeNumber() > 0;
-    } catch (const Zem::Ontology::Ontology::Exception&) {
-        return false;
-    }
+    // A damaged cache is made anew rather than failing every later chart.
+    return Zem::Ncbi::TaxonomyCache(ncbiOntologyFile).isUsable();
 }
 
 void BuildNcbiPiechartAsyncTask::run()
 {
     step = 0;
     try {
-        if (isCachedTaxonomyUsable()) {
+        if (taxonomyOnly) {
+            setProgressMax(0, taxonomyArchive.isEmpty() ? 4 : 3);
+            if (taxonomyArchive.isEmpty())
+                runDownloadStep();
+            runNcbiOntologyStep();
+            if (shouldContinue()) {
+                setProgressMessage(0, tr("Taxonomy updated"));
+                setProgressFinished(0);
+            }
+        } else if (isCachedTaxonomyUsable()) {
             setProgressMax(0, 4);
             runPiechartStep();
         } else {
@@ -223,22 +242,26 @@ void BuildNcbiPiechartAsyncTask::runNcbiOntologyStep()
 {
     if (!shouldContinue())
         return;
-    QString archive;
-    {
+    QString archive = taxonomyArchive;
+    QString origin = QFileInfo(taxonomyArchive).absoluteFilePath();
+    if (archive.isEmpty()) {
         QMutexLocker lock(&downloaderMutex);
         archive = downloader ? downloader->getFilename() : QString();
+        origin = downloadUrl.toString(QUrl::RemoveUserInfo);
     }
     Zem::Ncbi::TaxonomyDatabase database(archive);
     database.open();
-    BuilderSource builder(ncbiOntologyFile);
-    for (auto& dumpSource : database.getSources())
-        builder.addSource(std::move(dumpSource));
+    Zem::Ncbi::TaxonomyBuilder builder(ncbiOntologyFile);
+    builder.addDump(database, origin);
     prepareBuilder(builder);
     setProgressMessage(0, tr("Building ontology..."));
     if (shouldContinue())
         builder.load();
-    if (shouldContinue())
+    // The cache takes its name only once complete: until then, the old one stays in use.
+    if (shouldContinue()) {
         builder.build();
+        imported = true;
+    }
 }
 
 void BuildNcbiPiechartAsyncTask::runPiechartStep()
@@ -253,6 +276,8 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     if (shouldContinue())
         builder.load();
     if (shouldContinue())
+        placeTaxa(builder);
+    if (shouldContinue())
         builder.count(true);
     if (shouldContinue())
         builder.build();
@@ -260,6 +285,21 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
         setProgressMessage(0, tr("Piechart builded"));
         setProgressFinished(0);
     }
+}
+
+void BuildNcbiPiechartAsyncTask::placeTaxa(BuilderSource& builder)
+{
+    using Zem::Ncbi::TaxonomyChanges;
+    Zem::Ontology::BuildReport report;
+    Zem::Ncbi::TaxonPlacement(builder, TaxonomyChanges::read(ncbiOntologyFile, false)).place(report);
+    // The deleted ids (half a million) are only read when they can tell the user something.
+    if (!report.unknownIds.empty()) {
+        const TaxonomyChanges changes = TaxonomyChanges::read(ncbiOntologyFile, true);
+        for (auto& unknown : report.unknownIds)
+            unknown.deleted = changes.isDeleted(unknown.id);
+    }
+    QMutexLocker lock(&detailMutex);
+    placementReport = report;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSourceReadingStart(int, const QString& description)
