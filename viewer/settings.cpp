@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSettings>
+#include <QStandardPaths>
 
 namespace Sorvik {
 namespace App {
@@ -33,6 +34,17 @@ QDir Settings::getPathDir() const
 QString Settings::getTaxonomyFile() const
 {
     return getPathDir().absoluteFilePath(taxonomyFileName);
+}
+
+QString Settings::getDataFolder() const
+{
+    const QString path = getPath();
+    return path.isEmpty() ? getDefaultDataFolder() : QDir(path).absolutePath();
+}
+
+QString Settings::getDefaultDataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
 QString Settings::getLastFolder(const QString& purpose) const
