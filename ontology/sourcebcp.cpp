@@ -84,6 +84,8 @@ void SourceBcp::read(BuilderSource& builder)
     while (rows.next()) {
         builder.checkCancelled(++row);
         builder.notifySourceCurrentPos(file.getSourcePosition());
+        if (filterColumn >= 0 && !rows.getRef(filterColumn).startsWith(filterPrefix))
+            continue;
         if (!everyRow && !rowFilter.match(rows.getLineRef()).hasMatch())
             continue;
         const QStringView id(rows.getRef(idColumn));

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -17,8 +18,8 @@ namespace Ncbi {
 namespace {
 
 constexpr int stepInterval = 4096;
-// Rows per INSERT statement: well below SQLite's limit of bound values.
-constexpr int rowsPerStatement = 200;
+// Rows per INSERT statement: their values stay below SQLite's oldest limit of 999.
+constexpr int rowsPerStatement = 400;
 
 // The first and second field of a dump row ("12\t|\t34\t|"), without their blanks.
 QStringView field(const QString& line, int index)
@@ -54,7 +55,8 @@ void readRows(const QString& fileName, const std::function<void(const QString&)>
     }
 }
 
-// Inserts rows of width values each, many rows a statement.
+// Inserts rows of width ids each, many rows a statement: a statement per row would cost more
+// than the rest of writing them.
 class TableWriter
 {
 public:
@@ -63,43 +65,52 @@ public:
         , table(table)
         , width(width)
     {
+        pending.reserve(size_t(rowsPerStatement * width));
     }
 
-    void add(const QStringList& values)
+    void add(quint32 first, quint32 second = 0)
     {
-        pending << values;
-        if (pending.size() == rowsPerStatement * width)
+        pending.push_back(first);
+        if (width > 1)
+            pending.push_back(second);
+        if (pending.size() == size_t(rowsPerStatement * width))
             flush();
     }
 
     void flush()
     {
-        if (pending.isEmpty())
+        if (pending.empty())
             return;
-        const int rows = pending.size() / width;
-        const QString row = QLatin1Char('(') + QStringLiteral("?,").repeated(width - 1) + QStringLiteral("?)");
-        QString sql = QStringLiteral("INSERT INTO %1 VALUES %2").arg(table, row);
-        for (int i = 1; i < rows; ++i)
-            sql += QLatin1Char(',') + row;
-        QSqlQuery& query = rows == rowsPerStatement ? full : rest;
+        const int rows = int(pending.size()) / width;
+        QSqlQuery* query = &full;
         if (rows != rowsPerStatement || !fullPrepared) {
-            query = QSqlQuery(database);
-            if (!query.prepare(sql))
+            query = rows == rowsPerStatement ? &full : &rest;
+            *query = QSqlQuery(database);
+            if (!query->prepare(statement(rows)))
                 throw Ontology::Builder::StatementPrepareException();
             fullPrepared = fullPrepared || rows == rowsPerStatement;
         }
-        for (int i = 0; i < pending.size(); ++i)
-            query.bindValue(i, pending.at(i));
-        if (!query.exec())
+        for (size_t i = 0; i < pending.size(); ++i)
+            query->bindValue(int(i), qlonglong(pending[i]));
+        if (!query->exec())
             throw Ontology::Builder::StatementExecException();
         pending.clear();
     }
 
 private:
+    QString statement(int rows) const
+    {
+        const QString row = QLatin1Char('(') + QStringLiteral("?,").repeated(width - 1) + QStringLiteral("?)");
+        QString sql = QStringLiteral("INSERT INTO %1 VALUES %2").arg(table, row);
+        for (int i = 1; i < rows; ++i)
+            sql += QLatin1Char(',') + row;
+        return sql;
+    }
+
     QSqlDatabase& database;
     QString table;
     int width;
-    QStringList pending;
+    std::vector<quint32> pending;
     QSqlQuery full;
     QSqlQuery rest;
     bool fullPrepared = false;
@@ -148,19 +159,23 @@ void TaxonomyChanges::write(QSqlDatabase& database, const std::function<void(int
         if (!query.exec())
             throw Ontology::Builder::StatementExecException();
     };
-    exec(QStringLiteral("CREATE TABLE merged( id TEXT, new_id TEXT)"));
-    exec(QStringLiteral("CREATE TABLE deleted( id TEXT)"));
+    // Keyed by the id, so that a chart looks up the few it needs; written in id order, which is
+    // how SQLite builds such a table fastest.
+    exec(QStringLiteral("CREATE TABLE merged( id INTEGER PRIMARY KEY, new_id INTEGER)"));
+    exec(QStringLiteral("CREATE TABLE deleted( id INTEGER PRIMARY KEY)"));
+    std::vector<quint32> oldIds(merged.keyBegin(), merged.keyEnd());
+    std::sort(oldIds.begin(), oldIds.end());
     int written = 0;
     TableWriter mergedRows(database, QStringLiteral("merged"), 2);
-    for (auto it = merged.constBegin(); it != merged.constEnd(); ++it) {
-        mergedRows.add({QString::number(it.key()), QString::number(it.value())});
+    for (const quint32 id : oldIds) {
+        mergedRows.add(id, merged.value(id));
         if (step && ++written % stepInterval == 0)
             step(written);
     }
     mergedRows.flush();
     TableWriter deletedRows(database, QStringLiteral("deleted"), 1);
     for (const quint32 id : deleted) {
-        deletedRows.add({QString::number(id)});
+        deletedRows.add(id);
         if (step && ++written % stepInterval == 0)
             step(written);
     }
@@ -200,6 +215,52 @@ TaxonomyChanges TaxonomyChanges::read(const QString& cacheFile, bool withDeleted
         });
         changes.sortDeleted();
     }
+    return changes;
+}
+
+TaxonomyChanges TaxonomyChanges::read(const QString& cacheFile, const QStringList& ids)
+{
+    TaxonomyChanges changes;
+    if (ids.isEmpty() || !QFileInfo(cacheFile).isFile())
+        return changes;
+    nu::database::Connection connection(QStringLiteral("zem-ncbi-changes"), cacheFile, true);
+    if (!connection.open())
+        return changes;
+    const QStringList tables = connection.getDatabase().tables();
+    QSqlQuery mergedQuery(connection.getDatabase());
+    QSqlQuery deletedQuery(connection.getDatabase());
+    const bool haveMerged = tables.contains(QStringLiteral("merged"))
+        && mergedQuery.prepare(QStringLiteral("SELECT new_id FROM merged WHERE id = :id"));
+    const bool haveDeleted = tables.contains(QStringLiteral("deleted"))
+        && deletedQuery.prepare(QStringLiteral("SELECT id FROM deleted WHERE id = :id"));
+    std::vector<quint32> wanted;
+    for (const QString& id : ids) {
+        if (const quint32 value = parseId(id))
+            wanted.push_back(value);
+    }
+    // The ids merged ones point at are looked up in turn, so chains are followed; the loop
+    // guard in getNewId() ends a loop.
+    QSet<quint32> seen;
+    for (size_t i = 0; i < wanted.size() && seen.size() < ids.size() + 1024; ++i) {
+        const quint32 id = wanted[i];
+        if (seen.contains(id))
+            continue;
+        seen.insert(id);
+        const auto lookUp = [id](QSqlQuery& query) {
+            query.bindValue(QStringLiteral(":id"), qlonglong(id));
+            return query.exec() && query.next();
+        };
+        if (haveMerged && lookUp(mergedQuery)) {
+            const quint32 newId = quint32(mergedQuery.value(0).toLongLong());
+            changes.addMerged(id, newId);
+            wanted.push_back(newId);
+        }
+        if (haveDeleted && lookUp(deletedQuery))
+            changes.deleted.push_back(id);
+        mergedQuery.finish();
+        deletedQuery.finish();
+    }
+    changes.sortDeleted();
     return changes;
 }
 

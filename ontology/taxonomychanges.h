@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -31,6 +32,9 @@ public:
     // The changes a cache file keeps; only the merged ids unless withDeleted. A cache made before
     // it kept them, or one that cannot be read, gives none.
     static TaxonomyChanges read(const QString& cacheFile, bool withDeleted);
+    // Only what the cache keeps on these ids (and on the ids they were merged into): a chart
+    // needs a few, and looking them up costs far less than reading half a million.
+    static TaxonomyChanges read(const QString& cacheFile, const QStringList& ids);
 
     void addMerged(quint32 oldId, quint32 newId);
     void addDeleted(quint32 id);

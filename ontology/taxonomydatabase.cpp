@@ -115,7 +115,9 @@ std::vector<std::unique_ptr<Ontology::Source>> TaxonomyDatabase::getSources() co
     nodes->sharedValueColumns.insert(2);
     sources.push_back(std::move(nodes));
     auto names = makeSource(namesFileName, Ontology::NodeKey::scientificName);
-    names->rowFilter.setPattern(QStringLiteral("^([^\t]*\t\\|\t){3}scientific name"));
+    // Only the scientific name, never a synonym or a common name: the fourth field is the class.
+    names->filterColumn = 3;
+    names->filterPrefix = QStringLiteral("scientific name");
     sources.push_back(std::move(names));
     return sources;
 }

@@ -38,23 +38,36 @@ bool idLess(const QString& a, const QString& b)
 
 } // namespace
 
-TaxonPlacement::TaxonPlacement(Ontology::BuilderSource& target, const TaxonomyChanges& retired)
+TaxonPlacement::TaxonPlacement(Ontology::BuilderSource& target)
     : builder(target)
-    , changes(retired)
 {
 }
 
-void TaxonPlacement::place(Ontology::BuildReport& report)
+QStringList TaxonPlacement::getUnplacedIds()
+{
+    Builder::Node* root = builder.getRoot();
+    if (!gathered && root) {
+        // Gathered before anything moves: moving counts makes nodes.
+        builder.visitNodes([this, root](Builder::Node& node) {
+            if (&node != root && !node.isLinked() && readsOf(node) > 0 && node.id != unclassifiedId)
+                unplaced.push_back(&node);
+        });
+        gathered = true;
+    }
+    QStringList ids;
+    for (const Builder::Node* node : unplaced) {
+        if (node->id != unclassifiedTaxid)
+            ids << node->id;
+    }
+    return ids;
+}
+
+void TaxonPlacement::place(const TaxonomyChanges& changes, Ontology::BuildReport& report)
 {
     Builder::Node* root = builder.getRoot();
     if (!root)
         return;
-    // Gathered first: moving counts makes nodes.
-    std::vector<Builder::Node*> unplaced;
-    builder.visitNodes([&unplaced, root](Builder::Node& node) {
-        if (&node != root && !node.isLinked() && readsOf(node) > 0 && node.id != unclassifiedId)
-            unplaced.push_back(&node);
-    });
+    getUnplacedIds();
 
     qint64 unclassified = 0;
     std::vector<Ontology::BuildReport::UnknownId> unknown;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "ontology/builder.h"
 #include "ontology/buildreport.h"
 
 #include <QString>
+#include <QStringList>
+
+#include <vector>
 
 namespace Zem {
 namespace Ontology {
@@ -27,10 +31,13 @@ public:
     // The id classifiers write for reads they could not classify.
     static const QString unclassifiedTaxid;
 
-    TaxonPlacement(Ontology::BuilderSource& builder, const TaxonomyChanges& changes);
+    explicit TaxonPlacement(Ontology::BuilderSource& builder);
 
+    // The ids holding reads that the tree does not place, taxid 0 and "unclassified" aside:
+    // those to look up among the ids NCBI retired.
+    QStringList getUnplacedIds();
     // Moves the count of every id the tree does not place; the figures go into report.
-    void place(Ontology::BuildReport& report);
+    void place(const TaxonomyChanges& changes, Ontology::BuildReport& report);
 
 private:
     // Links the "unclassified" node under the root once it holds reads.
@@ -39,7 +46,8 @@ private:
     void addCount(const QString& id, qint64 reads);
 
     Ontology::BuilderSource& builder;
-    const TaxonomyChanges& changes;
+    std::vector<Ontology::Builder::Node*> unplaced;
+    bool gathered = false;
 };
 
 } // namespace Ncbi

@@ -290,14 +290,10 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
 void BuildNcbiPiechartAsyncTask::placeTaxa(BuilderSource& builder)
 {
     using Zem::Ncbi::TaxonomyChanges;
+    Zem::Ncbi::TaxonPlacement placement(builder);
+    const QStringList unplaced = placement.getUnplacedIds();
     Zem::Ontology::BuildReport report;
-    Zem::Ncbi::TaxonPlacement(builder, TaxonomyChanges::read(ncbiOntologyFile, false)).place(report);
-    // The deleted ids (half a million) are only read when they can tell the user something.
-    if (!report.unknownIds.empty()) {
-        const TaxonomyChanges changes = TaxonomyChanges::read(ncbiOntologyFile, true);
-        for (auto& unknown : report.unknownIds)
-            unknown.deleted = changes.isDeleted(unknown.id);
-    }
+    placement.place(unplaced.isEmpty() ? TaxonomyChanges() : TaxonomyChanges::read(ncbiOntologyFile, unplaced), report);
     QMutexLocker lock(&detailMutex);
     placementReport = report;
 }

@@ -73,7 +73,7 @@ private slots:
         changes.addDeleted(99);
 
         BuildReport report;
-        TaxonPlacement(builder, changes).place(report);
+        TaxonPlacement(builder).place(changes, report);
         builder.count(true);
 
         QCOMPARE(describeTree(builder), tree);

@@ -250,6 +250,53 @@ private slots:
                  QStringList{QStringLiteral("ncbi.ontology")});
     }
 
+    void cancelKeepsTheEarlierChartAndTaxonomy()
+    {
+        writeTree(taxonomy(), QStringLiteral("1=root(562=\"Escherichia coli\" 9606=\"Homo sapiens\")"), false);
+        const QString working = path(MainWindow::workingFileName);
+        writeTree(working, QStringLiteral("1=root(562=\"Earlier chart\":4)"));
+        const QByteArray chart = fileContents(working);
+        const QByteArray cache = fileContents(taxonomy());
+        // Long enough to be still at work when the dialog is cancelled.
+        const QString input = write(QStringLiteral("ids.txt"), QByteArray("562\n9606\n4242\n").repeated(100000));
+        prompter->onDialog = [&, calls = 0](QDialog& dialog) mutable {
+            if (calls++ == 0)
+                return wizard(dialog, input);
+            dialog.reject();
+            return dialog.result();
+        };
+        window->slotFileNew();
+        QVERIFY(!chart());
+        QVERIFY(prompter->shown.isEmpty());
+        // The window waits for the cancelled task as it goes.
+        window.reset();
+        QCOMPARE(fileContents(working), chart);
+        QCOMPARE(fileContents(taxonomy()), cache);
+        QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
+                 (QStringList{"ids.txt", "ncbi.ontology", "target.piechart"}));
+    }
+
+    void dataFolderDefaults_data()
+    {
+        QTest::addColumn<bool>("chosen");
+        QTest::newRow("none chosen") << false;
+        QTest::newRow("chosen") << true;
+    }
+
+    void dataFolderDefaults()
+    {
+        QFETCH(bool, chosen);
+        Sorvik::App::Settings settings;
+        settings.setPath(chosen ? dir->path() : QString());
+        // The viewer keeps its files where it was started unless told otherwise; sorvik-cli
+        // falls back on the application data folder, never on the folder it runs in.
+        QCOMPARE(settings.getPathDir().absolutePath(), chosen ? dir->path() : QDir::currentPath());
+        QCOMPARE(settings.getTaxonomyFile(), QDir(chosen ? dir->path() : QDir::currentPath()).absoluteFilePath("ncbi.ontology"));
+        const QString appData = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+        QVERIFY(!appData.isEmpty() && appData != QDir::currentPath());
+        QCOMPARE(settings.getDataFolder(), chosen ? dir->path() : appData);
+    }
+
 private:
     QString path(const QString& name) const { return dir->filePath(name); }
     QString taxonomy() const { return path(Sorvik::App::Settings::taxonomyFileName); }
