@@ -255,7 +255,7 @@ private slots:
         writeTree(taxonomy(), QStringLiteral("1=root(562=\"Escherichia coli\" 9606=\"Homo sapiens\")"), false);
         const QString working = path(MainWindow::workingFileName);
         writeTree(working, QStringLiteral("1=root(562=\"Earlier chart\":4)"));
-        const QByteArray chart = fileContents(working);
+        const QByteArray earlier = fileContents(working);
         const QByteArray cache = fileContents(taxonomy());
         // Long enough to be still at work when the dialog is cancelled.
         const QString input = write(QStringLiteral("ids.txt"), QByteArray("562\n9606\n4242\n").repeated(100000));
@@ -270,7 +270,7 @@ private slots:
         QVERIFY(prompter->shown.isEmpty());
         // The window waits for the cancelled task as it goes.
         window.reset();
-        QCOMPARE(fileContents(working), chart);
+        QCOMPARE(fileContents(working), earlier);
         QCOMPARE(fileContents(taxonomy()), cache);
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
                  (QStringList{"ids.txt", "ncbi.ontology", "target.piechart"}));
