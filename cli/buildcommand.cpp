@@ -172,6 +172,7 @@ int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, c
     task->setNcbiOntologyFile(taxonomy);
     task->setTargetFile(output);
     task->setSource(std::move(source));
+    task->setKeepEmptyChart(false);
     // A cancelled or failed run leaves the earlier chart and the cache as they were.
     const int state = TaskRunner::run(*task, bar);
     if (state == nu::AsyncTask::Cancelled)
@@ -209,6 +210,12 @@ int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, cons
         bar.follow(builder, QStringLiteral("Building piechart..."), 3);
         builder.load();
         builder.count(false);
+        // Refused before OUT is touched, so that an earlier chart there stays.
+        const QString* total = builder.getRoot()->data.find(Zem::Ontology::NodeKey::accumCount);
+        if (!total || total->toLongLong() <= 0) {
+            bar.finish();
+            return fail(QStringLiteral("no counted taxa in %1").arg(input));
+        }
         builder.build();
         bar.finish();
     } catch (const Zem::Ontology::Builder::CancelledException&) {

@@ -78,9 +78,9 @@ int UpdateTaxonomyCommand::execute(const QCommandLineParser& parser)
         break;
     }
     const Zem::Ncbi::TaxonomyCache after(taxonomy);
-    const Zem::Ncbi::TaxonomyChanges changes = Zem::Ncbi::TaxonomyChanges::read(taxonomy, true);
+    const auto retired = Zem::Ncbi::TaxonomyChanges::count(taxonomy);
     out << taxonomy << ": " << after.getCreated().toString(Qt::ISODate) << ", from " << after.getOrigin() << ", "
-        << changes.getMergedNumber() << " merged and " << changes.getDeletedNumber() << " deleted taxon ids\n";
+        << retired.first << " merged and " << retired.second << " deleted taxon ids\n";
     out.flush();
     return Success;
 }

@@ -264,6 +264,28 @@ TaxonomyChanges TaxonomyChanges::read(const QString& cacheFile, const QStringLis
     return changes;
 }
 
+std::pair<qint64, qint64> TaxonomyChanges::count(const QString& cacheFile)
+{
+    std::pair<qint64, qint64> numbers{0, 0};
+    if (!QFileInfo(cacheFile).isFile())
+        return numbers;
+    nu::database::Connection connection(QStringLiteral("zem-ncbi-changes"), cacheFile, true);
+    if (!connection.open())
+        return numbers;
+    const QStringList tables = connection.getDatabase().tables();
+    const auto rows = [&connection, &tables](const QString& table) -> qint64 {
+        if (!tables.contains(table))
+            return 0;
+        QSqlQuery query(connection.getDatabase());
+        if (!query.prepare(QStringLiteral("SELECT count(*) FROM %1").arg(table)) || !query.exec() || !query.next())
+            return 0;
+        return query.value(0).toLongLong();
+    };
+    numbers.first = rows(QStringLiteral("merged"));
+    numbers.second = rows(QStringLiteral("deleted"));
+    return numbers;
+}
+
 void TaxonomyChanges::addMerged(quint32 oldId, quint32 newId)
 {
     if (oldId != 0 && newId != 0 && oldId != newId)

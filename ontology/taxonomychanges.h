@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 class QSqlDatabase;
@@ -35,6 +36,8 @@ public:
     // Only what the cache keeps on these ids (and on the ids they were merged into): a chart
     // needs a few, and looking them up costs far less than reading half a million.
     static TaxonomyChanges read(const QString& cacheFile, const QStringList& ids);
+    // How many merged and how many deleted ids a cache file keeps, without reading them.
+    static std::pair<qint64, qint64> count(const QString& cacheFile);
 
     void addMerged(quint32 oldId, quint32 newId);
     void addDeleted(quint32 id);

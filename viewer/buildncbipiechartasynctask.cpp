@@ -2,6 +2,7 @@
 
 #include "nu/filedownloader.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/sourceontology.h"
 #include "ontology/taxonomybuilder.h"
@@ -28,6 +29,11 @@ const char* const BuildNcbiPiechartAsyncTask::defaultDownloadAddress =
 const char* BuildNcbiPiechartAsyncTask::DownloadFailedException::what() const noexcept
 {
     return "the NCBI taxonomy could not be downloaded";
+}
+
+const char* BuildNcbiPiechartAsyncTask::EmptyChartException::what() const noexcept
+{
+    return "no counted taxa in the input";
 }
 
 QUrl BuildNcbiPiechartAsyncTask::getDefaultDownloadUrl()
@@ -86,6 +92,11 @@ void BuildNcbiPiechartAsyncTask::setTaxonomyOnly(bool only)
 void BuildNcbiPiechartAsyncTask::setTaxonomyArchive(const QString& fileName)
 {
     taxonomyArchive = fileName;
+}
+
+void BuildNcbiPiechartAsyncTask::setKeepEmptyChart(bool keep)
+{
+    keepEmptyChart = keep;
 }
 
 Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getPlacementReport() const
@@ -279,6 +290,9 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
         placeTaxa(builder);
     if (shouldContinue())
         builder.count(true);
+    if (shouldContinue() && !keepEmptyChart
+        && builder.getRoot()->data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong() <= 0)
+        throw EmptyChartException();
     if (shouldContinue())
         builder.build();
     if (shouldContinue()) {

@@ -44,6 +44,12 @@ public:
     public:
         const char* what() const noexcept override;
     };
+    // The input holds no reads at all, and an empty chart was not wanted.
+    class EmptyChartException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
 
     static const char* const defaultDownloadAddress;
     // Milliseconds without data after which a download gives up, unless set otherwise.
@@ -67,6 +73,9 @@ public:
     void setTaxonomyOnly(bool only);
     // The dump archive to import instead of downloading one.
     void setTaxonomyArchive(const QString& fileName);
+    // Whether a chart that counts nothing is written (the default) or the run fails before the
+    // target is touched, so that an earlier chart there stays.
+    void setKeepEmptyChart(bool keep);
     // Milliseconds without data after which the download fails; 0 waits for ever.
     void setDownloadStallTimeout(int milliseconds);
 
@@ -120,6 +129,7 @@ private:
     std::atomic<bool> downloaded{false};
     std::atomic<bool> imported{false};
     bool taxonomyOnly = false;
+    bool keepEmptyChart = true;
     QString taxonomyArchive;
     Zem::Ontology::BuildReport placementReport;
     // File positions beyond the range of an int are shown scaled down by this many bits.

@@ -229,6 +229,38 @@ private slots:
         QCOMPARE(left(), expected);
     }
 
+    void failureKeepsEarlierChart_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("taxon ids, no reads") << "taxid-counts" << QByteArray("562\t0\n") << "no counted taxa in";
+        QTest::newRow("krona, no reads") << "krona" << QByteArray("0\tBacteria\n") << "no counted taxa in";
+        QTest::newRow("download refused") << "taxids" << QByteArray("562\n") << "NCBI data couldn't be downloaded";
+    }
+
+    void failureKeepsEarlierChart()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, input);
+        QFETCH(QString, message);
+        const QString output = path(QStringLiteral("existing.piechart"));
+        writeTree(output, QStringLiteral("1=root(562=\"Earlier chart\":4)"));
+        const QByteArray chart = fileContents(output);
+        QStringList arguments{"build", format, write(QStringLiteral("in.txt"), input), "-o", output};
+        if (format != QLatin1String("krona")) {
+            arguments << "--taxonomy" << path(QStringLiteral("ncbi.ontology"));
+            if (!message.startsWith(QLatin1String("NCBI")))
+                writeTree(path(QStringLiteral("ncbi.ontology")), QStringLiteral("1=root(562=\"Escherichia coli\")"), false);
+        }
+        QProcessEnvironment env = environment(QString());
+        env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip")).toString());
+        const CliResult result = runCli(arguments, env);
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.err.contains(message), qPrintable(result.err));
+        QCOMPARE(fileContents(output), chart);
+    }
+
     void dataFolderDefault_data()
     {
         QTest::addColumn<bool>("pathSet");
