@@ -21,7 +21,7 @@ constexpr int stepInterval = 4096;
 // Rows per INSERT statement: their values stay below SQLite's oldest limit of 999.
 constexpr int rowsPerStatement = 400;
 
-// The first and second field of a dump row ("12\t|\t34\t|"), without their blanks.
+// The field at index of a dump row ("12\t|\t34\t|"), without its blanks.
 QStringView field(const QString& line, int index)
 {
     int from = 0;
