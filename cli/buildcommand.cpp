@@ -4,20 +4,20 @@
 
 #include "cli/interruption.h"
 #include "cli/progressbar.h"
+#include "cli/taskrunner.h"
 #include "ontology/buildersource.h"
 #include "ontology/inputformat.h"
 #include "ontology/inputsample.h"
 #include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/rootreader.h"
+#include "ontology/taxonomycache.h"
 #include "viewer/buildncbipiechartasynctask.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
-#include <QTimer>
 
 #include <unistd.h>
 
@@ -38,8 +38,15 @@ QString BuildCommand::getSummary() const
 
 QString BuildCommand::getDefaultTaxonomyFile()
 {
-    // The viewer's own cache in its data folder, so both share one download.
-    return App::Settings().getTaxonomyFile();
+    // One cache wherever the command runs, so it is downloaded once.
+    const QString folder = App::Settings().getDataFolder();
+    return folder.isEmpty() ? QString() : QDir(folder).absoluteFilePath(App::Settings::taxonomyFileName);
+}
+
+QString BuildCommand::noDataFolderMessage()
+{
+    return QStringLiteral("there is no data folder for the NCBI taxonomy (no home folder?): give the taxonomy "
+                          "file with --taxonomy FILE");
 }
 
 void BuildCommand::setUp(QCommandLineParser& parser)
@@ -53,9 +60,10 @@ void BuildCommand::setUp(QCommandLineParser& parser)
                       QStringLiteral("OUT")});
     parser.addOption({{QStringLiteral("t"), QStringLiteral("taxonomy")},
                       QStringLiteral("The NCBI taxonomy cache for %1; downloaded and imported when missing "
-                                     "(default: the viewer's, %2).")
+                                     "(default: %2).")
                           .arg(InputFormat::listWords([](const InputFormat& f) { return f.needsTaxonomy; }),
-                               getDefaultTaxonomyFile()),
+                               getDefaultTaxonomyFile().isEmpty() ? QStringLiteral("none, there is no data folder")
+                                                                  : getDefaultTaxonomyFile()),
                       QStringLiteral("FILE")});
     parser.addOption({{QStringLiteral("c"), QStringLiteral("column")},
                       QStringLiteral("The value column of %1, 0 for the first sample column (default 0).")
@@ -102,6 +110,8 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return usage(QStringLiteral("OUT must not be INPUT"));
     const QString taxonomy = parser.isSet(QStringLiteral("taxonomy")) ? parser.value(QStringLiteral("taxonomy"))
                                                                       : getDefaultTaxonomyFile();
+    if (format->needsTaxonomy && taxonomy.isEmpty())
+        return fail(noDataFolderMessage());
     if (format->needsTaxonomy && QFileInfo(taxonomy).absoluteFilePath() == QFileInfo(output).absoluteFilePath())
         return usage(QStringLiteral("OUT must not be the taxonomy file"));
     // A pipe can be read only once: it goes to the source unchecked.
@@ -157,39 +167,36 @@ int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, c
         }
     }
 
-    Interruption interruption;
+    const bool oldTaxonomy = Zem::Ncbi::TaxonomyCache(taxonomy).isOld();
     auto task = std::make_unique<Viewer::BuildNcbiPiechartAsyncTask>();
     task->setNcbiOntologyFile(taxonomy);
     task->setTargetFile(output);
     task->setSource(std::move(source));
-    bar.follow(*task);
-
-    QEventLoop loop;
-    QObject::connect(task.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, task.get(), [&task] {
-        if (Interruption::isRequested() && task->getState() == nu::AsyncTask::Running)
-            task->slotSetCancelled();
-    });
-    poll.start(50);
-    task->start();
-    loop.exec();
-    task->wait();
-    bar.finish();
-
-    const int state = task->getState();
-    if (state == nu::AsyncTask::Cancelled) {
-        task.reset(); // removes what the run left half-made
+    task->setKeepEmptyChart(false);
+    // A cancelled or failed run leaves the earlier chart and the cache as they were.
+    const int state = TaskRunner::run(*task, bar);
+    if (state == nu::AsyncTask::Cancelled)
         return interrupted();
-    }
     if (state == nu::AsyncTask::Failed) {
         const QString detail = task->getErrorDetail();
-        const QString message = task->getErrorMessage() + (detail.isEmpty() ? QString() : QStringLiteral(": ") + detail);
-        task.reset();
-        return fail(message);
+        return fail(task->getErrorMessage() + (detail.isEmpty() ? QString() : QStringLiteral(": ") + detail));
     }
-    task.reset();
-    return checkCounted(input, output);
+    const int counted = checkCounted(input, output);
+    if (counted == Success)
+        printPlacement(task->getPlacementReport(), taxonomy, oldTaxonomy && !task->hasImported());
+    return counted;
+}
+
+void BuildCommand::printPlacement(const Zem::Ontology::BuildReport& report, const QString& taxonomy, bool oldTaxonomy)
+{
+    for (const QString& line : report.getPlacementSummary())
+        err << "sorvik-cli " << getName() << ": " << line << '\n';
+    if (oldTaxonomy) {
+        const Zem::Ncbi::TaxonomyCache cache(taxonomy);
+        err << "sorvik-cli " << getName() << ": note: the NCBI taxonomy in " << taxonomy << " is " << cache.getAgeDays()
+            << " days old; 'sorvik-cli update-taxonomy' fetches the current one\n";
+    }
+    err.flush();
 }
 
 int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
@@ -203,6 +210,12 @@ int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, cons
         bar.follow(builder, QStringLiteral("Building piechart..."), 3);
         builder.load();
         builder.count(false);
+        // Refused before OUT is touched, so that an earlier chart there stays.
+        const QString* total = builder.getRoot()->data.find(Zem::Ontology::NodeKey::accumCount);
+        if (!total || total->toLongLong() <= 0) {
+            bar.finish();
+            return fail(QStringLiteral("no counted taxa in %1").arg(input));
+        }
         builder.build();
         bar.finish();
     } catch (const Zem::Ontology::Builder::CancelledException&) {

@@ -7,8 +7,9 @@
 
 namespace Zem {
 namespace Ontology {
+class BuildReport;
 class Source;
-}
+} // namespace Ontology
 } // namespace Zem
 
 namespace Sorvik {
@@ -28,8 +29,11 @@ public:
     QString getName() const override;
     QString getSummary() const override;
 
-    // The cache the viewer keeps: "ncbi.ontology" in its data folder.
+    // "ncbi.ontology" in the data folder ("path", else the application data folder); empty when
+    // there is no data folder.
     static QString getDefaultTaxonomyFile();
+    // Why there is no default taxonomy, and what to do.
+    static QString noDataFolderMessage();
 
 protected:
     void setUp(QCommandLineParser& parser) override;
@@ -45,6 +49,8 @@ private:
                    ProgressBar& bar);
     // Success, or a failure when the chart counts nothing.
     int checkCounted(const QString& input, const QString& output);
+    // The reads placed on merged and unknown ids, and a hint when the taxonomy is old.
+    void printPlacement(const Zem::Ontology::BuildReport& report, const QString& taxonomy, bool oldTaxonomy);
 };
 
 } // namespace Cli

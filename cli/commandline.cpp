@@ -5,6 +5,7 @@
 #include "cli/importtaxonomycommand.h"
 #include "cli/infocommand.h"
 #include "cli/rendercommand.h"
+#include "cli/updatetaxonomycommand.h"
 
 #include <QTextStream>
 
@@ -17,6 +18,7 @@ CommandLine::CommandLine(QTextStream& o, QTextStream& e)
 {
     commands.push_back(std::make_unique<InfoCommand>(out, err));
     commands.push_back(std::make_unique<ImportTaxonomyCommand>(out, err));
+    commands.push_back(std::make_unique<UpdateTaxonomyCommand>(out, err));
     commands.push_back(std::make_unique<BuildCommand>(out, err));
     commands.push_back(std::make_unique<RenderCommand>(out, err));
 }

@@ -2,7 +2,7 @@
 
 #include "cli/interruption.h"
 #include "cli/progressbar.h"
-#include "ontology/buildersource.h"
+#include "ontology/taxonomybuilder.h"
 #include "ontology/ontology.h"
 #include "ontology/taxonomydatabase.h"
 
@@ -50,9 +50,8 @@ int ImportTaxonomyCommand::execute(const QCommandLineParser& parser)
         Zem::Ncbi::TaxonomyDatabase database(archive);
         bar.update(0, 0, 4, QStringLiteral("Unpacking ") + QFileInfo(archive).fileName());
         database.open();
-        Zem::Ontology::BuilderSource builder(output);
-        for (auto& source : database.getSources())
-            builder.addSource(std::move(source));
+        Zem::Ncbi::TaxonomyBuilder builder(output);
+        builder.addDump(database, QFileInfo(archive).absoluteFilePath());
         builder.setCancelCheck(&Interruption::isRequested);
         bar.follow(builder, QStringLiteral("Building ontology..."), 3);
         builder.load();

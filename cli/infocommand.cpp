@@ -3,6 +3,7 @@
 #include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/rootreader.h"
+#include "ontology/taxonplacement.h"
 
 #include <QTextStream>
 
@@ -16,12 +17,29 @@ QString InfoCommand::getName() const
 
 QString InfoCommand::getSummary() const
 {
-    return QStringLiteral("Prints the node number, counted flag, root and total of an ontology file.");
+    return QStringLiteral("Prints the node number, counted flag, root and total of an ontology file, and of a "
+                          "chart its unknown and unclassified reads.");
 }
 
 void InfoCommand::setUp(QCommandLineParser& parser)
 {
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("An ontology or chart file."));
+}
+
+void InfoCommand::printPlacedReads(const Zem::Ontology::Ontology& ontology)
+{
+    // The reads the taxonomy could not place and those no classifier could: the root's
+    // "unknown" and "unclassified" children, 0 when there are none.
+    qint64 unknown = 0;
+    qint64 unclassified = 0;
+    for (const auto& child : Zem::Ontology::RootReader::readChildren(ontology)) {
+        const qint64 reads = child.data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong();
+        if (child.id == Zem::Ncbi::TaxonPlacement::unknownId)
+            unknown += reads;
+        else if (child.id == Zem::Ncbi::TaxonPlacement::unclassifiedId)
+            unclassified += reads;
+    }
+    out << "unknown: " << unknown << '\n' << "unclassified: " << unclassified << '\n';
 }
 
 int InfoCommand::execute(const QCommandLineParser& parser)
@@ -40,6 +58,8 @@ int InfoCommand::execute(const QCommandLineParser& parser)
             << "counted: " << (ontology.isCounted() ? "true" : "false") << '\n'
             << "root: " << root << '\n'
             << "total: " << total << '\n';
+        if (ontology.isCounted())
+            printPlacedReads(ontology);
         out.flush();
         return Success;
     } catch (const std::exception& e) {

@@ -2,10 +2,17 @@
 
 #include "cli/command.h"
 
+namespace Zem {
+namespace Ontology {
+class Ontology;
+}
+} // namespace Zem
+
 namespace Sorvik {
 namespace Cli {
 
-// sorvik-cli info FILE: the header values and root of an ontology file.
+// sorvik-cli info FILE: the header values and root of an ontology file, and for a chart the
+// reads it holds under "unknown" and "unclassified".
 class InfoCommand : public Command
 {
 public:
@@ -17,6 +24,9 @@ public:
 protected:
     void setUp(QCommandLineParser& parser) override;
     int execute(const QCommandLineParser& parser) override;
+
+private:
+    void printPlacedReads(const Zem::Ontology::Ontology& ontology);
 };
 
 } // namespace Cli

@@ -41,6 +41,8 @@ int main(int argc, char* argv[])
     } else {
         app = std::make_unique<QCoreApplication>(argc, argv);
     }
+    // The viewer's name, so that both find the same application data folder.
+    QCoreApplication::setApplicationName(QStringLiteral("sorvik"));
     Sorvik::initResources();
     return commandLine.run(arguments);
 }

@@ -265,6 +265,43 @@ QVariantMap fromCompactJson(const QByteArray& json)
     return QJsonDocument::fromJson(json).object().toVariantMap();
 }
 
+bool splitCompactJson(const QString& json, std::vector<std::pair<QStringView, QStringView>>& pairs)
+{
+    pairs.clear();
+    const QChar* p = json.constData();
+    const QChar* const end = p + json.size();
+    auto readString = [&](QStringView& out) {
+        if (p == end || *p != QLatin1Char('"'))
+            return false;
+        const QChar* start = ++p;
+        while (p != end && *p != QLatin1Char('"')) {
+            if (*p == QLatin1Char('\\') || p->unicode() < 0x20)
+                return false;
+            ++p;
+        }
+        if (p == end)
+            return false;
+        out = QStringView(start, p - start);
+        ++p;
+        return true;
+    };
+    if (p == end || *p++ != QLatin1Char('{'))
+        return false;
+    if (p != end && *p == QLatin1Char('}'))
+        return p + 1 == end;
+    for (;;) {
+        QStringView key, value;
+        if (!readString(key) || p == end || *p++ != QLatin1Char(':') || !readString(value) || p == end)
+            return false;
+        pairs.emplace_back(key, value);
+        const QChar c = *p++;
+        if (c == QLatin1Char('}'))
+            return p == end;
+        if (c != QLatin1Char(','))
+            return false;
+    }
+}
+
 QVariantMap fromCompactJson(const QString& json)
 {
     // Flat objects of strings without escapes (every ontology node's values) are cut out of the

@@ -104,6 +104,11 @@ void Builder::forEachNode(Visit visit)
     }
 }
 
+void Builder::visitNodes(const std::function<void(Node&)>& visit)
+{
+    forEachNode(visit);
+}
+
 void Builder::growTable()
 {
     std::vector<Slot> grown(table.empty() ? 2048 : table.size() * 2, Slot{0, 0});
@@ -277,6 +282,10 @@ void Builder::build()
     writer.insertNode(root);
     writer.insertChildren(root);
     writer.end(counted);
+}
+
+void Builder::writeExtras(QSqlDatabase&)
+{
 }
 
 void Builder::notifyBuildingStart()
@@ -581,6 +590,10 @@ void Builder::Writer::end(bool counted)
     if (!info.exec())
         throw StatementExecException();
     info.finish();
+    {
+        QSqlDatabase database = connection->getDatabase();
+        builder->writeExtras(database);
+    }
     insert.reset();
     insertMany.reset();
     if (!connection->getDatabase().commit())

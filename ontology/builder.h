@@ -18,6 +18,7 @@ class Connection;
 }
 } // namespace nu
 
+class QSqlDatabase;
 class QSqlQuery;
 
 namespace Zem {
@@ -75,6 +76,9 @@ public:
         explicit Node(const QString& id);
 
         QString getDataString() const;
+        // Whether some node holds it as a child: the root and ids that only sources of counts
+        // named are not linked.
+        bool isLinked() const { return parent != nullptr || manyParents; }
 
         QString id;
         NodeData data;
@@ -153,6 +157,8 @@ public:
     Node* getNode(QStringView id);
     Node* findNode(QStringView id) const;
     Node* getRoot() const { return root; }
+    // Calls visit on every node made so far, linked or not, in the order they were made.
+    void visitNodes(const std::function<void(Node&)>& visit);
     int getNodeNumber() const { return nodeNumber; }
     QString getFileName() const { return fileName; }
     bool isCounted() const { return counted; }
@@ -183,6 +189,9 @@ protected:
     void notifyCountingStart();
     void notifyNodesCounted(int n);
     void notifyNodesInserted(int n);
+    // Called as the file is written, before its last commit: a subclass adds tables or info rows
+    // of its own there, so they are in the file when it takes its name, and never without it.
+    virtual void writeExtras(QSqlDatabase& database);
 
     nu::ManualTimer timer{1000};
 

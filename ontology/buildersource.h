@@ -20,7 +20,7 @@ public:
     ~BuilderSource() override;
 
     void addSource(std::unique_ptr<Source> source);
-    void load();
+    virtual void load();
     // What the sources read and passed over, all together.
     BuildReport getReport() const;
 

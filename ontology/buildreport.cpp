@@ -18,7 +18,41 @@ QStringList BuildReport::getSummary() const
         summary << QStringLiteral("skipped %1 of %2 lines (first: %3)")
                        .arg(formatCount(linesSkipped), formatCount(linesRead), firstSkip);
     }
+    summary << getPlacementSummary();
     return summary;
+}
+
+QStringList BuildReport::getPlacementSummary() const
+{
+    // So many ids that the line still reads as one line.
+    constexpr int shown = 5;
+    QStringList summary;
+    if (mergedIds > 0) {
+        summary << QStringLiteral("%1 reads had %2 taxon ids that NCBI merged into others (counted under the new ids)")
+                       .arg(formatCount(mergedReads), formatCount(mergedIds));
+    }
+    if (!unknownIds.empty()) {
+        QStringList first;
+        for (size_t i = 0; i < unknownIds.size() && i < size_t(shown); ++i)
+            first << unknownIds[i].id;
+        if (unknownIds.size() > size_t(shown))
+            first << QStringLiteral("\u2026");
+        summary << QStringLiteral("%1 reads had %2 unknown taxon ids (first: %3)")
+                       .arg(formatCount(unknownReads), formatCount(qint64(unknownIds.size())),
+                            first.join(QStringLiteral(", ")));
+    }
+    return summary;
+}
+
+QString BuildReport::getUnknownIdList() const
+{
+    QString list;
+    for (const UnknownId& unknown : unknownIds) {
+        list += QStringLiteral("%1\t%2 reads%3\n")
+                    .arg(unknown.id, formatCount(unknown.reads),
+                         unknown.deleted ? QStringLiteral("\tdeleted by NCBI") : QString());
+    }
+    return list;
 }
 
 QString BuildReport::formatCount(qint64 count)

@@ -11,8 +11,8 @@
 namespace Zem {
 namespace Ontology {
 
-// The values of a builder node: a few texts under text keys, kept sorted by key. Up to three
-// live inside the node itself (a counted taxon has "scientific name", "count" and
+// The values of a builder node: a few texts under text keys, kept sorted by key. Up to four
+// live inside the node itself (a counted taxon has "scientific name", "rank", "count" and
 // "accumCount"), so millions of nodes cost no allocation for their value maps.
 class NodeData
 {
@@ -41,7 +41,7 @@ public:
     QString toJson() const;
 
 private:
-    static constexpr int inlineCapacity = 3;
+    static constexpr int inlineCapacity = 4;
 
     const Entry* entries() const { return spill ? spill->data() : local; }
     Entry* entries() { return spill ? spill->data() : local; }

@@ -55,14 +55,22 @@ Reader::Node Reader::readNode(bool withData)
     Node node;
     node.id = query->value(0).toString();
     node.count = query->value(1).toInt();
-    if (withData)
+    if (withData && keepText)
+        node.text = query->value(2).toString();
+    else if (withData)
         node.data = nu::fromCompactJson(query->value(2).toString());
     node.row = currentRow++;
     return node;
 }
 
+void Reader::closeNode(const QString& id, const QVariantMap& data, const QString&)
+{
+    closeNode(id, data);
+}
+
 void Reader::read()
 {
+    keepText = shouldKeepDataText();
     const Node node = readNode();
     while (currentRow < childrenStart)
         readNode(false);
@@ -103,7 +111,7 @@ void Reader::read(const Node& top)
         } else {
             const Node node = std::move(frame.node);
             stack.pop_back();
-            closeNode(node.id, node.data);
+            closeNode(node.id, node.data, node.text);
         }
     }
 }

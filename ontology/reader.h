@@ -72,6 +72,8 @@ public:
     {
         QString id;
         QVariantMap data;
+        // The values as the file holds them (JSON), for readers that keep the text.
+        QString text;
         int count = 0;
         int row = 0;
     };
@@ -84,6 +86,9 @@ public:
 
     virtual void openNode(const QString& id, const QVariantMap& data, const Position& position) = 0;
     virtual void closeNode(const QString& id, const QVariantMap& data) = 0;
+    // The same with the values' text, for readers that keep it (data is then empty); by default
+    // the call above.
+    virtual void closeNode(const QString& id, const QVariantMap& data, const QString& text);
 
 protected:
     ~Reader();
@@ -91,6 +96,9 @@ protected:
     // A consumer that has no use for a node's subtree answers false, and its children come with
     // empty data (their own children are asked about in turn).
     virtual bool shouldReadChildData() const { return true; }
+    // Whether nodes come with their values as the file's text rather than parsed: a consumer
+    // that copies millions of nodes' values parses them faster itself.
+    virtual bool shouldKeepDataText() const { return false; }
     Node readNode(bool withData = true);
     void read(const Node& node);
 
@@ -99,6 +107,7 @@ private:
     std::unique_ptr<QSqlQuery> query;
     int currentRow = 0;
     int childrenStart = 1;
+    bool keepText = false;
 };
 
 } // namespace Ontology

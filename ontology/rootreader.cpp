@@ -13,5 +13,17 @@ Reader::Node RootReader::read(const Ontology& ontology)
     return reader.readNode();
 }
 
+std::vector<Reader::Node> RootReader::readChildren(const Ontology& ontology)
+{
+    std::vector<Node> children;
+    if (ontology.getNodeNumber() < 1)
+        return children;
+    RootReader reader(ontology);
+    const Node root = reader.readNode(false);
+    for (int i = 0; i < root.count; ++i)
+        children.push_back(reader.readNode());
+    return children;
+}
+
 } // namespace Ontology
 } // namespace Zem

@@ -2,6 +2,8 @@
 
 #include "ontology/reader.h"
 
+#include <vector>
+
 namespace Zem {
 namespace Ontology {
 
@@ -11,6 +13,8 @@ class RootReader : public Reader
 public:
     // The root, or an empty node (no id) when the file holds no nodes. Throws what Reader throws.
     static Node read(const Ontology& ontology);
+    // The root's children with their values, in their order; none when the file holds no nodes.
+    static std::vector<Node> readChildren(const Ontology& ontology);
 
     void openNode(const QString&, const QVariantMap&, const Position&) override {}
     void closeNode(const QString&, const QVariantMap&) override {}

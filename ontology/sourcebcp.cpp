@@ -12,6 +12,32 @@
 namespace Zem {
 namespace Ontology {
 
+namespace {
+
+// One copy of each distinct text, found by its hash without making a string first. A column
+// that turns out to hold many values stops being collected and is copied row by row.
+class SharedTexts
+{
+public:
+    QString get(QStringView text)
+    {
+        const uint hash = qHash(text);
+        const auto found = texts.constFind(hash);
+        if (found != texts.constEnd() && QStringView(found.value()) == text)
+            return found.value();
+        QString copy = text.toString();
+        if (found == texts.constEnd() && texts.size() < limit)
+            texts.insert(hash, copy);
+        return copy;
+    }
+
+private:
+    static constexpr int limit = 4096;
+    QHash<uint, QString> texts;
+};
+
+} // namespace
+
 const QString SourceBcp::parentKey = QStringLiteral("parent-id");
 
 SourceBcp::SourceBcp(const QString& name)
@@ -46,16 +72,20 @@ void SourceBcp::read(BuilderSource& builder)
     {
         int index;
         bool parent;
+        bool shared;
         QString key;
     };
     std::vector<Column> mapped;
     for (auto it = columns.constBegin(); it != columns.constEnd(); ++it)
-        mapped.push_back({it.key(), it.value() == parentKey, it.value()});
+        mapped.push_back({it.key(), it.value() == parentKey, sharedValueColumns.contains(it.key()), it.value()});
+    SharedTexts shared;
 
     int row = 0;
     while (rows.next()) {
         builder.checkCancelled(++row);
         builder.notifySourceCurrentPos(file.getSourcePosition());
+        if (filterColumn >= 0 && !rows.getRef(filterColumn).startsWith(filterPrefix))
+            continue;
         if (!everyRow && !rowFilter.match(rows.getLineRef()).hasMatch())
             continue;
         const QStringView id(rows.getRef(idColumn));
@@ -66,6 +96,8 @@ void SourceBcp::read(BuilderSource& builder)
         for (const Column& column : mapped) {
             if (column.parent)
                 builder.addChild(builder.getNode(QStringView(rows.getRef(column.index))), node);
+            else if (column.shared)
+                node->data.insert(column.key, shared.get(QStringView(rows.getRef(column.index))));
             else
                 node->data.insert(column.key, rows.get(column.index));
         }

@@ -1,6 +1,8 @@
 #include "ontology/sourceontology.h"
 
+#include "nu/compactjson.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 
 namespace Zem {
@@ -19,17 +21,46 @@ void SourceOntology::Reader::openNode(const QString& id, const QVariantMap&, con
     stack.push(node);
 }
 
-void SourceOntology::Reader::closeNode(const QString&, const QVariantMap& data)
+void SourceOntology::Reader::closeNode(const QString& id, const QVariantMap& data)
 {
-    Builder::Node* node = stack.pop();
-    for (auto it = data.constBegin(); it != data.constEnd(); ++it) {
-        auto key = keys.constFind(it.key());
-        if (key == keys.constEnd())
-            key = keys.insert(it.key(), it.key());
-        node->data.insert(key.value(), it.value().toString());
+    closeNode(id, data, QString());
+}
+
+void SourceOntology::Reader::closeNode(const QString&, const QVariantMap& data, const QString& text)
+{
+    Builder::Node* node = stack.top();
+    // The values are taken from the file's text directly; what the quick way cannot read (an
+    // escape, a number) goes the general way.
+    if (!text.isEmpty() && nu::splitCompactJson(text, pairs)) {
+        for (const auto& pair : pairs)
+            addValue(node, pair.first, pair.second);
+    } else {
+        const QVariantMap values = text.isEmpty() ? data : nu::fromCompactJson(text);
+        for (auto it = values.constBegin(); it != values.constEnd(); ++it)
+            addValue(node, it.key(), it.value().toString());
     }
+    stack.pop();
     builder.notifySourceCurrentPos(++closed);
     builder.checkCancelled(closed);
+}
+
+void SourceOntology::Reader::addValue(Builder::Node* node, QStringView key, QStringView value)
+{
+    const QString shared = share(key, keys);
+    node->data.insert(shared, shared == NodeKey::rank ? share(value, ranks) : value.toString());
+}
+
+QString SourceOntology::Reader::share(QStringView text, std::vector<QString>& texts)
+{
+    for (const QString& known : texts) {
+        if (QStringView(known) == text)
+            return known;
+    }
+    // Only so many are kept, should a file hold keys or ranks of its own by the thousand.
+    QString copy = text.toString();
+    if (texts.size() < 256)
+        texts.push_back(copy);
+    return copy;
 }
 
 SourceOntology::SourceOntology(const QString& name)

@@ -4,8 +4,10 @@
 #include "ontology/reader.h"
 #include "ontology/source.h"
 
-#include <QHash>
 #include <QStack>
+
+#include <utility>
+#include <vector>
 
 namespace Zem {
 namespace Ontology {
@@ -23,14 +25,24 @@ public:
 
         void openNode(const QString& id, const QVariantMap& data, const Position& position) override;
         void closeNode(const QString& id, const QVariantMap& data) override;
+        void closeNode(const QString& id, const QVariantMap& data, const QString& text) override;
+
+    protected:
+        bool shouldKeepDataText() const override { return true; }
 
     private:
+        void addValue(Builder::Node* node, QStringView key, QStringView value);
+        // One shared copy of a key or a rank: millions of nodes carry the same few keys, and
+        // a few dozen ranks.
+        static QString share(QStringView text, std::vector<QString>& texts);
+
         // The open nodes, from the root down.
         QStack<Builder::Node*> stack;
         BuilderSource& builder;
         int closed = 0;
-        // One shared copy of each value key (millions of nodes carry the same few keys).
-        QHash<QString, QString> keys;
+        std::vector<QString> keys;
+        std::vector<QString> ranks;
+        std::vector<std::pair<QStringView, QStringView>> pairs;
     };
 
     explicit SourceOntology(const QString& fileName = QString());

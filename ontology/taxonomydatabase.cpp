@@ -109,9 +109,15 @@ std::vector<std::unique_ptr<Ontology::Source>> TaxonomyDatabase::getSources() co
         return source;
     };
     std::vector<std::unique_ptr<Ontology::Source>> sources;
-    sources.push_back(makeSource(nodesFileName, Ontology::SourceBcp::parentKey));
+    auto nodes = makeSource(nodesFileName, Ontology::SourceBcp::parentKey);
+    // The rank as written: NCBI renames ranks now and then ("superkingdom" became "domain").
+    nodes->columns.insert(2, Ontology::NodeKey::rank);
+    nodes->sharedValueColumns.insert(2);
+    sources.push_back(std::move(nodes));
     auto names = makeSource(namesFileName, Ontology::NodeKey::scientificName);
-    names->rowFilter.setPattern(QStringLiteral("^([^\t]*\t\\|\t){3}scientific name"));
+    // Only the scientific name, never a synonym or a common name: the fourth field is the class.
+    names->filterColumn = 3;
+    names->filterPrefix = QStringLiteral("scientific name");
     sources.push_back(std::move(names));
     return sources;
 }

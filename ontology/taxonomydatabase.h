@@ -16,7 +16,9 @@ namespace Ncbi {
 
 // The NCBI taxonomy dump archive (taxdmp.zip): unpacked into a temporary folder, which is
 // removed again with this object, it gives the two sources that build the taxonomy: nodes.dmp
-// links every taxon under its parent, names.dmp gives it its scientific name.
+// links every taxon under its parent and gives its rank, names.dmp gives it its scientific name.
+// The ids NCBI merged or deleted (merged.dmp, delnodes.dmp) are read from the same folder by
+// TaxonomyChanges.
 class TaxonomyDatabase
 {
 public:

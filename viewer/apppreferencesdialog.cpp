@@ -1,13 +1,19 @@
 #include "viewer/apppreferencesdialog.h"
 
+#include "ontology/taxonomycache.h"
+#include "viewer/settings.h"
+
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -42,8 +48,54 @@ AppPreferencesDialog::AppPreferencesDialog(const QString& path, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(note);
+    layout->addWidget(createTaxonomyGroup());
     layout->addWidget(buttons);
     setMinimumWidth(480);
+}
+
+QWidget* AppPreferencesDialog::createTaxonomyGroup()
+{
+    auto* group = new QGroupBox(tr("NCBI taxonomy"), this);
+    taxonomyLabel = new QLabel(group);
+    taxonomyLabel->setObjectName(QStringLiteral("taxonomyLabel"));
+    taxonomyLabel->setWordWrap(true);
+    taxonomyLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* update = new QPushButton(tr("Update taxonomy now"), group);
+    update->setObjectName(QStringLiteral("updateTaxonomy"));
+    update->setToolTip(tr("Downloads the current NCBI taxonomy; the one in use stays until the new one is complete."));
+    connect(update, &QPushButton::clicked, this, &AppPreferencesDialog::signalUpdateTaxonomy);
+    connect(pathEdit, &QLineEdit::textChanged, this, &AppPreferencesDialog::slotRefreshTaxonomy);
+    auto* layout = new QVBoxLayout(group);
+    layout->addWidget(taxonomyLabel);
+    layout->addWidget(update, 0, Qt::AlignLeft);
+    slotRefreshTaxonomy();
+    return group;
+}
+
+QString AppPreferencesDialog::getTaxonomyFile() const
+{
+    return QDir(getPath()).absoluteFilePath(App::Settings::taxonomyFileName);
+}
+
+QString AppPreferencesDialog::getTaxonomyText() const
+{
+    return taxonomyLabel->text();
+}
+
+void AppPreferencesDialog::slotRefreshTaxonomy()
+{
+    const Zem::Ncbi::TaxonomyCache cache(getTaxonomyFile());
+    if (!cache.isUsable()) {
+        taxonomyLabel->setText(tr("Not downloaded yet: it is downloaded with the first chart of NCBI taxon ids."));
+        return;
+    }
+    QString text = tr("Made on %1").arg(QLocale().toString(cache.getCreated().toLocalTime().date(), QLocale::LongFormat));
+    if (!cache.getOrigin().isEmpty())
+        text += tr(" from %1").arg(cache.getOrigin());
+    text += QLatin1Char('.');
+    if (cache.isOld())
+        text += tr(" It is %1 days old: NCBI has merged and deleted many taxa since.").arg(cache.getAgeDays());
+    taxonomyLabel->setText(text);
 }
 
 QString AppPreferencesDialog::getPath() const

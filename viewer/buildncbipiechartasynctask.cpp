@@ -2,9 +2,14 @@
 
 #include "nu/filedownloader.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/sourceontology.h"
+#include "ontology/taxonomybuilder.h"
+#include "ontology/taxonomycache.h"
+#include "ontology/taxonomychanges.h"
 #include "ontology/taxonomydatabase.h"
+#include "ontology/taxonplacement.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -26,6 +31,11 @@ const char* BuildNcbiPiechartAsyncTask::DownloadFailedException::what() const no
     return "the NCBI taxonomy could not be downloaded";
 }
 
+const char* BuildNcbiPiechartAsyncTask::EmptyChartException::what() const noexcept
+{
+    return "no counted taxa in the input";
+}
+
 QUrl BuildNcbiPiechartAsyncTask::getDefaultDownloadUrl()
 {
     const QString address = qEnvironmentVariable("SORVIK_TAXDUMP_URL");
@@ -40,15 +50,11 @@ BuildNcbiPiechartAsyncTask::BuildNcbiPiechartAsyncTask(QObject* parent)
 
 BuildNcbiPiechartAsyncTask::~BuildNcbiPiechartAsyncTask()
 {
+    // Nothing is deleted here: the builders write under temporary names and remove those
+    // themselves, so the chart and the taxonomy are either complete or as they were before.
     if (isRunning()) {
         slotSetCancelled();
         wait();
-    }
-    // Nothing half-made survives: neither the chart nor a taxonomy this run was to provide.
-    if (getState() != Running) {
-        QFile::remove(targetFile);
-        if (downloaded)
-            QFile::remove(ncbiOntologyFile);
     }
 }
 
@@ -76,6 +82,27 @@ void BuildNcbiPiechartAsyncTask::setWriterCommitSize(int size)
 void BuildNcbiPiechartAsyncTask::setDownloadUrl(const QUrl& url)
 {
     downloadUrl = url;
+}
+
+void BuildNcbiPiechartAsyncTask::setTaxonomyOnly(bool only)
+{
+    taxonomyOnly = only;
+}
+
+void BuildNcbiPiechartAsyncTask::setTaxonomyArchive(const QString& fileName)
+{
+    taxonomyArchive = fileName;
+}
+
+void BuildNcbiPiechartAsyncTask::setKeepEmptyChart(bool keep)
+{
+    keepEmptyChart = keep;
+}
+
+Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getPlacementReport() const
+{
+    QMutexLocker lock(&detailMutex);
+    return placementReport;
 }
 
 void BuildNcbiPiechartAsyncTask::setDownloadStallTimeout(int milliseconds)
@@ -111,21 +138,24 @@ bool BuildNcbiPiechartAsyncTask::shouldContinue() const
 
 bool BuildNcbiPiechartAsyncTask::isCachedTaxonomyUsable() const
 {
-    // A cache damaged by a crash is rebuilt rather than failing every later chart.
-    if (!QFileInfo(ncbiOntologyFile).isFile())
-        return false;
-    try {
-        return Zem::Ontology::Ontology(ncbiOntologyFile).getNodeNumber() > 0;
-    } catch (const Zem::Ontology::Ontology::Exception&) {
-        return false;
-    }
+    // A damaged cache is made anew rather than failing every later chart.
+    return Zem::Ncbi::TaxonomyCache(ncbiOntologyFile).isUsable();
 }
 
 void BuildNcbiPiechartAsyncTask::run()
 {
     step = 0;
     try {
-        if (isCachedTaxonomyUsable()) {
+        if (taxonomyOnly) {
+            setProgressMax(0, taxonomyArchive.isEmpty() ? 4 : 3);
+            if (taxonomyArchive.isEmpty())
+                runDownloadStep();
+            runNcbiOntologyStep();
+            if (shouldContinue()) {
+                setProgressMessage(0, tr("Taxonomy updated"));
+                setProgressFinished(0);
+            }
+        } else if (isCachedTaxonomyUsable()) {
             setProgressMax(0, 4);
             runPiechartStep();
         } else {
@@ -223,22 +253,26 @@ void BuildNcbiPiechartAsyncTask::runNcbiOntologyStep()
 {
     if (!shouldContinue())
         return;
-    QString archive;
-    {
+    QString archive = taxonomyArchive;
+    QString origin = QFileInfo(taxonomyArchive).absoluteFilePath();
+    if (archive.isEmpty()) {
         QMutexLocker lock(&downloaderMutex);
         archive = downloader ? downloader->getFilename() : QString();
+        origin = downloadUrl.toString(QUrl::RemoveUserInfo);
     }
     Zem::Ncbi::TaxonomyDatabase database(archive);
     database.open();
-    BuilderSource builder(ncbiOntologyFile);
-    for (auto& dumpSource : database.getSources())
-        builder.addSource(std::move(dumpSource));
+    Zem::Ncbi::TaxonomyBuilder builder(ncbiOntologyFile);
+    builder.addDump(database, origin);
     prepareBuilder(builder);
     setProgressMessage(0, tr("Building ontology..."));
     if (shouldContinue())
         builder.load();
-    if (shouldContinue())
+    // The cache takes its name only once complete: until then, the old one stays in use.
+    if (shouldContinue()) {
         builder.build();
+        imported = true;
+    }
 }
 
 void BuildNcbiPiechartAsyncTask::runPiechartStep()
@@ -253,13 +287,29 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     if (shouldContinue())
         builder.load();
     if (shouldContinue())
+        placeTaxa(builder);
+    if (shouldContinue())
         builder.count(true);
+    if (shouldContinue() && !keepEmptyChart
+        && builder.getRoot()->data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong() <= 0)
+        throw EmptyChartException();
     if (shouldContinue())
         builder.build();
     if (shouldContinue()) {
         setProgressMessage(0, tr("Piechart builded"));
         setProgressFinished(0);
     }
+}
+
+void BuildNcbiPiechartAsyncTask::placeTaxa(BuilderSource& builder)
+{
+    using Zem::Ncbi::TaxonomyChanges;
+    Zem::Ncbi::TaxonPlacement placement(builder);
+    const QStringList unplaced = placement.getUnplacedIds();
+    Zem::Ontology::BuildReport report;
+    placement.place(unplaced.isEmpty() ? TaxonomyChanges() : TaxonomyChanges::read(ncbiOntologyFile, unplaced), report);
+    QMutexLocker lock(&detailMutex);
+    placementReport = report;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSourceReadingStart(int, const QString& description)

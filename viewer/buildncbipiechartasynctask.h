@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/asynctask.h"
+#include "ontology/buildreport.h"
 
 #include <QMutex>
 #include <QString>
@@ -27,13 +28,24 @@ namespace Viewer {
 // Turns a taxon-id list or MG-Taxa file into a counted chart file on its own thread. The NCBI
 // taxonomy is kept between runs as an uncounted ontology file: when it is missing (or damaged),
 // the dump archive is downloaded and imported first. Then the taxonomy and the input are merged,
-// counted with trimming and written to the target. A cancelled or failed run deletes the target,
-// and the taxonomy too when this run downloaded it.
+// every read the tree does not place is placed (merged ids under their new ids, the rest under
+// "unknown"), and the whole is counted with trimming and written to the target. Both files are
+// written under a temporary name and take their own only when complete, so a cancelled or failed
+// run leaves the earlier chart and cache as they were and deletes nothing.
+//
+// With setTaxonomyOnly, a run only makes the taxonomy anew (downloaded, or from an archive the
+// user has), and swaps it in for the old one once it is complete: the taxonomy update.
 class BuildNcbiPiechartAsyncTask : public nu::AsyncTask
 {
     Q_OBJECT
 public:
     class DownloadFailedException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+    // The input holds no reads at all, and an empty chart was not wanted.
+    class EmptyChartException : public std::exception
     {
     public:
         const char* what() const noexcept override;
@@ -56,6 +68,14 @@ public:
     void setSource(std::unique_ptr<Zem::Ontology::Source> input);
     void setWriterCommitSize(int size);
     void setDownloadUrl(const QUrl& url);
+    QUrl getDownloadUrl() const { return downloadUrl; }
+    // Makes the taxonomy anew, whether there is one or not, and nothing else.
+    void setTaxonomyOnly(bool only);
+    // The dump archive to import instead of downloading one.
+    void setTaxonomyArchive(const QString& fileName);
+    // Whether a chart that counts nothing is written (the default) or the run fails before the
+    // target is touched, so that an earlier chart there stays.
+    void setKeepEmptyChart(bool keep);
     // Milliseconds without data after which the download fails; 0 waits for ever.
     void setDownloadStallTimeout(int milliseconds);
 
@@ -63,6 +83,10 @@ public:
     QString getErrorDetail() const;
     // Whether this run downloaded the taxonomy.
     bool hasDownloaded() const { return downloaded; }
+    // Whether this run made the taxonomy anew.
+    bool hasImported() const { return imported; }
+    // What the chart step placed where the tree did not (merged and unknown ids).
+    Zem::Ontology::BuildReport getPlacementReport() const;
 
 public slots:
     void slotSetCancelled() override;
@@ -88,6 +112,8 @@ private:
     void runDownloadStep();
     void runNcbiOntologyStep();
     void runPiechartStep();
+    // Places the reads the taxonomy's tree does not: the task's own share of the chart step.
+    void placeTaxa(Zem::Ontology::BuilderSource& builder);
     void setErrorDetail(const QString& detail);
 
     QString ncbiOntologyFile;
@@ -101,6 +127,11 @@ private:
     QUrl downloadUrl;
     int stallTimeout = defaultDownloadStallTimeout;
     std::atomic<bool> downloaded{false};
+    std::atomic<bool> imported{false};
+    bool taxonomyOnly = false;
+    bool keepEmptyChart = true;
+    QString taxonomyArchive;
+    Zem::Ontology::BuildReport placementReport;
     // File positions beyond the range of an int are shown scaled down by this many bits.
     int positionShift = 0;
     mutable QMutex detailMutex;

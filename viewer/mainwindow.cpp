@@ -9,8 +9,11 @@
 #include "ontology/source.h"
 #include "viewer/aboutdialog.h"
 #include "viewer/apppreferencesdialog.h"
+#include "ontology/buildreport.h"
+#include "ontology/taxonomycache.h"
 #include "viewer/browser.h"
 #include "viewer/buildncbipiechartasynctask.h"
+#include "viewer/buildreportdialog.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
 #include "viewer/palette.h"
@@ -261,7 +264,7 @@ void MainWindow::slotFileNew()
     NewPiechartWizard wizard(this);
     if (prompter->exec(wizard) != QDialog::Accepted)
         return;
-    // A cancelled build still ending would delete the working file under the new chart.
+    // A cancelled build still ending must not write the working file under the new chart.
     finishLingeringTasks();
     const App::Settings settings;
     // The data folder may have gone since it was chosen; a failure to make it shows when the
@@ -310,6 +313,7 @@ void MainWindow::startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source)
     lingering.emplace_back(task);
     task->start(QThread::InheritPriority);
     prompter->exec(dialog);
+    showBuildReport();
 }
 
 void MainWindow::slotBuildNcbiPiechartFinished()
@@ -325,6 +329,8 @@ void MainWindow::slotBuildNcbiPiechartFinished()
         if (!firstTimeGenerate()) {
             message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
             setClosed();
+        } else {
+            keepBuildReport(*finished);
         }
         break;
     case nu::AsyncTask::Failed:
@@ -579,8 +585,66 @@ void MainWindow::slotAppPreferences()
 {
     App::Settings settings;
     AppPreferencesDialog dialog(settings.getPath(), this);
+    connect(&dialog, &AppPreferencesDialog::signalUpdateTaxonomy, this, [this, &dialog] {
+        updateTaxonomy(dialog.getTaxonomyFile());
+        dialog.slotRefreshTaxonomy();
+    });
     if (prompter->exec(dialog) == QDialog::Accepted)
         settings.setPath(dialog.getPath());
+}
+
+void MainWindow::updateTaxonomy(const QString& taxonomyFile)
+{
+    BuildNcbiPiechartAsyncTask update;
+    update.setTaxonomyOnly(true);
+    update.setNcbiOntologyFile(taxonomyFile);
+
+    QDialog dialog(this);
+    dialog.setWindowTitle(tr("Updating taxonomy"));
+    dialog.setModal(true);
+    dialog.setMinimumWidth(460);
+    auto* progress = new nu::MultiProgressWidget(&dialog);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(progress);
+    layout->addStretch();
+    layout->addWidget(buttons);
+    connect(&dialog, &QDialog::rejected, &update, &BuildNcbiPiechartAsyncTask::slotSetCancelled);
+    connect(&update, &nu::AsyncTask::progressChanged, progress, &nu::MultiProgressWidget::slotProgressChanged);
+    connect(&update, &QThread::finished, &dialog, &QDialog::accept);
+    update.start(QThread::InheritPriority);
+    prompter->exec(dialog);
+    // A cancelled update ends at its next check; the old cache is then as it was.
+    update.wait();
+    if (update.getState() == nu::AsyncTask::Failed) {
+        const QString detail = update.getErrorDetail();
+        message(QMessageBox::Critical, tr("Problem updating taxonomy"),
+                update.getErrorMessage() + (detail.isEmpty() ? QString() : QStringLiteral(": ") + detail));
+    }
+}
+
+void MainWindow::keepBuildReport(const BuildNcbiPiechartAsyncTask& finished)
+{
+    const Zem::Ontology::BuildReport report = finished.getPlacementReport();
+    builtReport = report.getSummary().isEmpty() ? nullptr : std::make_unique<Zem::Ontology::BuildReport>(report);
+    const Zem::Ncbi::TaxonomyCache cache(finished.getNcbiOntologyFile());
+    taxonomyHint = cache.isOld() ? tr("The NCBI taxonomy is %1 days old: File > Preferences > Update taxonomy now "
+                                      "fetches the current one.")
+                                       .arg(cache.getAgeDays())
+                                 : QString();
+}
+
+void MainWindow::showBuildReport()
+{
+    if (!taxonomyHint.isEmpty())
+        statusBar()->showMessage(taxonomyHint);
+    taxonomyHint.clear();
+    if (!builtReport)
+        return;
+    const std::unique_ptr<Zem::Ontology::BuildReport> report = std::move(builtReport);
+    BuildReportDialog dialog(*report, this);
+    prompter->exec(dialog);
 }
 
 void MainWindow::slotViewPreferences()
@@ -690,7 +754,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::finishLingeringTasks()
 {
     for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
-        // Its destructor waits for its thread and deletes what a failed run left.
+        // Its destructor waits for its thread.
         if (lingeringTask && lingeringTask != task)
             delete lingeringTask.data();
     }

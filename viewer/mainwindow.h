@@ -24,8 +24,9 @@ class Prompter;
 
 namespace Zem {
 namespace Ontology {
+class BuildReport;
 class Source;
-}
+} // namespace Ontology
 } // namespace Zem
 
 namespace Sorvik {
@@ -148,10 +149,16 @@ private:
     void forgetTree();
     // Copies the working chart to a file the user keeps, completely or not at all.
     bool saveCopy(const QString& target);
-    // Waits for build tasks still ending after a cancellation, which delete the working file
-    // when they go.
+    // Waits for build tasks still ending after a cancellation, so that none can still write
+    // the working file.
     void finishLingeringTasks();
     QMessageBox::StandardButton message(QMessageBox::Icon icon, const QString& title, const QString& text);
+    // Keeps what a finished build placed outside the taxonomy, and whether its taxonomy is old,
+    // to be said once its progress dialog has closed.
+    void keepBuildReport(const BuildNcbiPiechartAsyncTask& finished);
+    void showBuildReport();
+    // Makes the taxonomy cache anew behind a progress dialog; the old one stays until then.
+    void updateTaxonomy(const QString& taxonomyFile);
 
     std::shared_ptr<nu::Prompter> prompter;
     nu::AppFileHandler fileHandler;
@@ -162,6 +169,8 @@ private:
     QDockWidget* dock = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
+    std::unique_ptr<Zem::Ontology::BuildReport> builtReport;
+    QString taxonomyHint;
     int maxLevels = App::Settings::firstViewMaxLevels;
     double minPercentage = App::Settings::firstViewMinPercentage;
     std::shared_ptr<const ChartTree> tree;

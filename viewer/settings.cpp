@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSettings>
+#include <QStandardPaths>
 
 namespace Sorvik {
 namespace App {
@@ -63,6 +64,17 @@ bool Settings::isShowingRawNames() const
 void Settings::setShowingRawNames(bool on)
 {
     store().setValue(QStringLiteral("chart/raw-names"), on);
+}
+
+QString Settings::getDataFolder() const
+{
+    const QString path = getPath();
+    return path.isEmpty() ? getDefaultDataFolder() : QDir(path).absolutePath();
+}
+
+QString Settings::getDefaultDataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
 QString Settings::getLastFolder(const QString& purpose) const

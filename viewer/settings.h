@@ -19,8 +19,16 @@ public:
 
     QString getPath() const;
     void setPath(const QString& path);
+    // The viewer's data folder: "path" (the current folder when it is unset).
     QDir getPathDir() const;
+    // The viewer's taxonomy cache, in getPathDir().
     QString getTaxonomyFile() const;
+    // sorvik-cli's data folder: "path", or when it is unset the platform's application data
+    // folder, so that runs in different folders share one taxonomy. Empty when the platform
+    // has no such folder (no home folder).
+    QString getDataFolder() const;
+    // The application data folder that getDataFolder() falls back on.
+    static QString getDefaultDataFolder();
 
     // How charts are drawn: the palette's name, whether single-child chains are drawn as one
     // slice, and whether names are shown as stored (rank prefixes and underscores).

@@ -1,9 +1,11 @@
 // Writes a synthetic NCBI taxonomy dump of full size in the real format: nodes.dmp and
 // names.dmp (sorted by taxon id, sparse ids, parents often larger than their children,
 // heavy-tailed fan-out, depth up to 40, several name classes with exactly one scientific name per
-// taxon), zipped as taxdmp.zip.
+// taxon), merged.dmp and delnodes.dmp (retired ids, none of them a taxon's id; merged ones point
+// at taxa), zipped as taxdmp.zip.
 //
-//   sorvik-bench-taxdump OUTDIR [TAXA [NAMES [SEED]]]     (defaults 2700000, 5000000, 1)
+//   sorvik-bench-taxdump OUTDIR [TAXA [NAMES [SEED [MERGED [DELETED]]]]]
+//                                         (defaults 2700000, 5000000, 1, 80000, 500000)
 
 #include <QCoreApplication>
 #include <QDir>
@@ -71,7 +73,10 @@ int main(int argc, char* argv[])
     QDir().mkpath(out.absolutePath());
     const int taxa = args.size() > 2 ? args.at(2).toInt() : 2700000;
     const long long namesWanted = args.size() > 3 ? args.at(3).toLongLong() : 5000000;
-    std::mt19937_64 random(args.size() > 4 ? args.at(4).toULongLong() : 1);
+    const unsigned long long seed = args.size() > 4 ? args.at(4).toULongLong() : 1;
+    const int mergedWanted = args.size() > 5 ? args.at(5).toInt() : 80000;
+    const int deletedWanted = args.size() > 6 ? args.at(6).toInt() : 500000;
+    std::mt19937_64 random(seed);
 
     // The tree, built node by node in creation order: preferential attachment gives a few
     // parents with very many children, uniform picks spread the rest, and now and then a
@@ -112,14 +117,21 @@ int main(int argc, char* argv[])
     // Sparse ids, dealt out at random so parents are as often larger as smaller than children.
     std::vector<int> ids(taxa);
     ids[0] = 1;
+    // The numbers the gaps leave out: retired ids are taken from them.
+    std::vector<int> unused;
     {
         std::vector<int> pool(taxa - 1);
         int id = 1;
         std::geometric_distribution<int> gap(0.8);
         for (int& value : pool) {
-            id += 1 + gap(random);
+            const int skip = gap(random);
+            for (int k = 1; k <= skip; ++k)
+                unused.push_back(id + k);
+            id += 1 + skip;
             value = id;
         }
+        for (int extra = 1; int(unused.size()) < mergedWanted + deletedWanted; ++extra)
+            unused.push_back(id + extra);
         std::shuffle(pool.begin(), pool.end(), random);
         std::copy(pool.begin(), pool.end(), ids.begin() + 1);
     }
@@ -166,9 +178,35 @@ int main(int argc, char* argv[])
         }
     }
 
+    // Retired ids, from a generator of their own so the tree stays that of the seed. Each file
+    // is sorted by id, as NCBI's are.
+    std::mt19937_64 retiring(seed + 1);
+    std::shuffle(unused.begin(), unused.end(), retiring);
+    std::vector<int> mergedIds(unused.begin(), unused.begin() + mergedWanted);
+    std::vector<int> deletedIds(unused.begin() + mergedWanted, unused.begin() + mergedWanted + deletedWanted);
+    std::vector<int>().swap(unused);
+    std::sort(mergedIds.begin(), mergedIds.end());
+    std::sort(deletedIds.begin(), deletedIds.end());
+    std::string merged;
+    std::string deleted;
+    merged.reserve(size_t(mergedWanted) * 20);
+    deleted.reserve(size_t(deletedWanted) * 12);
+    for (int old : mergedIds) {
+        const int target = ids[std::uniform_int_distribution<int>(1, taxa - 1)(retiring)];
+        std::snprintf(line, sizeof line, "%d\t|\t%d\t|\n", old, target);
+        merged += line;
+    }
+    for (int id : deletedIds) {
+        std::snprintf(line, sizeof line, "%d\t|\n", id);
+        deleted += line;
+    }
+
     const QString nodesFile = out.absoluteFilePath(QStringLiteral("nodes.dmp"));
     const QString namesFile = out.absoluteFilePath(QStringLiteral("names.dmp"));
-    if (!writeFile(nodesFile, nodes) || !writeFile(namesFile, names)) {
+    const QString mergedFile = out.absoluteFilePath(QStringLiteral("merged.dmp"));
+    const QString deletedFile = out.absoluteFilePath(QStringLiteral("delnodes.dmp"));
+    if (!writeFile(nodesFile, nodes) || !writeFile(namesFile, names) || !writeFile(mergedFile, merged)
+        || !writeFile(deletedFile, deleted)) {
         std::fprintf(stderr, "cannot write the dump files into %s\n", qPrintable(out.absolutePath()));
         return 1;
     }
@@ -176,13 +214,14 @@ int main(int argc, char* argv[])
     std::string().swap(names);
     const QString zip = out.absoluteFilePath(QStringLiteral("taxdmp.zip"));
     QFile::remove(zip);
-    if (!JlCompress::compressFiles(zip, {nodesFile, namesFile})) {
+    if (!JlCompress::compressFiles(zip, {nodesFile, namesFile, mergedFile, deletedFile})) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(zip));
         return 1;
     }
     int maxDepth = 0;
     for (unsigned char d : depth)
         maxDepth = std::max<int>(maxDepth, d);
-    std::printf("%s: %d taxa, %lld names rows, depth up to %d\n", qPrintable(zip), taxa, taxa + others, maxDepth);
+    std::printf("%s: %d taxa, %lld names rows, %d merged and %d deleted ids, depth up to %d\n", qPrintable(zip), taxa,
+                taxa + others, mergedWanted, deletedWanted, maxDepth);
     return 0;
 }

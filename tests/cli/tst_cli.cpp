@@ -19,7 +19,11 @@ private slots:
         QTest::addColumn<QString>("tree");
         QTest::addColumn<bool>("count");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("counted") << "1(2:5(3:2) 4:1)" << true << "nodes: 4\ncounted: true\nroot: 1\ntotal: 8\n";
+        QTest::newRow("counted") << "1(2:5(3:2) 4:1)" << true
+                                 << "nodes: 4\ncounted: true\nroot: 1\ntotal: 8\nunknown: 0\nunclassified: 0\n";
+        QTest::newRow("unknown and unclassified reads") << "1(2:5(3:2) unknown:3 unclassified:4)" << true
+                                                        << "nodes: 5\ncounted: true\nroot: 1\ntotal: 14\nunknown: 3\n"
+                                                           "unclassified: 4\n";
         QTest::newRow("uncounted") << "131567(2 2157)" << false << "nodes: 3\ncounted: false\nroot: 131567\ntotal: \n";
     }
 

@@ -98,7 +98,6 @@ private slots:
         QTest::newRow("report as taxids")
             << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
             << "does not look like a list of NCBI taxon ids";
-        QTest::newRow("ids unknown to the taxonomy") << QByteArray("424242\n") << ncbi << "no counted taxa in";
         QTest::newRow("download not found") << QByteArray("562\n") << "/nothing.zip"
                                             << "NCBI data couldn't be downloaded: ";
     }

@@ -16,7 +16,7 @@ qint64 chartTotal(const QString& file)
 {
     const CliResult info = runCli({QStringLiteral("info"), file});
     bool ok = false;
-    const qint64 total = info.out.section(QStringLiteral("total: "), 1).trimmed().toLongLong(&ok);
+    const qint64 total = info.out.section(QStringLiteral("total: "), 1).section(QLatin1Char('\n'), 0, 0).toLongLong(&ok);
     return info.exitCode == 0 && ok ? total : -1;
 }
 

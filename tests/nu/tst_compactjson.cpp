@@ -28,6 +28,38 @@ private slots:
         QCOMPARE(nu::toCompactJson(map), expected);
     }
 
+    // The quick way takes flat objects of plain strings and refuses all else, for the general way.
+    void splitsFlatObjectsOnly_data()
+    {
+        QTest::addColumn<QString>("json");
+        QTest::addColumn<QString>("pairs");
+        QTest::newRow("empty object") << "{}" << "";
+        QTest::newRow("flat, in order") << "{\"b\":\"2\",\"a\":\"x y\"}" << "b=2;a=x y;";
+        QTest::newRow("empty value") << "{\"a\":\"\"}" << "a=;";
+        QTest::newRow("escape") << "{\"a\":\"x\\\"y\"}" << "refused";
+        QTest::newRow("number") << "{\"a\":1}" << "refused";
+        QTest::newRow("nested") << "{\"a\":{\"b\":\"c\"}}" << "refused";
+        QTest::newRow("cut short") << "{\"a\":\"1\"" << "refused";
+        QTest::newRow("trailing") << "{\"a\":\"1\"}x" << "refused";
+        QTest::newRow("empty object, trailing") << "{}x" << "refused";
+        QTest::newRow("empty text") << "" << "refused";
+    }
+
+    void splitsFlatObjectsOnly()
+    {
+        QFETCH(QString, json);
+        QFETCH(QString, pairs);
+        std::vector<std::pair<QStringView, QStringView>> found;
+        QString text;
+        if (nu::splitCompactJson(json, found)) {
+            for (const auto& pair : found)
+                text += pair.first.toString() + QLatin1Char('=') + pair.second.toString() + QLatin1Char(';');
+        } else {
+            text = QStringLiteral("refused");
+        }
+        QCOMPARE(text, pairs);
+    }
+
     // Defined below the class: moc misreads the raw string literals in it.
     void readsWhatQtReads_data();
     void readsWhatQtReads()

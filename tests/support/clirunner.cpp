@@ -7,10 +7,13 @@
 namespace Sorvik {
 namespace Test {
 
-CliResult runCli(const QStringList& arguments, const QProcessEnvironment& environment, int timeout)
+CliResult runCli(const QStringList& arguments, const QProcessEnvironment& environment, int timeout,
+                 const QString& workingDirectory)
 {
     QProcess process;
     process.setProcessEnvironment(environment);
+    if (!workingDirectory.isEmpty())
+        process.setWorkingDirectory(workingDirectory);
     bool done = false;
     QObject::connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), [&done] { done = true; });
     process.start(QStringLiteral(SORVIK_CLI), arguments);

@@ -18,7 +18,7 @@ struct CliResult
 };
 
 CliResult runCli(const QStringList& arguments, const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
-                 int timeout = 120000);
+                 int timeout = 120000, const QString& workingDirectory = QString());
 
 } // namespace Test
 } // namespace Sorvik

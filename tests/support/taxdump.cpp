@@ -51,9 +51,22 @@ QByteArray smallNames()
         + dumpRow({"9606", "Homo sapiens", "", "scientific name"}) + dumpRow({"9606", "human", "", "genbank common name"});
 }
 
-bool writeSmallTaxdump(const QString& fileName)
+QByteArray smallMerged()
 {
-    return writeZip(fileName, {{QStringLiteral("nodes.dmp"), smallNodes()}, {QStringLiteral("names.dmp"), smallNames()}});
+    return dumpRow({"12", "562"});
+}
+
+QByteArray smallDeleted()
+{
+    return dumpRow({"99"});
+}
+
+bool writeSmallTaxdump(const QString& fileName, bool withRetired)
+{
+    QList<ZipEntry> entries{{QStringLiteral("nodes.dmp"), smallNodes()}, {QStringLiteral("names.dmp"), smallNames()}};
+    if (withRetired)
+        entries << ZipEntry{QStringLiteral("merged.dmp"), smallMerged()} << ZipEntry{QStringLiteral("delnodes.dmp"), smallDeleted()};
+    return writeZip(fileName, entries);
 }
 
 } // namespace Test

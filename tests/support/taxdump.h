@@ -25,8 +25,11 @@ bool writeZip(const QString& fileName, const QList<ZipEntry>& entries);
 // and Homo sapiens (9606), with a synonym and a common name that must not be used.
 QByteArray smallNodes();
 QByteArray smallNames();
-// The same as a taxdmp.zip.
-bool writeSmallTaxdump(const QString& fileName);
+// The small taxonomy's retired ids: 12 was merged into 562 (Escherichia coli), 99 deleted.
+QByteArray smallMerged();
+QByteArray smallDeleted();
+// The same as a taxdmp.zip, with the retired ids when asked for.
+bool writeSmallTaxdump(const QString& fileName, bool withRetired = false);
 
 } // namespace Test
 } // namespace Sorvik

@@ -1,6 +1,10 @@
 #include "ontology/buildersource.h"
+#include "ontology/inputformat.h"
 #include "ontology/ontology.h"
 #include "ontology/sourcefrequencies.h"
+#include "ontology/taxonomycache.h"
+#include "ontology/taxonomychanges.h"
+#include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
@@ -22,7 +26,46 @@ using namespace Sorvik::Test;
 namespace {
 
 const QString chartOfSmallTaxonomy = QStringLiteral(
-    "root:0(\"cellular organisms\":0(Bacteria:0(Escherichia:0(\"Escherichia coli\":2)) \"Homo sapiens\":1))");
+    "root:0(\"cellular organisms\":0(Bacteria:0(Escherichia:0(\"Escherichia coli\":2)) \"Homo sapiens\":1) "
+    "\"Unknown taxon ids\":1)");
+
+// The same reads in each format placed into the NCBI taxonomy: Escherichia coli twice, id 12
+// (merged into it) three times, id 99 (deleted) once, 4242 (never known) once, taxid 0 twice
+// and Homo sapiens once; ten reads in all.
+QByteArray readsIn(const QString& format)
+{
+    const QList<QPair<QByteArray, int>> reads{{"562", 2}, {"12", 3}, {"99", 1}, {"4242", 1}, {"0", 2}, {"9606", 1}};
+    QByteArray text;
+    int line = 0;
+    for (const auto& read : reads) {
+        const QByteArray n = QByteArray::number(read.second);
+        if (format == QLatin1String("taxid-counts"))
+            text += read.first + '\t' + n + '\n';
+        else if (format == QLatin1String("bracken"))
+            text += "Taxon " + read.first + '\t' + read.first + "\tS\t" + n + "\t0\t" + n + "\t0.1\n";
+        else if (format == QLatin1String("kaiju"))
+            text += "sample.fq\t10.0\t" + n + '\t' + (read.first == "0" ? QByteArray("NA\tunclassified") : read.first + "\tTaxon") + '\n';
+        else if (format == QLatin1String("centrifuge"))
+            text += "Taxon " + read.first + '\t' + read.first + "\tspecies\t5000\t" + n + '\t' + n + "\t0.1\n";
+        for (int i = 0; i < read.second; ++i) {
+            const QByteArray id = read.first;
+            const QByteArray name = "read" + QByteArray::number(++line);
+            if (format == QLatin1String("taxids"))
+                text += id + '\n';
+            else if (format == QLatin1String("mgtaxa"))
+                text += name + "\tx\t" + id + "\t0.9\n";
+            else if (format == QLatin1String("kraken-reads"))
+                text += QByteArray(id == "0" ? "U\t" : "C\t") + name + '\t' + id + "\t150\t" + id + ":116\n";
+        }
+    }
+    const QHash<QString, QByteArray> headers{
+        {QStringLiteral("mgtaxa"), "id\tlabel\ttaxid\tscore\n"},
+        {QStringLiteral("bracken"), "name\ttaxonomy_id\ttaxonomy_lvl\tkraken_assigned_reads\tadded_reads\tnew_est_reads\t"
+                                    "fraction_total_reads\n"},
+        {QStringLiteral("kaiju"), "file\tpercent\treads\ttaxon_id\ttaxon_name\n"},
+        {QStringLiteral("centrifuge"), "name\ttaxID\ttaxRank\tgenomeSize\tnumReads\tnumUniqueReads\tabundance\n"}};
+    return text.isEmpty() ? QByteArray() : headers.value(format) + text;
+}
 
 // Reads until it is cancelled, or gives up after a while and says so.
 class EndlessSource : public Zem::Ontology::Source
@@ -110,8 +153,14 @@ private slots:
             QVERIFY(file.open(QIODevice::ReadOnly));
             server.serve(urlPath, file.readAll());
         };
-        serveZip(QStringLiteral("/pub/taxonomy/taxdmp.zip"),
-                 {{QStringLiteral("nodes.dmp"), smallNodes()}, {QStringLiteral("names.dmp"), smallNames()}});
+        const QList<ZipEntry> small{{QStringLiteral("nodes.dmp"), smallNodes()},
+                                    {QStringLiteral("names.dmp"), smallNames()},
+                                    {QStringLiteral("merged.dmp"), smallMerged()},
+                                    {QStringLiteral("delnodes.dmp"), smallDeleted()}};
+        serveZip(QStringLiteral("/pub/taxonomy/taxdmp.zip"), small);
+        QVERIFY(writeZip(top.filePath(QStringLiteral("archive.zip")), small));
+        const QByteArray whole = fileContents(top.filePath(QStringLiteral("archive.zip")));
+        server.serve(QStringLiteral("/cut.zip"), whole.left(whole.size() / 2));
         // 20 000 taxa in a binary tree, enough for every cancellation check to come round.
         QByteArray nodes = dumpRow({"1", "1", "no rank"});
         QByteArray names;
@@ -159,9 +208,16 @@ private slots:
         QVERIFY(task->hasDownloaded());
         QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
         QVERIFY(Zem::Ontology::Ontology(path(QStringLiteral("target.piechart"))).isCounted());
+        QCOMPARE(task->getPlacementReport().getSummary(),
+                 QStringList{QStringLiteral("1 reads had 1 unknown taxon ids (first: 12345)")});
         const Zem::Ontology::Ontology taxonomy(path(QStringLiteral("ncbi.ontology")));
         QVERIFY(!taxonomy.isCounted());
         QCOMPARE(taxonomy.getNodeNumber(), 6);
+        // The cache knows where it came from and what NCBI retired.
+        QCOMPARE(Zem::Ncbi::TaxonomyCache(path(QStringLiteral("ncbi.ontology"))).getOrigin(),
+                 server.url(QStringLiteral("/pub/taxonomy/taxdmp.zip")).toString());
+        QCOMPARE(Zem::Ncbi::TaxonomyChanges::read(path(QStringLiteral("ncbi.ontology")), true).getNewId("12"),
+                 QStringLiteral("562"));
 
         QCOMPARE(log.steps, qMakePair(8, 7));
         QCOMPARE(log.messages[0], (QStringList{"Retrieving data from NCBI...", "Building ontology...",
@@ -195,9 +251,9 @@ private slots:
         QFETCH(QString, urlPath);
         QFETCH(QString, message);
         QFETCH(QString, detail);
-        // A damaged cache and an earlier chart are in the way: neither may survive a failure.
+        // A damaged cache and an earlier chart are in the way: a failure deletes neither.
         write(QStringLiteral("ncbi.ontology"), "old");
-        write(QStringLiteral("target.piechart"), "old");
+        write(QStringLiteral("target.piechart"), "old chart");
         auto task = makeTask(urlPath, std::make_unique<SourceFrequencies>(write(QStringLiteral("input.txt"), "562\n")));
         ProgressLog log(*task);
         QVERIFY(runToEnd(*task));
@@ -206,7 +262,9 @@ private slots:
         QVERIFY2(task->getErrorDetail().contains(detail, Qt::CaseInsensitive), qPrintable(task->getErrorDetail()));
         QCOMPARE(log.messages[0].last(), message);
         task.reset();
-        QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("input.txt")});
+        QCOMPARE(entries(dir->path()), (QStringList{"input.txt", "ncbi.ontology", "target.piechart"}));
+        QCOMPARE(fileContents(path(QStringLiteral("ncbi.ontology"))), QByteArray("old"));
+        QCOMPARE(fileContents(path(QStringLiteral("target.piechart"))), QByteArray("old chart"));
         QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
     }
 
@@ -233,18 +291,23 @@ private slots:
     {
         QTest::addColumn<QString>("trigger");
         QTest::addColumn<int>("occurrence");
-        QTest::newRow("reading nodes.dmp") << "nodes.dmp" << 1;
-        QTest::newRow("inserting the taxonomy") << "Inserting nodes..." << 1;
-        QTest::newRow("reading the taxonomy") << "ncbi.ontology" << 1;
-        QTest::newRow("reading the input") << "endless" << 1;
-        QTest::newRow("counting") << "Counting nodes..." << 1;
-        QTest::newRow("inserting the chart") << "Inserting nodes..." << 2;
+        // Whether the taxonomy was complete by then: a cancel never throws it away.
+        QTest::addColumn<bool>("cacheKept");
+        QTest::newRow("reading nodes.dmp") << "nodes.dmp" << 1 << false;
+        QTest::newRow("inserting the taxonomy") << "Inserting nodes..." << 1 << false;
+        QTest::newRow("reading the taxonomy") << "ncbi.ontology" << 1 << true;
+        QTest::newRow("reading the input") << "endless" << 1 << true;
+        QTest::newRow("counting") << "Counting nodes..." << 1 << true;
+        QTest::newRow("inserting the chart") << "Inserting nodes..." << 2 << true;
     }
 
     void cancelIsObservedInEveryStep()
     {
         QFETCH(QString, trigger);
         QFETCH(int, occurrence);
+        QFETCH(bool, cacheKept);
+        // The chart of an earlier run, which the cancelled one must not touch.
+        write(QStringLiteral("target.piechart"), "earlier chart");
         std::atomic<bool> ranOut{false};
         std::unique_ptr<Zem::Ontology::Source> input;
         if (trigger == QLatin1String("endless"))
@@ -272,8 +335,101 @@ private slots:
         // after it, so a reader that ignored the cancellation would go on to the input.
         QVERIFY2(log.messages[1].last().endsWith(trigger), qPrintable(log.messages[1].last()));
         task.reset();
-        const bool inputFile = trigger != QLatin1String("endless");
-        QCOMPARE(entries(dir->path()), inputFile ? QStringList{QStringLiteral("input.txt")} : QStringList());
+        QStringList left{QStringLiteral("target.piechart")};
+        if (trigger != QLatin1String("endless"))
+            left.prepend(QStringLiteral("input.txt"));
+        if (cacheKept)
+            left.insert(left.size() - 1, QStringLiteral("ncbi.ontology"));
+        QCOMPARE(entries(dir->path()), left);
+        QCOMPARE(fileContents(path(QStringLiteral("target.piechart"))), QByteArray("earlier chart"));
+        QVERIFY(!cacheKept || Zem::Ncbi::TaxonomyCache(path(QStringLiteral("ncbi.ontology"))).isUsable());
+    }
+
+    void everyReadIsCounted_data()
+    {
+        QTest::addColumn<QString>("format");
+        for (const Zem::Ontology::InputFormat& format : Zem::Ontology::InputFormat::all()) {
+            if (format.needsTaxonomy)
+                QTest::newRow(qPrintable(format.word)) << format.word;
+        }
+    }
+
+    void everyReadIsCounted()
+    {
+        QFETCH(QString, format);
+        const QByteArray reads = readsIn(format);
+        QVERIFY2(!reads.isEmpty(), qPrintable("no reads written for " + format + " yet: add them to readsIn()"));
+        const QString input = write(QStringLiteral("input.txt"), reads);
+        auto source = Zem::Ontology::InputFormat::find(format)->makeSource(input, {});
+        auto task = makeTask(QStringLiteral("/pub/taxonomy/taxdmp.zip"), std::move(source));
+        QVERIFY(runToEnd(*task));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))),
+                 QStringLiteral("root:0(\"cellular organisms\":0(Bacteria:0(Escherichia:0(\"Escherichia coli\":5)) "
+                                "\"Homo sapiens\":1) unclassified:2 \"Unknown taxon ids\":2)"));
+        const Zem::Ontology::BuildReport report = task->getPlacementReport();
+        QCOMPARE(report.getPlacementSummary(),
+                 (QStringList{"3 reads had 1 taxon ids that NCBI merged into others (counted under the new ids)",
+                              "2 reads had 2 unknown taxon ids (first: 99, 4242)"}));
+        QVERIFY(report.unknownIds.at(0).deleted);
+        QVERIFY(!report.unknownIds.at(1).deleted);
+    }
+
+    void taxonomyUpdate_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("cancelAt");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("downloaded") << "/pub/taxonomy/taxdmp.zip" << "" << "";
+        QTest::newRow("from an archive the user has") << "archive.zip" << "" << "";
+        QTest::newRow("dead server") << "refused" << "" << "NCBI data couldn't be downloaded";
+        QTest::newRow("truncated archive") << "/cut.zip" << "" << "Pie chart couldn't be generated";
+        QTest::newRow("not found") << "/missing.zip" << "" << "NCBI data couldn't be downloaded";
+        QTest::newRow("cancelled while downloading") << "/stall.zip" << "Downloading database..." << "";
+        QTest::newRow("cancelled while importing") << "/large.zip" << "Inserting nodes..." << "";
+    }
+
+    void taxonomyUpdate()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, cancelAt);
+        QFETCH(QString, message);
+        const QString cache = path(QStringLiteral("ncbi.ontology"));
+        writeTree(cache, QStringLiteral("1=root(562=\"Old coli\")"), false);
+        const QByteArray old = fileContents(cache);
+        auto task = makeTask(from, nullptr);
+        task->setTaxonomyOnly(true);
+        if (from == QLatin1String("refused"))
+            task->setDownloadUrl(HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip")));
+        if (!from.startsWith(QLatin1Char('/')) && from != QLatin1String("refused"))
+            task->setTaxonomyArchive(top.filePath(from));
+        ProgressLog log(*task);
+        BuildNcbiPiechartAsyncTask* raw = task.get();
+        // The old cache stays as it is, in use, until the new one is complete.
+        bool oldKept = true;
+        connect(raw, &nu::AsyncTask::progressChanged, raw, [&, raw](int level, int, int, const QString& text) {
+            if (level == 1 && fileContents(cache) != old)
+                oldKept = false;
+            if (level == 1 && !cancelAt.isEmpty() && text == cancelAt)
+                raw->slotSetCancelled();
+        }, Qt::DirectConnection);
+        QVERIFY(runToEnd(*task));
+        QVERIFY(oldKept);
+        task.reset();
+        QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("ncbi.ontology")});
+        QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
+        if (!message.isEmpty() || !cancelAt.isEmpty()) {
+            QCOMPARE(log.messages[0].last(), message.isEmpty() ? QStringLiteral("Cancelled") : message);
+            QCOMPARE(fileContents(cache), old);
+            return;
+        }
+        QCOMPARE(log.messages[0].last(), QStringLiteral("Taxonomy updated"));
+        QCOMPARE(log.steps.first, from.startsWith(QLatin1Char('/')) ? 4 : 3);
+        QCOMPARE(describeOntology(cache),
+                 QStringLiteral("root(\"cellular organisms\"(Bacteria(Escherichia(\"Escherichia coli\")) \"Homo sapiens\"))"));
+        const Zem::Ncbi::TaxonomyCache made(cache);
+        QCOMPARE(made.getOrigin(), from.startsWith(QLatin1Char('/')) ? server.url(from).toString() : top.filePath(from));
+        QCOMPARE(made.getAgeDays(), 0);
     }
 
     void destroyingARunningTaskCancelsIt()
