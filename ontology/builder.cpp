@@ -266,6 +266,24 @@ void Builder::count(bool trim)
     counted = true;
 }
 
+void Builder::forEachUnplaced(const std::function<void(const Node&, qint64)>& visit) const
+{
+    int left = nodeNumber;
+    for (const auto& block : blocks) {
+        const int n = std::min(left, nodeBlockSize);
+        for (int i = 0; i < n; ++i) {
+            const Node& node = block[i];
+            if (node.state == Done)
+                continue;
+            const QString* own = node.data.find(NodeKey::count);
+            const qint64 count = own ? own->toLongLong() : 0;
+            if (count > 0)
+                visit(node, count);
+        }
+        left -= n;
+    }
+}
+
 void Builder::build()
 {
     if (!root)

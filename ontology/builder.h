@@ -164,6 +164,9 @@ public:
     void addChild(Node* parent, Node* child);
 
     void count(bool trim);
+    // After count() and before build(): calls visit for every node that holds a count of its
+    // own but was not reached from the root, i.e. an id that no tree source placed.
+    void forEachUnplaced(const std::function<void(const Node& node, qint64 count)>& visit) const;
     void build();
     void setWriterCommitSize(int size);
 

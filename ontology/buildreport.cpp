@@ -9,6 +9,20 @@ void BuildReport::add(const BuildReport& other)
     if (firstSkip.isEmpty())
         firstSkip = other.firstSkip;
     linesSkipped += other.linesSkipped;
+    readsUnplaced += other.readsUnplaced;
+    idsUnplaced += other.idsUnplaced;
+    for (const QString& id : other.firstUnplacedIds) {
+        if (firstUnplacedIds.size() < shownIds)
+            firstUnplacedIds << id;
+    }
+    warnings << other.warnings;
+}
+
+void BuildReport::addUnplaced(const QString& id, qint64 reads)
+{
+    readsUnplaced += reads;
+    if (idsUnplaced++ < shownIds)
+        firstUnplacedIds << id;
 }
 
 QStringList BuildReport::getSummary() const
@@ -18,6 +32,15 @@ QStringList BuildReport::getSummary() const
         summary << QStringLiteral("skipped %1 of %2 lines (first: %3)")
                        .arg(formatCount(linesSkipped), formatCount(linesRead), firstSkip);
     }
+    if (idsUnplaced > 0) {
+        const QString more = idsUnplaced > firstUnplacedIds.size() ? QStringLiteral(", ...") : QString();
+        summary << QStringLiteral("skipped %1 %2 of %3 %4 that the taxonomy does not know (%5%6)")
+                       .arg(formatCount(readsUnplaced), readsUnplaced == 1 ? QStringLiteral("read") : QStringLiteral("reads"),
+                            formatCount(idsUnplaced),
+                            idsUnplaced == 1 ? QStringLiteral("taxon id") : QStringLiteral("taxon ids"),
+                            firstUnplacedIds.join(QStringLiteral(", ")), more);
+    }
+    summary << warnings;
     return summary;
 }
 

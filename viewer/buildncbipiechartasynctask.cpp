@@ -2,6 +2,7 @@
 
 #include "nu/filedownloader.h"
 #include "ontology/buildersource.h"
+#include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/sourceontology.h"
 #include "ontology/taxonomydatabase.h"
@@ -11,7 +12,9 @@
 #include <QFileInfo>
 #include <QMutexLocker>
 
+#include <algorithm>
 #include <climits>
+#include <vector>
 
 namespace Sorvik {
 namespace Viewer {
@@ -93,6 +96,12 @@ void BuildNcbiPiechartAsyncTask::setErrorDetail(const QString& detail)
 {
     QMutexLocker lock(&detailMutex);
     errorDetail = detail;
+}
+
+Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getReport() const
+{
+    QMutexLocker lock(&detailMutex);
+    return report;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSetCancelled()
@@ -250,16 +259,48 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     builder.addSource(std::move(source));
     prepareBuilder(builder);
     setProgressMessage(0, tr("Building piechart..."));
-    if (shouldContinue())
+    if (shouldContinue()) {
         builder.load();
-    if (shouldContinue())
+        placeUnclassified(builder);
+    }
+    if (shouldContinue()) {
         builder.count(true);
+        keepReport(builder);
+    }
     if (shouldContinue())
         builder.build();
     if (shouldContinue()) {
         setProgressMessage(0, tr("Piechart builded"));
         setProgressFinished(0);
     }
+}
+
+void BuildNcbiPiechartAsyncTask::placeUnclassified(BuilderSource& builder)
+{
+    using Zem::Ontology::NodeKey::count;
+    Zem::Ontology::Builder::Node* unclassified = builder.findNode(QStringLiteral("unclassified"));
+    if (unclassified && builder.getRoot() && unclassified->data.contains(count))
+        builder.addChild(builder.getRoot(), unclassified);
+}
+
+void BuildNcbiPiechartAsyncTask::keepReport(const BuilderSource& builder)
+{
+    Zem::Ontology::BuildReport read = builder.getReport();
+    // Until counting learns to place them, reads of ids the taxonomy lacks are reported as lost.
+    std::vector<std::pair<QString, qint64>> unplaced;
+    builder.forEachUnplaced([&unplaced](const Zem::Ontology::Builder::Node& node, qint64 reads) {
+        // The empty id stands for rows that name no taxon, which are reported as skipped lines.
+        if (!node.id.isEmpty())
+            unplaced.emplace_back(node.id, reads);
+    });
+    // In the order of the ids, so that the ids a message names do not change from run to run.
+    std::sort(unplaced.begin(), unplaced.end(), [](const auto& a, const auto& b) {
+        return a.first.size() != b.first.size() ? a.first.size() < b.first.size() : a.first < b.first;
+    });
+    for (const auto& [id, reads] : unplaced)
+        read.addUnplaced(id, reads);
+    QMutexLocker lock(&detailMutex);
+    report = read;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSourceReadingStart(int, const QString& description)

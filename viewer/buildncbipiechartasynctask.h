@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/asynctask.h"
+#include "ontology/buildreport.h"
 
 #include <QMutex>
 #include <QString>
@@ -61,6 +62,9 @@ public:
 
     // Why the task failed, in words (the error message says only what failed); may be empty.
     QString getErrorDetail() const;
+    // What the chart step read from the input and could not use; complete once the task has
+    // finished.
+    Zem::Ontology::BuildReport getReport() const;
     // Whether this run downloaded the taxonomy.
     bool hasDownloaded() const { return downloaded; }
 
@@ -89,6 +93,10 @@ private:
     void runNcbiOntologyStep();
     void runPiechartStep();
     void setErrorDetail(const QString& detail);
+    // Unclassified reads count beside the taxonomy, in a slice of the root's.
+    static void placeUnclassified(Zem::Ontology::BuilderSource& builder);
+    // The input's report, with the reads of ids the taxonomy does not hold.
+    void keepReport(const Zem::Ontology::BuilderSource& builder);
 
     QString ncbiOntologyFile;
     QString targetFile = QStringLiteral("target.piechart");
@@ -105,6 +113,7 @@ private:
     int positionShift = 0;
     mutable QMutex detailMutex;
     QString errorDetail;
+    Zem::Ontology::BuildReport report;
 };
 
 } // namespace Viewer

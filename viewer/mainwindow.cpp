@@ -315,6 +315,8 @@ void MainWindow::slotBuildNcbiPiechartFinished()
         if (!firstTimeGenerate()) {
             message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
             setClosed();
+        } else {
+            showReport(finished->getReport());
         }
         break;
     case nu::AsyncTask::Failed:
@@ -329,11 +331,13 @@ void MainWindow::slotBuildNcbiPiechartFinished()
 
 void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source)
 {
+    Zem::Ontology::BuildReport report;
     try {
         const BusyCursor busy;
         Zem::Ontology::BuilderSource builder(fileHandler.getFileName());
         builder.addSource(std::move(source));
         builder.load();
+        report = builder.getReport();
         builder.count(false);
         builder.build();
     } catch (...) {
@@ -344,7 +348,20 @@ void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source
         // Nothing counted: there is no chart to draw.
         message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
         setClosed();
+        return;
     }
+    showReport(report);
+}
+
+void MainWindow::showReport(const Zem::Ontology::BuildReport& report)
+{
+    const QStringList summary = report.getSummary();
+    if (summary.isEmpty())
+        return;
+    if (report.hasSkips())
+        message(QMessageBox::Warning, tr("Input not read in full"), summary.join(QLatin1Char('\n')));
+    else
+        message(QMessageBox::Information, tr("Input notes"), summary.join(QLatin1Char('\n')));
 }
 
 bool MainWindow::firstTimeGenerate()

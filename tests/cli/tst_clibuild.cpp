@@ -93,14 +93,20 @@ private slots:
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QString>("urlPath");
         QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("lines");
 
         const QString ncbi = QStringLiteral("/pub/taxonomy/taxdmp.zip");
         QTest::newRow("report as taxids")
             << QByteArray("95.70\t100\t100\tU\t0\tunclassified\n4.30\t5\t0\tR\t1\troot\n") << ncbi
-            << "does not look like a list of NCBI taxon ids";
-        QTest::newRow("ids unknown to the taxonomy") << QByteArray("424242\n") << ncbi << "no counted taxa in";
+            << "does not look like a list of NCBI taxon ids" << 1;
+        // The lost reads are named before the refusal.
+        QTest::newRow("ids unknown to the taxonomy")
+            << QByteArray("424242\n") << ncbi
+            << "input.txt: skipped 1 read of 1 taxon id that the taxonomy does not know (424242)\n"
+               "sorvik-cli build: no counted taxa in"
+            << 2;
         QTest::newRow("download not found") << QByteArray("562\n") << "/nothing.zip"
-                                            << "NCBI data couldn't be downloaded: ";
+                                            << "NCBI data couldn't be downloaded: " << 1;
     }
 
     void refusals()
@@ -108,6 +114,7 @@ private slots:
         QFETCH(QByteArray, input);
         QFETCH(QString, urlPath);
         QFETCH(QString, message);
+        QFETCH(int, lines);
         const QString output = path(QStringLiteral("out.piechart"));
         const CliResult result = runCli({"build", "taxids", write(QStringLiteral("input.txt"), input), "-o", output,
                                          "--taxonomy", path(QStringLiteral("ncbi.ontology"))},
@@ -115,7 +122,7 @@ private slots:
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.err.startsWith(QLatin1String("sorvik-cli build: ")) && result.err.contains(message),
                  qPrintable(result.err));
-        QCOMPARE(result.err.count(QLatin1Char('\n')), 1);
+        QCOMPARE(result.err.count(QLatin1Char('\n')), lines);
         QVERIFY(!QFileInfo::exists(output));
         // Nothing is left in the temporary folder but the input.
         QStringList left = QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
