@@ -63,7 +63,11 @@ QString checkTaxonIdCounts(const InputSample& sample)
 
 QString checkMgtaxa(const InputSample& sample)
 {
-    // After the header.
+    // The header names the third column as the taxon id ("taxid"): tables of numbers have a
+    // number in their third column too.
+    const QString named = sample.getLines().value(0).split(QLatin1Char('\t')).value(2).trimmed();
+    if (!named.contains(QLatin1String("tax"), Qt::CaseInsensitive))
+        return QStringLiteral("line 1: the header's third column %1 names no taxon id").arg(InputSample::quote(named));
     return sample.judge(1, [](const QString& line) {
         const QString id = line.split(QLatin1Char('\t')).value(2).trimmed();
         if (!isNumber(id))
@@ -141,7 +145,7 @@ std::vector<InputFormat> makeTable()
                             }));
     formats.back().hasUnclassified = true;
     formats.push_back(entry("kraken-reads", QStringLiteral("Kraken per-read output"),
-                            QStringLiteral("Kraken per-read output (C or U, read id, taxon id, length, k-mers)"),
+                            QStringLiteral("Kraken per-read output, one line per read"),
                             QStringLiteral("Kraken per-read output"), 40, &SourceKrakenReads::check,
                             [](const QString& file, const Options& options) {
                                 return std::make_unique<SourceKrakenReads>(file, options.keepUnclassified);

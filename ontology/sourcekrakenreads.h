@@ -25,16 +25,10 @@ public:
     // Empty when the sample reads as per-read output, else where and why not.
     static QString check(const InputSample& sample);
 
-    // What one line says: a classified read of a taxon, an unclassified read, or nothing
-    // readable (with the reason).
+    // What one line says: a classified read of a taxon (its id in taxid), an unclassified
+    // read, or nothing readable (the reason in problem, when given).
     enum class Kind { Classified, Unclassified, Malformed };
-    struct Read
-    {
-        Kind kind = Kind::Malformed;
-        quint64 taxid = 0;
-        QString problem;
-    };
-    static Read parse(std::string_view line);
+    static Kind parse(std::string_view line, quint64& taxid, QString* problem = nullptr);
 
     QString fileName;
     bool keepUnclassified = true;
