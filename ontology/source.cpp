@@ -2,6 +2,7 @@
 
 #include "nu/linereader.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputsample.h"
 
 #include <climits>
 
@@ -60,9 +61,7 @@ QString Source::tooLongReason()
 
 QString Source::quoted(QStringView text)
 {
-    constexpr int longest = 40;
-    const QString shown = text.size() > longest ? text.left(longest).toString() + QStringLiteral("...") : text.toString();
-    return QLatin1Char('\'') + shown + QLatin1Char('\'');
+    return InputSample::quote(text.left(64).toString());
 }
 
 } // namespace Ontology
