@@ -1,6 +1,7 @@
 #include "ontology/buildersource.h"
 #include "ontology/ontology.h"
 #include "ontology/sourcefrequencies.h"
+#include "ontology/sourcekrakenreads.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
@@ -159,6 +160,9 @@ private slots:
         QVERIFY(task->hasDownloaded());
         QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
         QVERIFY(Zem::Ontology::Ontology(path(QStringLiteral("target.piechart"))).isCounted());
+        // The id the taxonomy lacks is reported with its read.
+        QCOMPARE(task->getReport().getSummary(),
+                 QStringList{"skipped 1 read of 1 taxon id that the taxonomy does not know (12345)"});
         const Zem::Ontology::Ontology taxonomy(path(QStringLiteral("ncbi.ontology")));
         QVERIFY(!taxonomy.isCounted());
         QCOMPARE(taxonomy.getNodeNumber(), 6);
@@ -178,6 +182,33 @@ private slots:
         task.reset();
         QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
         QCOMPARE(entries(dir->path()), (QStringList{"input.txt", "ncbi.ontology", "target.piechart"}));
+    }
+
+    // Unclassified reads count in a slice of the root's, when the user keeps them; reads of ids
+    // the taxonomy lacks are reported, and the lines passed over too.
+    void unclassifiedReadsBesideTheTaxonomy_data()
+    {
+        QTest::addColumn<bool>("keep");
+        QTest::addColumn<QString>("chart");
+        QTest::newRow("kept") << true << "1:0(2:0(562:2) unclassified:3)";
+        QTest::newRow("left out") << false << "1:0(2:0(562:2))";
+    }
+
+    void unclassifiedReadsBesideTheTaxonomy()
+    {
+        QFETCH(bool, keep);
+        QFETCH(QString, chart);
+        writeTree(path(QStringLiteral("ncbi.ontology")), QStringLiteral("1(2(562) 9606)"), false);
+        const QString input = write(QStringLiteral("reads.txt"), "C\tr1\t562\t9\nU\tr2\t0\t9\nC\tr3\t77\t9\n"
+                                                                  "C\tr4\t562\t9\nU\tr5\t0\t9\nC\tr6\t0\t9\nbad\n");
+        auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<Zem::Ontology::SourceKrakenReads>(input, keep));
+        QVERIFY(runToEnd(*task));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chart);
+        const Zem::Ontology::BuildReport report = task->getReport();
+        QCOMPARE(report.getSummary(),
+                 (QStringList{"skipped 1 of 7 lines (first: line 7: it does not start with C or U and a TAB)",
+                              "skipped 1 read of 1 taxon id that the taxonomy does not know (77)"}));
     }
 
     void failures_data()
