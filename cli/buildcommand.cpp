@@ -169,10 +169,10 @@ int BuildCommand::checkOptions(const QCommandLineParser& parser, const InputForm
 int BuildCommand::detectFormat(const QString& input, const InputFormat*& format)
 {
     const Zem::Ontology::InputSample sample(input);
-    QString whyNot;
+    QStringList whyNot;
     format = InputFormat::detect(sample, &whyNot);
     if (!format)
-        return fail(QStringLiteral("cannot tell the format of %1: %2").arg(input, whyNot));
+        return fail(QStringLiteral("cannot tell the format of %1: %2").arg(input, whyNot.join(QStringLiteral(", "))));
     err << "sorvik-cli " << getName() << ": reading " << input << " as " << format->description << " ("
         << format->word << ")\n";
     err.flush();

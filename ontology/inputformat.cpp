@@ -179,21 +179,21 @@ const InputFormat* InputFormat::find(const QString& word)
     return nullptr;
 }
 
-const InputFormat* InputFormat::detect(const InputSample& sample, QString* whyNot)
+const InputFormat* InputFormat::detect(const InputSample& sample, QStringList* whyNot)
 {
-    const auto say = [whyNot](const QString& text) {
+    const auto say = [whyNot](const QStringList& reasons) {
         if (whyNot)
-            *whyNot = text;
+            *whyNot = reasons;
         return nullptr;
     };
     if (!sample.isReadable())
-        return say(sample.getError());
+        return say({sample.getError()});
     const QStringList& lines = sample.getLines();
     const bool content = std::any_of(lines.begin(), lines.end(), [](const QString& line) {
         return !line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#'));
     });
     if (!content)
-        return say(lines.isEmpty() ? QStringLiteral("it is empty") : QStringLiteral("it holds no data lines"));
+        return say({lines.isEmpty() ? QStringLiteral("it is empty") : QStringLiteral("it holds no data lines")});
 
     std::vector<const InputFormat*> order;
     for (const InputFormat& format : all()) {
@@ -209,7 +209,7 @@ const InputFormat* InputFormat::detect(const InputSample& sample, QString* whyNo
             return format;
         reasons << QStringLiteral("not %1 (%2)").arg(format->description, problem);
     }
-    return say(reasons.join(QStringLiteral(", ")));
+    return say(reasons);
 }
 
 QStringList InputFormat::getWords()

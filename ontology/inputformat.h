@@ -69,9 +69,9 @@ public:
     // The format with this command-line word, or null.
     static const InputFormat* find(const QString& word);
     // The format whose check the sample passes first, in detection order; null when none does,
-    // and then why not says what was considered and why each was not taken ("not Krona text
-    // (line 3: 'x' is not a count), ...").
-    static const InputFormat* detect(const InputSample& sample, QString* whyNot = nullptr);
+    // and then whyNot says what was considered and why each was not taken, one reason each
+    // ("not Krona text (line 3: 'x' is not a count)"), or why the file cannot be looked at.
+    static const InputFormat* detect(const InputSample& sample, QStringList* whyNot = nullptr);
     static QStringList getWords();
     // The words of the formats that match, as a sentence lists them: "taxids, taxid-counts and
     // mgtaxa".

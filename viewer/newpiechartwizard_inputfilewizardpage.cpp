@@ -55,14 +55,14 @@ void NewPieChartWizard_InputFileWizardPage::initializePage()
 void NewPieChartWizard_InputFileWizardPage::detect()
 {
     const QString fileName = getFileName();
-    QString whyNot;
+    QStringList whyNot;
     detected = nullptr;
     if (fileName.isEmpty()) {
         ui->detectionLabel->setText(tr("Name the file, and its format is told from its first lines."));
     } else {
         detected = InputFormat::detect(Zem::Ontology::InputSample(fileName), &whyNot);
         ui->detectionLabel->setText(detected ? tr("Read as %1.").arg(detected->description)
-                                             : tr("Cannot tell the format of this file: %1.").arg(whyNot));
+                                             : tr("Cannot tell the format of this file:\n%1.").arg(whyNot.join(QStringLiteral(",\n"))));
     }
     showOptions(detected);
     emit completeChanged();

@@ -14,9 +14,9 @@ namespace {
 // The word of the format detected in a file, or "refused: " and why none was.
 QString detected(const QString& file)
 {
-    QString whyNot;
+    QStringList whyNot;
     const InputFormat* format = InputFormat::detect(InputSample(file), &whyNot);
-    return format ? format->word : QStringLiteral("refused: ") + whyNot;
+    return format ? format->word : QStringLiteral("refused: ") + whyNot.join(QStringLiteral(", "));
 }
 
 } // namespace

@@ -154,9 +154,9 @@ void TestNewPiechartWizard::detectsTheFormatFromTheFile_data()
                                    << "Read as a Bracken abundance table." << "bracken" << false;
     QTest::newRow("qiime table, then its columns") << QByteArray("Taxon\tS1\tS2\nk__A;p__B\t0.5\t0.25\n")
                                                    << "Read as a QIIME summary table." << "qiime" << false;
-    QTest::newRow("nothing known") << QByteArray("\x01\x02\n") << "Cannot tell the format of this file: not a Kraken-style report"
+    QTest::newRow("nothing known") << QByteArray("\x01\x02\n") << "Cannot tell the format of this file:\nnot a Kraken-style report"
                                    << "" << false;
-    QTest::newRow("no file") << QByteArray("<missing>") << "Cannot tell the format of this file: cannot read" << "" << false;
+    QTest::newRow("no file") << QByteArray("<missing>") << "Cannot tell the format of this file:\ncannot read" << "" << false;
 }
 
 void TestNewPiechartWizard::detectsTheFormatFromTheFile()
