@@ -5,6 +5,7 @@
 #include "ontology/inputsample.h"
 
 #include <climits>
+#include <limits>
 
 namespace Zem {
 namespace Ontology {
@@ -51,7 +52,16 @@ QString Source::readCount(const QStringRef& text, qint64& count)
         return QStringLiteral("%1 is not a count").arg(quoted(trimmed));
     if (count < 0)
         return QStringLiteral("%1 is a negative count").arg(quoted(trimmed));
+    // More reads than any run gives; counts this large could only overflow the sums.
+    if (count > largestCount)
+        return QStringLiteral("%1 is too large a count").arg(quoted(trimmed));
     return QString();
+}
+
+qint64 Source::addCounts(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
 }
 
 QString Source::tooLongReason()

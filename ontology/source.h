@@ -30,9 +30,12 @@ public:
     qint64 getLinesSkipped() const { return linesSkipped; }
     QString getFirstSkip() const { return firstSkip; }
 
-    // A count as an input writes it: a whole number from 0, blanks around it allowed. The reason
-    // it is none ("'abc' is not a count"), else an empty text.
+    static constexpr qint64 largestCount = 1000000000000LL;
+    // A count as an input writes it: a whole number from 0 to largestCount, blanks around it
+    // allowed. The reason it is none ("'abc' is not a count"), else an empty text.
     static QString readCount(const QStringRef& text, qint64& count);
+    // a + b, held at the largest count instead of overflowing on hostile input.
+    static qint64 addCounts(qint64 a, qint64 b);
     // What the input says that does not add up, though nothing was passed over ("line 100:
     // ...").
     const QStringList& getWarnings() const { return warnings; }

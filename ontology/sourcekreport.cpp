@@ -164,7 +164,7 @@ void SourceKreport::read(BuilderSource& builder)
         row.line = lines.getLineNumber();
         // Unclassified reads have no place in the tree; they go beside it, under the root.
         if (row.taxid == QLatin1String("0"))
-            unclassified += row.clade;
+            unclassified = addCounts(unclassified, row.clade);
         else
             rows.push_back(std::move(row));
     }
@@ -232,7 +232,7 @@ void SourceKreport::buildTree(BuilderSource& builder, const std::vector<Row>& ro
     std::vector<qint64> childClade(rows.size(), 0);
     for (size_t i = 0; i < rows.size(); ++i) {
         if (parents[i] >= 0)
-            childClade[size_t(parents[i])] += rows[i].clade;
+            childClade[size_t(parents[i])] = addCounts(childClade[size_t(parents[i])], rows[i].clade);
     }
     for (size_t i = 0; i < rows.size(); ++i) {
         const qint64 own = std::max<qint64>(0, rows[i].clade - childClade[i]);
@@ -246,7 +246,7 @@ void SourceKreport::warnOfDisagreement(const std::vector<Row>& rows, const std::
     qint64 disagreeing = 0;
     size_t first = 0;
     for (size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].own + childClade[i] != rows[i].clade && disagreeing++ == 0)
+        if (addCounts(rows[i].own, childClade[i]) != rows[i].clade && disagreeing++ == 0)
             first = i;
     }
     if (disagreeing == 0)
@@ -258,7 +258,7 @@ void SourceKreport::warnOfDisagreement(const std::vector<Row>& rows, const std::
              .arg(BuildReport::formatCount(disagreeing), BuildReport::formatCount(qint64(rows.size())))
              .arg(row.line)
              .arg(quoted(row.name), BuildReport::formatCount(row.clade),
-                  BuildReport::formatCount(row.own + childClade[first])));
+                  BuildReport::formatCount(addCounts(row.own, childClade[first]))));
 }
 
 } // namespace Ontology

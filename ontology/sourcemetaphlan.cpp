@@ -15,6 +15,7 @@ namespace Ontology {
 namespace {
 
 const QString unclassifiedId = QStringLiteral("unclassified");
+constexpr double maximumShare = 1000.0;
 
 // Taxon ids, empty pieces for clades without one, and MetaPhlAn 4's genome bins ("SGB4933").
 bool isTaxidPath(const QStringRef& text)
@@ -122,7 +123,8 @@ QString SourceMetaphlan::parseRow(const QVector<QStringRef>& fields, const Layou
     }
     bool ok = false;
     value = fields.at(valueColumn).trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(value) || value < 0.0 || value > 1.0e12)
+    // Shares are percent; far larger values are no share, and could overflow the sums.
+    if (!ok || !std::isfinite(value) || value < 0.0 || value > maximumShare)
         return QStringLiteral("%1 is not an abundance").arg(quoted(fields.at(valueColumn)));
     if (taxidColumn >= 0) {
         const QStringRef ids = fields.at(taxidColumn).trimmed();
@@ -190,7 +192,7 @@ void SourceMetaphlan::read(BuilderSource& builder)
         }
         const QStringRef clade = fields.at(layout.clade).trimmed();
         if (isUnclassified(clade)) {
-            unclassified += value;
+            unclassified = std::min(unclassified + value, maximumShare);
             continue;
         }
         int node = PathIds::root;
@@ -226,7 +228,7 @@ void SourceMetaphlan::writeCounts(BuilderSource& builder, PathIds& paths, double
         const Clade& clade = clades[i];
         const qint64 total = clade.given ? std::llround(clade.value * multiplier) : childSum[i];
         paths.addCount(int(i), std::max<qint64>(0, total - childSum[i]));
-        childSum[size_t(clade.parent)] += total;
+        childSum[size_t(clade.parent)] = addCounts(childSum[size_t(clade.parent)], total);
     }
     paths.writeCounts();
     const qint64 unclassifiedCount = std::llround(unclassified * multiplier);

@@ -133,7 +133,8 @@ void SourceTaxonTable::read(BuilderSource& builder)
             skipLine(lines, problem);
             continue;
         }
-        counts[id] += count;
+        qint64& sum = counts[id];
+        sum = addCounts(sum, count);
     }
     if (!keepUnclassified)
         counts.remove(unclassifiedId);
