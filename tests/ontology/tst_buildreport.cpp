@@ -42,15 +42,6 @@ private slots:
         QCOMPARE(report.hasSkips(), !summary.isEmpty());
     }
 
-    // Warnings are said, but lose nothing.
-    void warningsAreNoSkips()
-    {
-        BuildReport report;
-        report.warnings << QStringLiteral("2 of 9 rows disagree");
-        QCOMPARE(report.getSummary(), QStringList{"2 of 9 rows disagree"});
-        QVERIFY(!report.hasSkips());
-    }
-
     void reportsAddUp()
     {
         BuildReport first;

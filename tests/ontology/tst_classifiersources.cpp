@@ -72,10 +72,6 @@ private slots:
                                      << "root(Bacteria:0(Proteobacteria:50000(Gammaproteobacteria:0(Enterobacterales:0("
                                         "Enterobacteriaceae:0(Escherichia:0(Escherichia_coli:0(SGB10068:300000)))))) "
                                         "Firmicutes:50000(Bacilli:400000)) unclassified:200000)";
-        QTest::newRow("metaphlan 4 without unclassified")
-            << "metaphlan" << "metaphlan4.txt" << false
-            << "root(Bacteria:0(Proteobacteria:50000(Gammaproteobacteria:0(Enterobacterales:0(Enterobacteriaceae:0("
-               "Escherichia:0(Escherichia_coli:0(SGB10068:300000)))))) Firmicutes:50000(Bacilli:400000)))";
         QTest::newRow("metaphlan 2, two columns")
             << "metaphlan" << "metaphlan2.txt" << true
             << "root(Bacteria:0(Bacteroidetes:600000 Firmicutes:0(Clostridia:150000(Clostridiales:0(Ruminococcaceae:0("
@@ -125,7 +121,6 @@ private slots:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("warning");
         QTest::newRow("whole report") << "kraken2.kreport" << "";
-        QTest::newRow("minimizer columns") << "kraken2-minimizers.kreport" << "";
         QTest::newRow("cut short")
             << "cut-short.kreport"
             << "1 of 4 rows disagree with the rows below them, as in a cut or filtered report; the chart follows their "
@@ -271,7 +266,6 @@ private slots:
         QTest::newRow("kraken reads without unclassified") << "kraken-reads" << "kraken2.reads" << false << "561=1 562=2 9606=1";
         QTest::newRow("kraken reads with names") << "kraken-reads" << "kraken2-names.reads" << true << "562=2 9606=1 unclassified=1";
         QTest::newRow("kaiju") << "kaiju" << "kaiju.tsv" << true << "1=10 562=50 9606=20 unclassified=20";
-        QTest::newRow("kaiju without unclassified") << "kaiju" << "kaiju.tsv" << false << "1=10 562=50 9606=20";
         QTest::newRow("centrifuge") << "centrifuge" << "centrifuge.tsv" << true << "562=70 9606=30";
     }
 

@@ -184,27 +184,17 @@ private slots:
         QCOMPARE(entries(dir->path()), (QStringList{"input.txt", "ncbi.ontology", "target.piechart"}));
     }
 
-    // Unclassified reads count in a slice of the root's, when the user keeps them; reads of ids
-    // the taxonomy lacks are reported, and the lines passed over too.
-    void unclassifiedReadsBesideTheTaxonomy_data()
-    {
-        QTest::addColumn<bool>("keep");
-        QTest::addColumn<QString>("chart");
-        QTest::newRow("kept") << true << "1:0(2:0(562:2) unclassified:3)";
-        QTest::newRow("left out") << false << "1:0(2:0(562:2))";
-    }
-
+    // Unclassified reads count in a slice of the root's; reads of ids the taxonomy lacks are
+    // reported, and the lines passed over too.
     void unclassifiedReadsBesideTheTaxonomy()
     {
-        QFETCH(bool, keep);
-        QFETCH(QString, chart);
         writeTree(path(QStringLiteral("ncbi.ontology")), QStringLiteral("1(2(562) 9606)"), false);
         const QString input = write(QStringLiteral("reads.txt"), "C\tr1\t562\t9\nU\tr2\t0\t9\nC\tr3\t77\t9\n"
                                                                   "C\tr4\t562\t9\nU\tr5\t0\t9\nC\tr6\t0\t9\nbad\n");
-        auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<Zem::Ontology::SourceKrakenReads>(input, keep));
+        auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<Zem::Ontology::SourceKrakenReads>(input));
         QVERIFY(runToEnd(*task));
         QCOMPARE(task->getErrorMessage(), QString());
-        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chart);
+        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), QStringLiteral("1:0(2:0(562:2) unclassified:3)"));
         const Zem::Ontology::BuildReport report = task->getReport();
         QCOMPARE(report.getSummary(),
                  (QStringList{"skipped 1 of 7 lines (first: line 7: it does not start with C or U and a TAB)",

@@ -176,8 +176,6 @@ private slots:
                                      << "Critical Problem creating new pie chart: Pie chart couldn't be generated";
         QTest::newRow("download refused") << "taxids" << "viewer/taxids.txt" << "id" << false << "" << 0.0
                                           << "Critical Problem creating new pie chart: NCBI data couldn't be downloaded";
-        QTest::newRow("kraken-style report") << "kreport" << "formats/kraken2.kreport" << "" << false << "Proteobacteria"
-                                             << 40.0 << "";
         QTest::newRow("per-read output in the background") << "kraken-reads" << "formats/kraken2.reads" << "" << true
                                                             << "Escherichia coli" << 100.0 / 3 << "";
         QTest::newRow("told from the file") << "auto" << "formats/metaphlan2.txt" << "" << false << "Firmicutes" << 40.0 << "";
@@ -224,9 +222,6 @@ private slots:
         QTest::addColumn<QString>("type");
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QString>("said");
-        QTest::newRow("lines passed over") << "krona" << QByteArray("3\tA\nx\tB\n4\tC\n")
-                                           << "Warning Input not read in full: skipped 1 of 3 lines (first: line 2: 'x' is "
-                                              "not a count)";
         QTest::newRow("a report cut short") << "kreport" << fileContents(fixturePath(QStringLiteral("formats/cut-short.kreport")))
                                             << "Information Input notes: 1 of 4 rows disagree with the rows below them, as "
                                                "in a cut or filtered report; the chart follows their clade reads (first: "
