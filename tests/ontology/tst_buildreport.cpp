@@ -4,7 +4,7 @@
 
 using Zem::Ontology::BuildReport;
 
-// The sentences a build's report gives the user, and how reports of several inputs add up.
+// The sentences a build's report gives the user.
 class TestBuildReport : public QObject
 {
     Q_OBJECT
@@ -40,27 +40,6 @@ private slots:
             report.addUnplaced(entry.section('=', 0, 0), entry.section('=', 1).toLongLong());
         QCOMPARE(report.getSummary(), summary);
         QCOMPARE(report.hasSkips(), !summary.isEmpty());
-    }
-
-    void reportsAddUp()
-    {
-        BuildReport first;
-        first.linesRead = 10;
-        first.linesSkipped = 1;
-        first.firstSkip = QStringLiteral("line 2: a");
-        for (int id = 1; id <= 4; ++id)
-            first.addUnplaced(QString::number(id), 1);
-        BuildReport second;
-        second.linesRead = 5;
-        second.linesSkipped = 2;
-        second.firstSkip = QStringLiteral("line 9: b");
-        second.addUnplaced(QStringLiteral("7"), 3);
-        second.addUnplaced(QStringLiteral("8"), 3);
-        second.warnings << QStringLiteral("w");
-        first.add(second);
-        QCOMPARE(first.getSummary(),
-                 (QStringList{"skipped 3 of 15 lines (first: line 2: a)",
-                              "skipped 10 reads of 6 taxon ids that the taxonomy does not know (1, 2, 3, 4, 7, ...)", "w"}));
     }
 };
 

@@ -175,7 +175,6 @@ private slots:
             << "root:1(A:4 \"A again\":4)" << "";
         QTest::newRow("five columns") << QByteArray("1\t9\t9\tR\t1\troot\n1\t4\t4\t7\t  A\n") << "root:9"
                                       << "line 2: it has 5 columns, not 6 or more";
-        QTest::newRow("count that is no number") << QByteArray("1\t9\tx\tR\t1\troot\n") << "root" << "line 1: 'x' is not a count";
         QTest::newRow("negative count") << QByteArray("1\t-9\t0\tR\t1\troot\n") << "root" << "line 1: '-9' is a negative count";
         QTest::newRow("count beyond any run") << QByteArray("1\t9223372036854775807\t0\tR\t1\troot\n") << "root"
                                               << "line 1: '9223372036854775807' is too large a count";

@@ -70,7 +70,6 @@ private slots:
         QTest::newRow("blank lines") << QByteArray("\n \n\t\n") << "refused: it holds no data lines";
         QTest::newRow("gzip-compressed report")
             << gzipped(fileContents(fixturePath(QStringLiteral("formats/kraken1.kreport")))) << "kreport";
-        QTest::newRow("crlf per-read output") << QByteArray("C\tr1\t562\t9\t562:1\r\nU\tr2\t0\t9\t0:1\r\n") << "kraken-reads";
         // A report with a column missing is no report, nor Krona text (its counts are no
         // integers), nor anything else.
         QTest::newRow("5-column kreport-like")
