@@ -136,15 +136,19 @@ int BuildCommand::execute(const QCommandLineParser& parser)
     Zem::Ontology::BuildReport report;
     const int built = format->needsTaxonomy ? buildWithTask(std::move(source), output, taxonomy, bar, report)
                                             : buildPaths(std::move(source), output, bar, report);
-    if (built != Success)
-        return built;
+    return built == Success ? finish(report, input, output, parser.isSet(QStringLiteral("strict"))) : built;
+}
+
+int BuildCommand::finish(const Zem::Ontology::BuildReport& report, const QString& input, const QString& output,
+                         bool strict)
+{
     for (const QString& finding : report.getSummary())
         err << "sorvik-cli " << getName() << ": " << input << ": " << finding << '\n';
     err.flush();
     const int counted = checkCounted(input, output);
     if (counted != Success)
         return counted;
-    if (parser.isSet(QStringLiteral("strict")) && report.hasSkips())
+    if (strict && report.hasSkips())
         return fail(QStringLiteral("%1 was not read in full (--strict)").arg(input));
     return Success;
 }

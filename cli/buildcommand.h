@@ -50,6 +50,9 @@ private:
                       ProgressBar& bar, Zem::Ontology::BuildReport& report);
     int buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& output, ProgressBar& bar,
                    Zem::Ontology::BuildReport& report);
+    // Says what the input's reading passed over; a failure when the chart counts nothing, or
+    // when strict and anything was passed over.
+    int finish(const Zem::Ontology::BuildReport& report, const QString& input, const QString& output, bool strict);
     // Success, or a failure when the chart counts nothing.
     int checkCounted(const QString& input, const QString& output);
 };
