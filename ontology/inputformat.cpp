@@ -103,6 +103,9 @@ InputFormat taxonTable(const char* word, const QString& name, const QString& des
     return format;
 }
 
+// Detection order: a report's rows and a profile's rows would pass as Krona lines, the tables
+// with headers and per-read lines are told by their own marks, a taxon-id list would pass as a
+// QIIME table without a header's names, and Krona text (a number, then anything) comes last.
 std::vector<InputFormat> makeTable()
 {
     std::vector<InputFormat> formats;
