@@ -26,6 +26,11 @@ namespace Cli {
 
 using Zem::Ontology::InputFormat;
 
+namespace {
+// The FORMAT that asks for the format to be told from the file.
+const QString autoWord = QStringLiteral("auto");
+} // namespace
+
 QString BuildCommand::getName() const
 {
     return QStringLiteral("build");
@@ -33,7 +38,7 @@ QString BuildCommand::getName() const
 
 QString BuildCommand::getSummary() const
 {
-    return QStringLiteral("Builds a counted chart file from taxon ids, MG-Taxa, Krona or QIIME input.");
+    return QStringLiteral("Builds a counted chart file from a classifier's output or a taxon list.");
 }
 
 QString BuildCommand::getDefaultTaxonomyFile()
@@ -51,7 +56,7 @@ QString BuildCommand::noDataFolderMessage()
 
 void BuildCommand::setUp(QCommandLineParser& parser)
 {
-    QStringList formats;
+    QStringList formats{QStringLiteral("%1 (told from the file's first lines)").arg(autoWord)};
     for (const InputFormat& format : InputFormat::all())
         formats << QStringLiteral("%1 (%2)").arg(format.word, format.description);
     parser.addPositionalArgument(QStringLiteral("FORMAT"), formats.join(QStringLiteral(", ")) + QLatin1Char('.'));
@@ -69,6 +74,12 @@ void BuildCommand::setUp(QCommandLineParser& parser)
                       QStringLiteral("The value column of %1, 0 for the first sample column (default 0).")
                           .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })),
                       QStringLiteral("N"), QStringLiteral("0")});
+    parser.addOption({QStringLiteral("no-unclassified"),
+                      QStringLiteral("Leaves unclassified reads out of %1 (they have a slice of their own by default).")
+                          .arg(InputFormat::listWords([](const InputFormat& f) { return f.hasUnclassified; }))});
+    parser.addOption({QStringLiteral("strict"),
+                      QStringLiteral("Exits with status 1 when any line or read of the input was passed over (the "
+                                     "chart is still written).")});
     parser.addOption({{QStringLiteral("q"), QStringLiteral("quiet")}, QStringLiteral("Shows no progress.")});
 }
 
@@ -79,28 +90,27 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return usage(arguments.isEmpty() ? QStringLiteral("missing FORMAT and INPUT") : QStringLiteral("missing INPUT"));
     if (arguments.size() > 2)
         return usage(QStringLiteral("too many arguments"));
-    const InputFormat* format = InputFormat::find(arguments.at(0));
+    const bool detect = arguments.at(0) == autoWord;
+    const InputFormat* format = detect ? nullptr : InputFormat::find(arguments.at(0));
     const QString input = arguments.at(1);
-    if (!format) {
-        return usage(QStringLiteral("unknown format '%1' (use %2)")
-                         .arg(arguments.at(0), InputFormat::getWords().join(QStringLiteral(", "))));
+    if (!format && !detect) {
+        return usage(QStringLiteral("unknown format '%1' (use %2 or %3)")
+                         .arg(arguments.at(0), autoWord, InputFormat::getWords().join(QStringLiteral(", "))));
     }
     const QString output = parser.value(QStringLiteral("output"));
     if (output.isEmpty())
         return usage(QStringLiteral("missing -o OUT"));
-    if (parser.isSet(QStringLiteral("taxonomy")) && !format->needsTaxonomy) {
-        return usage(QStringLiteral("--taxonomy applies to %1 only")
-                         .arg(InputFormat::listWords([](const InputFormat& f) { return f.needsTaxonomy; })));
-    }
-    if (parser.isSet(QStringLiteral("column")) && !format->readColumns) {
-        return usage(QStringLiteral("--column applies to %1 only")
-                         .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })));
+    if (format) {
+        const int misfit = checkOptions(parser, *format);
+        if (misfit != Success)
+            return misfit;
     }
     InputFormat::Options options;
     bool columnOk = false;
     options.column = parser.value(QStringLiteral("column")).toInt(&columnOk);
     if (!columnOk || options.column < 0)
         return usage(QStringLiteral("--column needs a number from 0"));
+    options.keepUnclassified = !parser.isSet(QStringLiteral("no-unclassified"));
 
     // Pipes are welcome too (process substitution, /dev/stdin); folders are not.
     const QFileInfo inputInfo(input);
@@ -108,13 +118,23 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return fail(QStringLiteral("cannot read %1").arg(input));
     if (QFileInfo(output).absoluteFilePath() == inputInfo.absoluteFilePath())
         return usage(QStringLiteral("OUT must not be INPUT"));
+    if (detect) {
+        // A pipe can be read only once, and telling its format would use up its first lines.
+        if (!inputInfo.isFile())
+            return usage(QStringLiteral("%1 needs a file, not a pipe: name the format").arg(autoWord));
+        // Options that do not apply to the format found are passed over: a script may give
+        // them for whatever comes.
+        const int detected = detectFormat(input, format);
+        if (detected != Success)
+            return detected;
+    }
     const QString taxonomy = parser.isSet(QStringLiteral("taxonomy")) ? parser.value(QStringLiteral("taxonomy"))
                                                                       : getDefaultTaxonomyFile();
     if (format->needsTaxonomy && taxonomy.isEmpty())
         return fail(noDataFolderMessage());
     if (format->needsTaxonomy && QFileInfo(taxonomy).absoluteFilePath() == QFileInfo(output).absoluteFilePath())
         return usage(QStringLiteral("OUT must not be the taxonomy file"));
-    // A pipe can be read only once: it goes to the source unchecked.
+    // A pipe goes to the source unchecked.
     if (inputInfo.isFile()) {
         const int problem = checkInput(*format, input, options);
         if (problem != Success)
@@ -123,9 +143,54 @@ int BuildCommand::execute(const QCommandLineParser& parser)
 
     ProgressBar bar(err, !parser.isSet(QStringLiteral("quiet")) && ::isatty(STDERR_FILENO));
     auto source = format->makeSource(input, options);
-    if (format->needsTaxonomy)
-        return buildWithTask(std::move(source), input, output, taxonomy, bar);
-    return buildPaths(std::move(source), input, output, bar);
+    Zem::Ontology::BuildReport report;
+    const int built = format->needsTaxonomy ? buildWithTask(std::move(source), output, taxonomy, bar, report)
+                                            : buildPaths(std::move(source), input, output, bar, report);
+    return built == Success ? finish(report, input, output, parser.isSet(QStringLiteral("strict"))) : built;
+}
+
+int BuildCommand::finish(const Zem::Ontology::BuildReport& report, const QString& input, const QString& output,
+                         bool strict)
+{
+    for (const QString& finding : report.getSummary())
+        err << "sorvik-cli " << getName() << ": " << input << ": " << finding << '\n';
+    err.flush();
+    const int counted = checkCounted(input, output);
+    if (counted != Success)
+        return counted;
+    if (strict && report.hasSkips())
+        return fail(QStringLiteral("%1 was not read in full (--strict)").arg(input));
+    return Success;
+}
+
+int BuildCommand::checkOptions(const QCommandLineParser& parser, const InputFormat& format)
+{
+    if (parser.isSet(QStringLiteral("taxonomy")) && !format.needsTaxonomy) {
+        return usage(QStringLiteral("--taxonomy applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return f.needsTaxonomy; })));
+    }
+    if (parser.isSet(QStringLiteral("column")) && !format.readColumns) {
+        return usage(QStringLiteral("--column applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })));
+    }
+    if (parser.isSet(QStringLiteral("no-unclassified")) && !format.hasUnclassified) {
+        return usage(QStringLiteral("--no-unclassified applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return f.hasUnclassified; })));
+    }
+    return Success;
+}
+
+int BuildCommand::detectFormat(const QString& input, const InputFormat*& format)
+{
+    const Zem::Ontology::InputSample sample(input);
+    QStringList whyNot;
+    format = InputFormat::detect(sample, &whyNot);
+    if (!format)
+        return fail(QStringLiteral("cannot tell the format of %1: %2").arg(input, whyNot.join(QStringLiteral(", "))));
+    err << "sorvik-cli " << getName() << ": reading " << input << " as " << format->description << " ("
+        << format->word << ")\n";
+    err.flush();
+    return Success;
 }
 
 int BuildCommand::checkInput(const InputFormat& format, const QString& input, const InputFormat::Options& options)
@@ -153,8 +218,8 @@ int BuildCommand::checkInput(const InputFormat& format, const QString& input, co
     return Success;
 }
 
-int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
-                                const QString& output, const QString& taxonomy, ProgressBar& bar)
+int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& output,
+                                const QString& taxonomy, ProgressBar& bar, Zem::Ontology::BuildReport& report)
 {
     // A chart given as the taxonomy would add its counts to the input's, and a rebuild would
     // overwrite it.
@@ -181,26 +246,18 @@ int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, c
         const QString detail = task->getErrorDetail();
         return fail(task->getErrorMessage() + (detail.isEmpty() ? QString() : QStringLiteral(": ") + detail));
     }
-    const int counted = checkCounted(input, output);
-    if (counted == Success)
-        printPlacement(task->getPlacementReport(), taxonomy, oldTaxonomy && !task->hasImported());
-    return counted;
-}
-
-void BuildCommand::printPlacement(const Zem::Ontology::BuildReport& report, const QString& taxonomy, bool oldTaxonomy)
-{
-    for (const QString& line : report.getPlacementSummary())
-        err << "sorvik-cli " << getName() << ": " << line << '\n';
-    if (oldTaxonomy) {
-        const Zem::Ncbi::TaxonomyCache cache(taxonomy);
-        err << "sorvik-cli " << getName() << ": note: the NCBI taxonomy in " << taxonomy << " is " << cache.getAgeDays()
+    report = task->getReport();
+    if (oldTaxonomy && !task->hasImported()) {
+        err << "sorvik-cli " << getName() << ": note: the NCBI taxonomy in " << taxonomy << " is "
+            << Zem::Ncbi::TaxonomyCache(taxonomy).getAgeDays()
             << " days old; 'sorvik-cli update-taxonomy' fetches the current one\n";
+        err.flush();
     }
-    err.flush();
+    return Success;
 }
 
 int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
-                             const QString& output, ProgressBar& bar)
+                             const QString& output, ProgressBar& bar, Zem::Ontology::BuildReport& report)
 {
     Interruption interruption;
     try {
@@ -209,6 +266,7 @@ int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, cons
         builder.setCancelCheck(&Interruption::isRequested);
         bar.follow(builder, QStringLiteral("Building piechart..."), 3);
         builder.load();
+        report = builder.getReport();
         builder.count(false);
         // Refused before OUT is touched, so that an earlier chart there stays.
         const QString* total = builder.getRoot()->data.find(Zem::Ontology::NodeKey::accumCount);
@@ -225,7 +283,7 @@ int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, cons
         bar.finish();
         return fail(QStringLiteral("Piechart couldn't be generated: %1").arg(QString::fromUtf8(e.what())));
     }
-    return checkCounted(input, output);
+    return Success;
 }
 
 int BuildCommand::checkCounted(const QString& input, const QString& output)

@@ -43,14 +43,21 @@ private:
     // Success, or a refusal when the input does not read as the format or lacks the column.
     int checkInput(const Zem::Ontology::InputFormat& format, const QString& input,
                    const Zem::Ontology::InputFormat::Options& options);
-    int buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& input, const QString& output,
-                      const QString& taxonomy, ProgressBar& bar);
+    // A usage error when an option does not apply to the format.
+    int checkOptions(const QCommandLineParser& parser, const Zem::Ontology::InputFormat& format);
+    // Success with the format the input's first lines show, said on stderr, or a refusal that
+    // names what was considered.
+    int detectFormat(const QString& input, const Zem::Ontology::InputFormat*& format);
+    // Both give what the input's reading passed over in report.
+    int buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& output, const QString& taxonomy,
+                      ProgressBar& bar, Zem::Ontology::BuildReport& report);
     int buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input, const QString& output,
-                   ProgressBar& bar);
+                   ProgressBar& bar, Zem::Ontology::BuildReport& report);
+    // Says what the input's reading passed over; a failure when the chart counts nothing, or
+    // when strict and anything was passed over.
+    int finish(const Zem::Ontology::BuildReport& report, const QString& input, const QString& output, bool strict);
     // Success, or a failure when the chart counts nothing.
     int checkCounted(const QString& input, const QString& output);
-    // The reads placed on merged and unknown ids, and a hint when the taxonomy is old.
-    void printPlacement(const Zem::Ontology::BuildReport& report, const QString& taxonomy, bool oldTaxonomy);
 };
 
 } // namespace Cli

@@ -14,6 +14,16 @@ bool isBlank(ushort c)
         || (c >= 0x80 && QChar(c).isSpace());
 }
 
+QString tooLongReason()
+{
+    return QStringLiteral("a word or line is too long");
+}
+
+QString quoted(const QString& text)
+{
+    return QLatin1Char('\'') + (text.size() > 40 ? text.left(40) + QStringLiteral("...") : text) + QLatin1Char('\'');
+}
+
 } // namespace
 
 FrequenciesLoader::FrequenciesLoader(LineReader& lineReader, Frequencies& target)
@@ -30,6 +40,18 @@ void FrequenciesLoader::setNumberColumns(int n)
 void FrequenciesLoader::setStepCallback(std::function<void(qint64)> callback)
 {
     stepCallback = std::move(callback);
+}
+
+void FrequenciesLoader::setSkipCallback(std::function<void(const QString&)> callback)
+{
+    skipCallback = std::move(callback);
+}
+
+void FrequenciesLoader::skip(const QString& reason)
+{
+    ++skipped;
+    if (skipCallback)
+        skipCallback(reason);
 }
 
 void FrequenciesLoader::load()
@@ -60,7 +82,7 @@ void FrequenciesLoader::load()
         }
     }
     if (havePendingKey)
-        ++skipped;
+        skip(QStringLiteral("the id %1 has no count").arg(quoted(pendingKey)));
 }
 
 void FrequenciesLoader::word(const QString& text, bool tooLong)
@@ -68,7 +90,7 @@ void FrequenciesLoader::word(const QString& text, bool tooLong)
     ++words;
     if (numberColumns == 1) {
         if (tooLong)
-            ++skipped;
+            skip(tooLongReason());
         else
             frequencies.add(text);
     } else if (!havePendingKey) {
@@ -79,8 +101,10 @@ void FrequenciesLoader::word(const QString& text, bool tooLong)
         havePendingKey = false;
         bool ok = false;
         const qint64 n = tooLong ? 0 : text.toLongLong(&ok, 10);
-        if (!ok || n < 0 || pendingKeyTooLong)
-            ++skipped;
+        if (pendingKeyTooLong || tooLong)
+            skip(tooLongReason());
+        else if (!ok || n < 0)
+            skip(QStringLiteral("%1 is not a count").arg(quoted(text)));
         else
             frequencies.add(pendingKey, n);
     }

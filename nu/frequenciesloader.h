@@ -24,6 +24,9 @@ public:
     void setNumberColumns(int n);
     // Called with the number of words read so far, after each word; it may throw to stop.
     void setStepCallback(std::function<void(qint64)> callback);
+    // Called with the reason for each word or pair passed over, while the reader is still on its
+    // line.
+    void setSkipCallback(std::function<void(const QString& reason)> callback);
     void load();
 
     // Words or pairs passed over because they could not be read as a key and a count.
@@ -31,11 +34,13 @@ public:
 
 private:
     void word(const QString& text, bool tooLong);
+    void skip(const QString& reason);
 
     int numberColumns = 1;
     LineReader& lines;
     Frequencies& frequencies;
     std::function<void(qint64)> stepCallback;
+    std::function<void(const QString&)> skipCallback;
     QString pendingKey;
     bool havePendingKey = false;
     bool pendingKeyTooLong = false;

@@ -71,6 +71,10 @@ bool LineReader::next()
     if (!opened)
         return false;
     tooLong = false;
+    // A line too long to keep reads as empty.
+    lineStart = 0;
+    lineLength = 0;
+    decoded = false;
     int searchFrom = start;
     for (;;) {
         const char* data = buffer.constData();
@@ -85,9 +89,10 @@ bool LineReader::next()
                 --length;
             if (length > maxLineLength) {
                 tooLong = true;
-                line.clear();
             } else {
-                decode(start, length);
+                lineStart = start;
+                lineLength = length;
+                skipByteOrderMark();
             }
             start = end ? stop + 1 : stop;
             return true;
@@ -96,7 +101,6 @@ bool LineReader::next()
         if (buffer.size() - start > maxLineLength + 1) {
             ++lineNumber;
             tooLong = true;
-            line.clear();
             skipRestOfLine();
             return true;
         }
@@ -122,14 +126,28 @@ void LineReader::skipRestOfLine()
     }
 }
 
-void LineReader::decode(int from, int length)
+void LineReader::skipByteOrderMark()
 {
-    const auto* bytes = reinterpret_cast<const uchar*>(buffer.constData()) + from;
     // A byte order mark is no part of the first line's text.
-    if (lineNumber == 1 && length >= 3 && bytes[0] == 0xef && bytes[1] == 0xbb && bytes[2] == 0xbf) {
-        bytes += 3;
-        length -= 3;
+    const auto* bytes = reinterpret_cast<const uchar*>(buffer.constData()) + lineStart;
+    if (lineNumber == 1 && lineLength >= 3 && bytes[0] == 0xef && bytes[1] == 0xbb && bytes[2] == 0xbf) {
+        lineStart += 3;
+        lineLength -= 3;
     }
+}
+
+const QString& LineReader::getLine() const
+{
+    if (!decoded)
+        decode();
+    return line;
+}
+
+void LineReader::decode() const
+{
+    decoded = true;
+    const auto* bytes = reinterpret_cast<const uchar*>(buffer.constData()) + lineStart;
+    const int length = lineLength;
     // Most input is ASCII: widened in place into the line's own storage, without a decoder.
     const bool ascii = std::all_of(bytes, bytes + length, [](uchar c) { return c < 0x80; });
     if (!ascii) {

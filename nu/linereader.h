@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <memory>
+#include <string_view>
 
 class QIODevice;
 
@@ -54,8 +55,12 @@ public:
     // Moves to the next line; false at the end of the input. Throws ReadException when the input
     // cannot be read further.
     bool next();
-    // The current line without its line end; empty for a line that is too long.
-    const QString& getLine() const { return line; }
+    // The current line without its line end; empty for a line that is too long. Decoded on
+    // first use, so readers that only look at a few bytes of each line never pay for it.
+    const QString& getLine() const;
+    // The current line's bytes (UTF-8, without its line end or a byte order mark), valid until
+    // the next call to next(); empty for a line that is too long.
+    std::string_view getBytes() const { return std::string_view(buffer.constData() + lineStart, size_t(lineLength)); }
     bool isTooLong() const { return tooLong; }
     // The current line's number, from 1.
     qint64 getLineNumber() const { return lineNumber; }
@@ -68,8 +73,9 @@ public:
 private:
     // Appends more of the input to the buffer; false at its end.
     bool fill();
-    // Makes line from the buffer's bytes [from, from + length).
-    void decode(int from, int length);
+    // Makes line from the current line's bytes.
+    void decode() const;
+    void skipByteOrderMark();
     // Drops the rest of a too-long line; true when its end was found before the input ended.
     void skipRestOfLine();
 
@@ -80,7 +86,12 @@ private:
     QByteArray buffer;
     int start = 0;
     bool ended = false;
-    QString line;
+    // The current line: bytes [lineStart, lineStart + lineLength) of the buffer, and their text
+    // once asked for.
+    int lineStart = 0;
+    int lineLength = 0;
+    mutable QString line;
+    mutable bool decoded = true;
     bool tooLong = false;
     qint64 lineNumber = 0;
 };

@@ -36,6 +36,7 @@ BuildReport BuilderSource::getReport() const
         read.linesRead = source->getLinesRead();
         read.linesSkipped = source->getLinesSkipped();
         read.firstSkip = source->getFirstSkip();
+        read.warnings = source->getWarnings();
         report.add(read);
     }
     return report;

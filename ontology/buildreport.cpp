@@ -9,6 +9,11 @@ void BuildReport::add(const BuildReport& other)
     if (firstSkip.isEmpty())
         firstSkip = other.firstSkip;
     linesSkipped += other.linesSkipped;
+    warnings << other.warnings;
+    mergedReads += other.mergedReads;
+    mergedIds += other.mergedIds;
+    unknownReads += other.unknownReads;
+    unknownIds.insert(unknownIds.end(), other.unknownIds.begin(), other.unknownIds.end());
 }
 
 QStringList BuildReport::getSummary() const
@@ -18,14 +23,12 @@ QStringList BuildReport::getSummary() const
         summary << QStringLiteral("skipped %1 of %2 lines (first: %3)")
                        .arg(formatCount(linesSkipped), formatCount(linesRead), firstSkip);
     }
-    summary << getPlacementSummary();
+    summary << getPlacementSummary() << warnings;
     return summary;
 }
 
 QStringList BuildReport::getPlacementSummary() const
 {
-    // So many ids that the line still reads as one line.
-    constexpr int shown = 5;
     QStringList summary;
     if (mergedIds > 0) {
         summary << QStringLiteral("%1 reads had %2 taxon ids that NCBI merged into others (counted under the new ids)")
@@ -33,9 +36,9 @@ QStringList BuildReport::getPlacementSummary() const
     }
     if (!unknownIds.empty()) {
         QStringList first;
-        for (size_t i = 0; i < unknownIds.size() && i < size_t(shown); ++i)
+        for (size_t i = 0; i < unknownIds.size() && i < size_t(shownIds); ++i)
             first << unknownIds[i].id;
-        if (unknownIds.size() > size_t(shown))
+        if (unknownIds.size() > size_t(shownIds))
             first << QStringLiteral("\u2026");
         summary << QStringLiteral("%1 reads had %2 unknown taxon ids (first: %3)")
                        .arg(formatCount(unknownReads), formatCount(qint64(unknownIds.size())),

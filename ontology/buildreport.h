@@ -14,11 +14,16 @@ namespace Ontology {
 class BuildReport
 {
 public:
+    // How many unknown ids the summary names.
+    static constexpr int shownIds = 5;
+
     // Lines of the input read, and those passed over as malformed, with the first of these
     // ("line 17: 'abc' is not a count").
     qint64 linesRead = 0;
     qint64 linesSkipped = 0;
     QString firstSkip;
+    // What the input says that does not add up, though nothing was lost; no skip.
+    QStringList warnings;
 
     // Reads on taxon ids that NCBI merged into others, counted under the new ids, and the
     // number of such ids.
@@ -35,12 +40,13 @@ public:
     qint64 unknownReads = 0;
     std::vector<UnknownId> unknownIds;
 
-    // Adds another input's figures (the first skip stays the first input's).
+    // Adds another report's figures (the first skip stays this one's).
     void add(const BuildReport& other);
+    // Whether anything of the input is missing from the chart.
     bool hasSkips() const { return linesSkipped > 0; }
 
     // One sentence per finding, e.g. "skipped 3 of 1 204 lines (first: line 17: 'abc' is not a
-    // count)"; empty when there is nothing to say.
+    // count)", then the placement's and the warnings; empty when there is nothing to say.
     QStringList getSummary() const;
     // The sentences on merged and unknown taxon ids alone: "12 reads had 3 taxon ids that NCBI
     // merged into others (counted under the new ids)", "5 reads had 2 unknown taxon ids (first:

@@ -2,11 +2,17 @@
 
 #include "ontology/inputsample.h"
 #include "ontology/sourcefrequencies.h"
+#include "ontology/sourcekrakenreads.h"
+#include "ontology/sourcekreport.h"
 #include "ontology/sourcekronatext.h"
+#include "ontology/sourcemetaphlan.h"
 #include "ontology/sourcemgtaxatext.h"
 #include "ontology/sourceqiimetext.h"
+#include "ontology/sourcetaxontable.h"
 
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace Zem {
 namespace Ontology {
@@ -57,7 +63,11 @@ QString checkTaxonIdCounts(const InputSample& sample)
 
 QString checkMgtaxa(const InputSample& sample)
 {
-    // After the header.
+    // The header names the third column as the taxon id ("taxid"): tables of numbers have a
+    // number in their third column too.
+    const QString named = sample.getLines().value(0).split(QLatin1Char('\t')).value(2).trimmed();
+    if (!named.contains(QLatin1String("tax"), Qt::CaseInsensitive))
+        return QStringLiteral("line 1: the header's third column %1 names no taxon id").arg(InputSample::quote(named));
     return sample.judge(1, [](const QString& line) {
         const QString id = line.split(QLatin1Char('\t')).value(2).trimmed();
         if (!isNumber(id))
@@ -66,40 +76,92 @@ QString checkMgtaxa(const InputSample& sample)
     });
 }
 
+InputFormat entry(const char* word, const QString& name, const QString& description, const QString& label,
+                  int detectionOrder, InputFormat::Check check, InputFormat::Factory factory)
+{
+    InputFormat format;
+    format.word = QLatin1String(word);
+    format.name = name;
+    format.description = description;
+    format.label = label;
+    format.detectionOrder = detectionOrder;
+    format.check = std::move(check);
+    format.makeSource = std::move(factory);
+    return format;
+}
+
+// The NCBI-placed formats that are tables of counts with a header.
+InputFormat taxonTable(const char* word, const QString& name, const QString& description, const QString& label,
+                       const SourceTaxonTable::Columns& columns)
+{
+    InputFormat format = entry(
+        word, name, description, label, 30, [columns](const InputSample& sample) { return SourceTaxonTable::check(sample, columns); },
+        [columns](const QString& file, const Options& options) {
+            return std::make_unique<SourceTaxonTable>(file, columns, options.keepUnclassified);
+        });
+    format.needsTaxonomy = true;
+    return format;
+}
+
+// Detection order: a report's rows and a profile's rows would pass as Krona lines, the tables
+// with headers and per-read lines are told by their own marks, a taxon-id list would pass as a
+// QIIME table without a header's names, and Krona text (a number, then anything) comes last.
 std::vector<InputFormat> makeTable()
 {
     std::vector<InputFormat> formats;
-    const auto add = [&formats](const char* word, const QString& name, const QString& description,
-                                const QString& label, bool needsTaxonomy, InputFormat::Check check,
-                                InputFormat::Factory factory) {
-        InputFormat format;
-        format.word = QLatin1String(word);
-        format.name = name;
-        format.description = description;
-        format.label = label;
-        format.needsTaxonomy = needsTaxonomy;
-        format.check = std::move(check);
-        format.makeSource = std::move(factory);
-        formats.push_back(std::move(format));
-        return &formats.back();
-    };
-    add("taxids", QStringLiteral("taxon-id list"), QStringLiteral("a list of NCBI taxon ids (one per line)"),
-        QStringLiteral("Plain text with NCBI-taxon-ids per lines"), true, checkTaxonIds,
-        [](const QString& file, const Options&) { return std::make_unique<SourceFrequencies>(file, 1); });
-    add("taxid-counts", QStringLiteral("taxon-id count list"), QStringLiteral("a list of NCBI taxon ids with counts (id, TAB, count per line)"), QString(),
-        true, checkTaxonIdCounts,
-        [](const QString& file, const Options&) { return std::make_unique<SourceFrequencies>(file, 2); });
-    add("krona", QStringLiteral("Krona"), QStringLiteral("a Krona text file"), QStringLiteral("Krona file"), false, nullptr,
-        [](const QString& file, const Options&) { return std::make_unique<SourceKronaText>(file); });
-    InputFormat* qiime = add(
-        "qiime", QStringLiteral("QIIME"), QStringLiteral("a QIIME summary table"), QStringLiteral("QIIME file"), false, nullptr,
-        [](const QString& file, const Options& options) {
-            return std::make_unique<SourceQiimeText>(file, options.column, InputFormat::abundanceMultiplier);
-        });
-    qiime->readColumns = &SourceQiimeText::readColumnNames;
-    add("mgtaxa", QStringLiteral("MG-Taxa"), QStringLiteral("an MG-Taxa prediction table (taxon id in the third column)"),
-        QStringLiteral("MgTaxa file"), true, checkMgtaxa,
-        [](const QString& file, const Options&) { return std::make_unique<SourceMgtaxaText>(file); });
+    formats.push_back(entry("taxids", QStringLiteral("taxon-id list"), QStringLiteral("a list of NCBI taxon ids, one per line"),
+                            QStringLiteral("Plain text with NCBI-taxon-ids per lines"), 70, checkTaxonIds,
+                            [](const QString& file, const Options&) { return std::make_unique<SourceFrequencies>(file, 1); }));
+    formats.back().needsTaxonomy = true;
+    formats.push_back(entry("taxid-counts", QStringLiteral("taxon-id count list"),
+                            QStringLiteral("a list of NCBI taxon ids with counts, an id, a TAB and a count per line"), QString(),
+                            60, checkTaxonIdCounts,
+                            [](const QString& file, const Options&) { return std::make_unique<SourceFrequencies>(file, 2); }));
+    formats.back().needsTaxonomy = true;
+    formats.push_back(entry("krona", QStringLiteral("Krona"), QStringLiteral("Krona text"), QStringLiteral("Krona file"), 90,
+                            &SourceKronaText::check,
+                            [](const QString& file, const Options&) { return std::make_unique<SourceKronaText>(file); }));
+    formats.push_back(entry("qiime", QStringLiteral("QIIME"), QStringLiteral("a QIIME summary table"), QStringLiteral("QIIME file"), 80,
+                            &SourceQiimeText::check, [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceQiimeText>(file, options.column, InputFormat::abundanceMultiplier);
+                            }));
+    formats.back().readColumns = &SourceQiimeText::readColumnNames;
+    formats.push_back(entry("mgtaxa", QStringLiteral("MG-Taxa"), QStringLiteral("an MG-Taxa prediction table, the taxon id in its third column"),
+                            QStringLiteral("MgTaxa file"), 50, checkMgtaxa,
+                            [](const QString& file, const Options&) { return std::make_unique<SourceMgtaxaText>(file); }));
+    formats.back().needsTaxonomy = true;
+
+    formats.push_back(entry("kreport", QStringLiteral("Kraken-style report"), QStringLiteral("a Kraken-style report"),
+                            QStringLiteral("Kraken-style report (Kraken, Bracken, KrakenUniq, centrifuge-kreport)"), 10,
+                            &SourceKreport::check, [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceKreport>(file, options.keepUnclassified);
+                            }));
+    formats.back().hasUnclassified = true;
+    formats.push_back(taxonTable("bracken", QStringLiteral("Bracken"), QStringLiteral("a Bracken abundance table"),
+                                 QStringLiteral("Bracken abundance table"),
+                                 {QStringLiteral("taxonomy_id"), QStringLiteral("new_est_reads"), QStringLiteral("name")}));
+    formats.push_back(entry("metaphlan", QStringLiteral("MetaPhlAn"), QStringLiteral("a MetaPhlAn profile"),
+                            QStringLiteral("MetaPhlAn profile"), 20, &SourceMetaphlan::check,
+                            [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceMetaphlan>(file, options.keepUnclassified,
+                                                                         InputFormat::abundanceMultiplier);
+                            }));
+    formats.back().hasUnclassified = true;
+    formats.push_back(entry("kraken-reads", QStringLiteral("Kraken per-read output"),
+                            QStringLiteral("Kraken per-read output, one line per read"),
+                            QStringLiteral("Kraken per-read output"), 40, &SourceKrakenReads::check,
+                            [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceKrakenReads>(file, options.keepUnclassified);
+                            }));
+    formats.back().needsTaxonomy = true;
+    formats.back().hasUnclassified = true;
+    formats.push_back(taxonTable("kaiju", QStringLiteral("Kaiju"), QStringLiteral("a kaiju2table table"),
+                                 QStringLiteral("Kaiju table (kaiju2table)"),
+                                 {QStringLiteral("taxon_id"), QStringLiteral("reads"), QStringLiteral("taxon_name")}));
+    formats.back().hasUnclassified = true;
+    formats.push_back(taxonTable("centrifuge", QStringLiteral("Centrifuge"), QStringLiteral("a Centrifuge report"),
+                                 QStringLiteral("Centrifuge report"),
+                                 {QStringLiteral("taxID"), QStringLiteral("numReads"), QStringLiteral("name")}));
     return formats;
 }
 
@@ -118,6 +180,39 @@ const InputFormat* InputFormat::find(const QString& word)
             return &format;
     }
     return nullptr;
+}
+
+const InputFormat* InputFormat::detect(const InputSample& sample, QStringList* whyNot)
+{
+    const auto say = [whyNot](const QStringList& reasons) {
+        if (whyNot)
+            *whyNot = reasons;
+        return nullptr;
+    };
+    if (!sample.isReadable())
+        return say({sample.getError()});
+    const QStringList& lines = sample.getLines();
+    const bool content = std::any_of(lines.begin(), lines.end(), [](const QString& line) {
+        return !line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#'));
+    });
+    if (!content)
+        return say({lines.isEmpty() ? QStringLiteral("it is empty") : QStringLiteral("it holds no data lines")});
+
+    std::vector<const InputFormat*> order;
+    for (const InputFormat& format : all()) {
+        if (format.check)
+            order.push_back(&format);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [](const InputFormat* a, const InputFormat* b) { return a->detectionOrder < b->detectionOrder; });
+    QStringList reasons;
+    for (const InputFormat* format : order) {
+        const QString problem = format->check(sample);
+        if (problem.isEmpty())
+            return format;
+        reasons << QStringLiteral("not %1 (%2)").arg(format->description, problem);
+    }
+    return say(reasons);
 }
 
 QStringList InputFormat::getWords()

@@ -57,7 +57,13 @@ QString InputSample::judge(int firstLine, const LineCheck& check) const
 
 QString InputSample::quote(const QString& text)
 {
-    return QLatin1Char('\'') + (text.size() > 40 ? text.left(40) + QStringLiteral("...") : text) + QLatin1Char('\'');
+    QString shown = text.size() > 40 ? text.left(40) + QStringLiteral("...") : text;
+    // Control characters of binary input would garble the terminal that shows the message.
+    for (QChar& c : shown) {
+        if (!c.isPrint() && c != QLatin1Char('\t'))
+            c = QLatin1Char('?');
+    }
+    return QLatin1Char('\'') + shown + QLatin1Char('\'');
 }
 
 } // namespace Ontology

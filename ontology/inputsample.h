@@ -34,7 +34,8 @@ public:
     // wrong) and passes them when at most one in ten is odd (a header, a stray "NA"): an empty
     // text, else the first problem with its line number ("line 17: 'abc' is not a taxon id").
     QString judge(int firstLine, const LineCheck& check) const;
-    // A word of the input as a message quotes it: in single quotes, shortened when long.
+    // A word of the input as a message quotes it: in single quotes, shortened when long, control
+    // characters as '?'.
     static QString quote(const QString& text);
 
 private:

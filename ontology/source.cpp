@@ -2,8 +2,10 @@
 
 #include "nu/linereader.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputsample.h"
 
 #include <climits>
+#include <limits>
 
 namespace Zem {
 namespace Ontology {
@@ -22,8 +24,44 @@ bool Source::nextLine(nu::LineReader& lines, BuilderSource& builder)
 
 void Source::skipLine(const nu::LineReader& lines, const QString& reason)
 {
+    skipLine(lines.getLineNumber(), reason);
+}
+
+void Source::skipLine(qint64 lineNumber, const QString& reason)
+{
     if (linesSkipped++ == 0)
-        firstSkip = QStringLiteral("line %1: %2").arg(lines.getLineNumber()).arg(reason);
+        firstSkip = QStringLiteral("line %1: %2").arg(lineNumber).arg(reason);
+}
+
+void Source::addLinesRead(qint64 lines)
+{
+    linesRead += lines;
+}
+
+void Source::warn(const QString& warning)
+{
+    warnings << warning;
+}
+
+QString Source::readCount(const QStringRef& text, qint64& count)
+{
+    bool ok = false;
+    const QStringRef trimmed = text.trimmed();
+    count = trimmed.toLongLong(&ok, 10);
+    if (!ok)
+        return QStringLiteral("%1 is not a count").arg(quoted(trimmed));
+    if (count < 0)
+        return QStringLiteral("%1 is a negative count").arg(quoted(trimmed));
+    // More reads than any run gives; counts this large could only overflow the sums.
+    if (count > largestCount)
+        return QStringLiteral("%1 is too large a count").arg(quoted(trimmed));
+    return QString();
+}
+
+qint64 Source::addCounts(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
 }
 
 QString Source::tooLongReason()
@@ -33,9 +71,7 @@ QString Source::tooLongReason()
 
 QString Source::quoted(QStringView text)
 {
-    constexpr int longest = 40;
-    const QString shown = text.size() > longest ? text.left(longest).toString() + QStringLiteral("...") : text.toString();
-    return QLatin1Char('\'') + shown + QLatin1Char('\'');
+    return InputSample::quote(text.left(64).toString());
 }
 
 } // namespace Ontology

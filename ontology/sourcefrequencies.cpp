@@ -31,8 +31,10 @@ void SourceFrequencies::read(BuilderSource& builder)
     loader.setStepCallback([&builder](qint64 words) {
         builder.checkCancelled(static_cast<int>(words & INT_MAX));
     });
+    loader.setSkipCallback([this, &lines](const QString& reason) { skipLine(lines, reason); });
     loader.load();
     skipped = loader.getSkipped();
+    addLinesRead(lines.getLineNumber());
 
     int step = 0;
     const auto& tallies = frequencies.getTallies();

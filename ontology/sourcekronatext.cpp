@@ -2,6 +2,7 @@
 
 #include "nu/linereader.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputsample.h"
 #include "ontology/pathids.h"
 
 #include <QStringRef>
@@ -18,6 +19,18 @@ SourceKronaText::SourceKronaText(const QString& name)
 QString SourceKronaText::getDescription() const
 {
     return fileName;
+}
+
+QString SourceKronaText::check(const InputSample& sample)
+{
+    return sample.judge(0, [](const QString& line) {
+        if (line.startsWith(QLatin1Char('#')))
+            return QString();
+        const QStringRef first = line.leftRef(line.indexOf(QLatin1Char('\t')));
+        bool ok = false;
+        first.toLongLong(&ok, 10);
+        return ok ? QString() : QStringLiteral("%1 is not a count").arg(InputSample::quote(first.toString()));
+    });
 }
 
 void SourceKronaText::read(BuilderSource& builder)

@@ -2,6 +2,7 @@
 
 #include "nu/linereader.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputsample.h"
 #include "ontology/nodekeys.h"
 #include "ontology/pathids.h"
 
@@ -56,6 +57,33 @@ QStringList SourceQiimeText::readColumnNames(const QString& fileName)
         return QStringList();
     header.removeFirst();
     return header;
+}
+
+QString SourceQiimeText::check(const InputSample& sample)
+{
+    const QStringList& lines = sample.getLines();
+    int header = 0;
+    while (header < lines.size() && lines.at(header).startsWith(QLatin1Char('#')) && !lines.at(header).contains(QLatin1Char('\t')))
+        ++header;
+    // A header names its columns: a number first is a data row.
+    bool number = false;
+    if (header < lines.size())
+        lines.at(header).section(QLatin1Char('\t'), 0, 0).toDouble(&number);
+    if (header >= lines.size() || !lines.at(header).contains(QLatin1Char('\t')) || number)
+        return QStringLiteral("line %1: it is no header with value columns").arg(header + 1);
+    return sample.judge(header + 1, [](const QString& line) {
+        const QVector<QStringRef> fields = line.splitRef(QLatin1Char('\t'));
+        if (fields.size() < 2)
+            return QStringLiteral("it has no values");
+        // A sample without a value here ("NA") is the chosen column's business only.
+        for (int i = 1; i < fields.size(); ++i) {
+            bool ok = false;
+            fields.at(i).toDouble(&ok);
+            if (ok)
+                return QString();
+        }
+        return QStringLiteral("%1 is not a number").arg(InputSample::quote(fields.at(1).toString()));
+    });
 }
 
 QString SourceQiimeText::cleanName(const QString& part)

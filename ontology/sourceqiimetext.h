@@ -11,6 +11,8 @@ class LineReader;
 namespace Zem {
 namespace Ontology {
 
+class InputSample;
+
 // A QIIME taxonomy summary table: a header, then per line a taxonomy path ("k__Bacteria;
 // p__Firmicutes;...") and one value per sample. The chosen value column, times the multiplier,
 // becomes the path's count.
@@ -22,6 +24,9 @@ public:
     QString getDescription() const override;
     void read(BuilderSource& builder) override;
 
+    // Empty when the sample reads as a summary table (a header, then a path and numbers on
+    // every line), else where and why not.
+    static QString check(const InputSample& sample);
     // The names of the value columns in the file's header (the header without its first, the
     // taxonomy column); empty when the file cannot be read or has fewer than two columns.
     static QStringList readColumnNames(const QString& fileName);

@@ -16,7 +16,9 @@
 #include <QFileInfo>
 #include <QMutexLocker>
 
+#include <algorithm>
 #include <climits>
+#include <vector>
 
 namespace Sorvik {
 namespace Viewer {
@@ -99,12 +101,6 @@ void BuildNcbiPiechartAsyncTask::setKeepEmptyChart(bool keep)
     keepEmptyChart = keep;
 }
 
-Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getPlacementReport() const
-{
-    QMutexLocker lock(&detailMutex);
-    return placementReport;
-}
-
 void BuildNcbiPiechartAsyncTask::setDownloadStallTimeout(int milliseconds)
 {
     stallTimeout = qMax(0, milliseconds);
@@ -120,6 +116,12 @@ void BuildNcbiPiechartAsyncTask::setErrorDetail(const QString& detail)
 {
     QMutexLocker lock(&detailMutex);
     errorDetail = detail;
+}
+
+Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::getReport() const
+{
+    QMutexLocker lock(&detailMutex);
+    return report;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSetCancelled()
@@ -286,10 +288,13 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     setProgressMessage(0, tr("Building piechart..."));
     if (shouldContinue())
         builder.load();
+    Zem::Ontology::BuildReport placed;
     if (shouldContinue())
-        placeTaxa(builder);
-    if (shouldContinue())
+        placed = placeTaxa(builder);
+    if (shouldContinue()) {
         builder.count(true);
+        keepReport(builder, placed);
+    }
     if (shouldContinue() && !keepEmptyChart
         && builder.getRoot()->data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong() <= 0)
         throw EmptyChartException();
@@ -301,15 +306,22 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     }
 }
 
-void BuildNcbiPiechartAsyncTask::placeTaxa(BuilderSource& builder)
+Zem::Ontology::BuildReport BuildNcbiPiechartAsyncTask::placeTaxa(BuilderSource& builder)
 {
     using Zem::Ncbi::TaxonomyChanges;
     Zem::Ncbi::TaxonPlacement placement(builder);
     const QStringList unplaced = placement.getUnplacedIds();
-    Zem::Ontology::BuildReport report;
-    placement.place(unplaced.isEmpty() ? TaxonomyChanges() : TaxonomyChanges::read(ncbiOntologyFile, unplaced), report);
+    Zem::Ontology::BuildReport placed;
+    placement.place(unplaced.isEmpty() ? TaxonomyChanges() : TaxonomyChanges::read(ncbiOntologyFile, unplaced), placed);
+    return placed;
+}
+
+void BuildNcbiPiechartAsyncTask::keepReport(const BuilderSource& builder, const Zem::Ontology::BuildReport& placed)
+{
+    Zem::Ontology::BuildReport read = builder.getReport();
+    read.add(placed);
     QMutexLocker lock(&detailMutex);
-    placementReport = report;
+    report = read;
 }
 
 void BuildNcbiPiechartAsyncTask::slotSourceReadingStart(int, const QString& description)

@@ -81,12 +81,13 @@ public:
 
     // Why the task failed, in words (the error message says only what failed); may be empty.
     QString getErrorDetail() const;
+    // What the chart step read from the input and could not use; complete once the task has
+    // finished.
+    Zem::Ontology::BuildReport getReport() const;
     // Whether this run downloaded the taxonomy.
     bool hasDownloaded() const { return downloaded; }
     // Whether this run made the taxonomy anew.
     bool hasImported() const { return imported; }
-    // What the chart step placed where the tree did not (merged and unknown ids).
-    Zem::Ontology::BuildReport getPlacementReport() const;
 
 public slots:
     void slotSetCancelled() override;
@@ -112,9 +113,12 @@ private:
     void runDownloadStep();
     void runNcbiOntologyStep();
     void runPiechartStep();
-    // Places the reads the taxonomy's tree does not: the task's own share of the chart step.
-    void placeTaxa(Zem::Ontology::BuilderSource& builder);
+    // Places the reads the taxonomy's tree does not (merged, unknown and unclassified ids) and
+    // says where they went.
+    Zem::Ontology::BuildReport placeTaxa(Zem::Ontology::BuilderSource& builder);
     void setErrorDetail(const QString& detail);
+    // The input's report, with where the taxonomy's tree did not place reads.
+    void keepReport(const Zem::Ontology::BuilderSource& builder, const Zem::Ontology::BuildReport& placed);
 
     QString ncbiOntologyFile;
     QString targetFile = QStringLiteral("target.piechart");
@@ -131,11 +135,11 @@ private:
     bool taxonomyOnly = false;
     bool keepEmptyChart = true;
     QString taxonomyArchive;
-    Zem::Ontology::BuildReport placementReport;
     // File positions beyond the range of an int are shown scaled down by this many bits.
     int positionShift = 0;
     mutable QMutex detailMutex;
     QString errorDetail;
+    Zem::Ontology::BuildReport report;
 };
 
 } // namespace Viewer

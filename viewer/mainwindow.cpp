@@ -345,11 +345,13 @@ void MainWindow::slotBuildNcbiPiechartFinished()
 
 void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source)
 {
+    Zem::Ontology::BuildReport report;
     try {
         const BusyCursor busy;
         Zem::Ontology::BuilderSource builder(fileHandler.getFileName());
         builder.addSource(std::move(source));
         builder.load();
+        report = builder.getReport();
         builder.count(false);
         builder.build();
     } catch (...) {
@@ -360,7 +362,24 @@ void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source
         // Nothing counted: there is no chart to draw.
         message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
         setClosed();
+        return;
     }
+    showReport(report);
+}
+
+void MainWindow::showReport(const Zem::Ontology::BuildReport& report)
+{
+    const QStringList summary = report.getSummary();
+    if (summary.isEmpty())
+        return;
+    // Unknown ids come with their list, for the user to look them up.
+    if (!report.unknownIds.empty()) {
+        BuildReportDialog dialog(report, this);
+        prompter->exec(dialog);
+    } else if (report.hasSkips())
+        message(QMessageBox::Warning, tr("Input not read in full"), summary.join(QLatin1Char('\n')));
+    else
+        message(QMessageBox::Information, tr("Input notes"), summary.join(QLatin1Char('\n')));
 }
 
 bool MainWindow::firstTimeGenerate()
@@ -626,7 +645,7 @@ void MainWindow::updateTaxonomy(const QString& taxonomyFile)
 
 void MainWindow::keepBuildReport(const BuildNcbiPiechartAsyncTask& finished)
 {
-    const Zem::Ontology::BuildReport report = finished.getPlacementReport();
+    const Zem::Ontology::BuildReport report = finished.getReport();
     builtReport = report.getSummary().isEmpty() ? nullptr : std::make_unique<Zem::Ontology::BuildReport>(report);
     const Zem::Ncbi::TaxonomyCache cache(finished.getNcbiOntologyFile());
     taxonomyHint = cache.isOld() ? tr("The NCBI taxonomy is %1 days old: File > Preferences > Update taxonomy now "
@@ -643,8 +662,7 @@ void MainWindow::showBuildReport()
     if (!builtReport)
         return;
     const std::unique_ptr<Zem::Ontology::BuildReport> report = std::move(builtReport);
-    BuildReportDialog dialog(*report, this);
-    prompter->exec(dialog);
+    showReport(*report);
 }
 
 void MainWindow::slotViewPreferences()

@@ -139,6 +139,8 @@ private:
     void buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source);
     // Marks the new chart unsaved and draws it; false when it could not be drawn.
     bool firstTimeGenerate();
+    // Says what the reading of a new chart's input passed over, if anything.
+    void showReport(const Zem::Ontology::BuildReport& report);
     // Draws the chart from the navigator's position; throws what reading the file throws, and
     // OntologyEmptyException when the chart's centre holds no count.
     void generate();

@@ -43,6 +43,8 @@ const FilePage* findFilePage(const QString& word)
 
 } // namespace
 
+const QString NewPiechartWizard::detectWord = QStringLiteral("auto");
+
 NewPiechartWizard::NewPiechartWizard(QWidget* parent)
     : QWizard(parent)
 {
@@ -56,8 +58,11 @@ NewPiechartWizard::NewPiechartWizard(QWidget* parent)
     setPage(QiimeFile, qiimeFile);
     auto* qiimeColumn = new NewPieChartWizard_QiimeSourceColumnWizardPage(this);
     setPage(QiimeColumn, qiimeColumn);
-    setPage(InputFile, new NewPieChartWizard_InputFileWizardPage(this));
+    auto* inputFile = new NewPieChartWizard_InputFileWizardPage(this);
+    setPage(InputFile, inputFile);
     connect(qiimeFile, &NewPieChartWizard_QiimeSourceFileWizardPage::signalSourceColumnsRetrieved, qiimeColumn,
+            &NewPieChartWizard_QiimeSourceColumnWizardPage::slotSourceColumnsRetrieved);
+    connect(inputFile, &NewPieChartWizard_InputFileWizardPage::signalSourceColumnsRetrieved, qiimeColumn,
             &NewPieChartWizard_QiimeSourceColumnWizardPage::slotSourceColumnsRetrieved);
 }
 
@@ -77,6 +82,8 @@ const Zem::Ontology::InputFormat* NewPiechartWizard::getFormat() const
 {
     const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));
     QString word = typePage->getChosenWord();
+    if (word == detectWord)
+        return static_cast<const NewPieChartWizard_InputFileWizardPage*>(page(InputFile))->getDetectedFormat();
     // The taxon-id page offers the list with counts as a variant of the plain list.
     if (word == QLatin1String("taxids") && field(QStringLiteral("taxids-source-format-idcount")).toBool())
         word = QStringLiteral("taxid-counts");
@@ -88,7 +95,9 @@ QString NewPiechartWizard::getInputFileName() const
     const Zem::Ontology::InputFormat* format = getFormat();
     if (!format)
         return QString();
-    const FilePage* page = findFilePage(format->word);
+    // Detection reads the file named on the input file page, whatever format it finds.
+    const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));
+    const FilePage* page = typePage->getChosenWord() == detectWord ? nullptr : findFilePage(format->word);
     return field(QLatin1String(page ? page->fileField : "input-source-filename")).toString();
 }
 
@@ -96,6 +105,7 @@ Zem::Ontology::InputFormat::Options NewPiechartWizard::getOptions() const
 {
     Zem::Ontology::InputFormat::Options options;
     options.column = field(QStringLiteral("qiime-source-column")).toInt();
+    options.keepUnclassified = field(QStringLiteral("input-keep-unclassified")).toBool();
     return options;
 }
 

@@ -25,6 +25,9 @@ public:
         InputFile = 6
     };
 
+    // The first page's choice that tells the format from the file.
+    static const QString detectWord;
+
     explicit NewPiechartWizard(QWidget* parent = nullptr);
 
     bool requiresNcbiTaxonomy() const;
@@ -32,7 +35,7 @@ public:
     // The page that asks for the file of the format with this command-line word.
     static int getFilePage(const QString& word);
 
-    // The chosen format, null while none is chosen.
+    // The chosen format, or the one found in the file; null while there is none.
     const Zem::Ontology::InputFormat* getFormat() const;
     QString getInputFileName() const;
     Zem::Ontology::InputFormat::Options getOptions() const;

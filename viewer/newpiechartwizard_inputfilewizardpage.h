@@ -4,6 +4,12 @@
 
 #include <memory>
 
+namespace Zem {
+namespace Ontology {
+class InputFormat;
+}
+} // namespace Zem
+
 namespace Sorvik {
 namespace Viewer {
 
@@ -11,8 +17,10 @@ namespace Ui {
 class NewPieChartWizard_InputFileWizardPage;
 }
 
-// The file page of every input format that has no page of its own; its title names the format
-// chosen on the first page.
+// The file page of every input format that has no page of its own, and of "Detect from the
+// file": then it tells the file's format as soon as the file is named, says which it found (or
+// why none), and goes on to the column page for a table of samples. Formats that count
+// unclassified reads offer to leave them out.
 class NewPieChartWizard_InputFileWizardPage : public NewPieChartWizard_SourceFileWizardPage
 {
     Q_OBJECT
@@ -21,10 +29,24 @@ public:
     ~NewPieChartWizard_InputFileWizardPage() override;
 
     void initializePage() override;
+    bool isComplete() const override;
+    bool validatePage() override;
     int nextId() const override;
 
+    // The format found in the file while detecting, else null.
+    const Zem::Ontology::InputFormat* getDetectedFormat() const { return detected; }
+
+signals:
+    void signalSourceColumnsRetrieved(const QStringList& columns);
+
 private:
+    bool isDetecting() const;
+    void detect();
+    // Shows the check box for unclassified reads where the format has them.
+    void showOptions(const Zem::Ontology::InputFormat* format);
+
     std::unique_ptr<Ui::NewPieChartWizard_InputFileWizardPage> ui;
+    const Zem::Ontology::InputFormat* detected = nullptr;
 };
 
 } // namespace Viewer

@@ -15,18 +15,22 @@ NewPieChartWizard_InputTypeWizardPage::NewPieChartWizard_InputTypeWizardPage(QWi
     , ui(std::make_unique<Ui::NewPieChartWizard_InputTypeWizardPage>())
 {
     ui->setupUi(this);
-    int row = 0;
+    addChoice(tr("Detect from the file"), NewPiechartWizard::detectWord);
     for (const Zem::Ontology::InputFormat& format : Zem::Ontology::InputFormat::all()) {
-        if (format.label.isEmpty())
-            continue;
-        auto* button = new QRadioButton(format.label, this);
-        button->setObjectName(format.word + QLatin1String("RadioButton"));
-        // Above the spacer that keeps the choices together at the top.
-        ui->verticalLayout->insertWidget(row++, button);
-        registerField(QLatin1String("input-type-") + format.word, button);
-        connect(button, &QRadioButton::toggled, this, &QWizardPage::completeChanged);
-        choices.emplace_back(button, format.word);
+        if (!format.label.isEmpty())
+            addChoice(format.label, format.word);
     }
+}
+
+void NewPieChartWizard_InputTypeWizardPage::addChoice(const QString& label, const QString& word)
+{
+    auto* button = new QRadioButton(label, this);
+    button->setObjectName(word + QLatin1String("RadioButton"));
+    // Above the spacer that keeps the choices together at the top.
+    ui->verticalLayout->insertWidget(int(choices.size()), button);
+    registerField(QLatin1String("input-type-") + word, button);
+    connect(button, &QRadioButton::toggled, this, &QWizardPage::completeChanged);
+    choices.emplace_back(button, word);
 }
 
 NewPieChartWizard_InputTypeWizardPage::~NewPieChartWizard_InputTypeWizardPage() = default;

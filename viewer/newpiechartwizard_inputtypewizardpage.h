@@ -14,9 +14,9 @@ namespace Ui {
 class NewPieChartWizard_InputTypeWizardPage;
 }
 
-// The wizard's first page: which kind of input the new chart is made from, one choice per input
-// format that the wizard lists. Each choice is the boolean field "input-type-" and the format's
-// command-line word.
+// The wizard's first page: which kind of input the new chart is made from: detection from the
+// file, then one choice per input format that the wizard lists. Each choice is the boolean field
+// "input-type-" and the format's command-line word ("auto" for detection).
 class NewPieChartWizard_InputTypeWizardPage : public QWizardPage
 {
     Q_OBJECT
@@ -31,6 +31,8 @@ public:
     QString getChosenWord() const;
 
 private:
+    void addChoice(const QString& label, const QString& word);
+
     std::unique_ptr<Ui::NewPieChartWizard_InputTypeWizardPage> ui;
     // The choices with their formats' words, in the table's order.
     std::vector<std::pair<QRadioButton*, QString>> choices;

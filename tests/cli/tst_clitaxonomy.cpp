@@ -69,13 +69,14 @@ private slots:
         QFETCH(QStringList, said);
         QFETCH(QString, info);
         const QString output = path(QStringLiteral("out.piechart"));
-        const CliResult result = runCli({"build", "taxids", write(QStringLiteral("in.txt"), input), "-o", output,
-                                         "--taxonomy", path(QStringLiteral("ncbi.ontology"))},
+        const QString file = write(QStringLiteral("in.txt"), input);
+        const CliResult result = runCli({"build", "taxids", file, "-o", output, "--taxonomy",
+                                         path(QStringLiteral("ncbi.ontology"))},
                                         environment(QStringLiteral("/pub/taxonomy/taxdmp.zip")));
         QCOMPARE(result.exitCode, 0);
         QStringList lines;
         for (const QString& line : said)
-            lines << QStringLiteral("sorvik-cli build: ") + line + QLatin1Char('\n');
+            lines << QStringLiteral("sorvik-cli build: %1: %2\n").arg(file, line);
         QCOMPARE(result.err, lines.join(QString()));
         const CliResult shown = runCli({"info", output});
         QVERIFY2(shown.out.endsWith(info), qPrintable(shown.out));

@@ -45,8 +45,14 @@ private:
 QStringList readAll(LineReader& lines)
 {
     QStringList result;
-    while (lines.next())
+    while (lines.next()) {
+        // The bytes handed out undecoded are the line's text, asked for first or not.
+        const std::string_view bytes = lines.getBytes();
+        const QString fromBytes = QString::fromUtf8(bytes.data(), int(bytes.size()));
+        if (fromBytes != lines.getLine())
+            result << QStringLiteral("bytes differ: ") + fromBytes;
         result << QStringLiteral("%1:%2").arg(lines.getLineNumber()).arg(lines.isTooLong() ? QStringLiteral("<too long>") : lines.getLine());
+    }
     return result;
 }
 

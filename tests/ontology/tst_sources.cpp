@@ -153,6 +153,9 @@ private slots:
         QTest::newRow("qiime: value not a share keeps its path; short line")
             << "qiime" << QByteArray("Taxon\tS1\nk__A\tNA\n\nk__B\t0.5\nk__C\n") << "root(\"k  A\" \"k  B\":500)"
             << qint64(4) << qint64(2) << "line 2: 'NA' is not a share";
+        QTest::newRow("taxid-counts: a count that is no number, an id without a count")
+            << "counts" << QByteArray("9606\t5\n562\tabc\n\n562") << "" << qint64(4) << qint64(2)
+            << "line 2: 'abc' is not a count";
         QTest::newRow("mgtaxa: row without a third column")
             << "mgtaxa" << QByteArray("id\tlen\ttaxid\ns1\t1\t562\ns2\t1\n") << "" << qint64(2) << qint64(1)
             << "line 3: it has no third column";
@@ -276,6 +279,8 @@ private:
             return std::make_unique<SourceMgtaxaText>(file);
         if (format == QLatin1String("taxids"))
             return std::make_unique<SourceFrequencies>(file);
+        if (format == QLatin1String("counts"))
+            return std::make_unique<SourceFrequencies>(file, 2);
         auto dump = std::make_unique<SourceBcp>(file);
         dump->fieldSeparator = QStringLiteral("\t|\t");
         dump->rowTerminator = QStringLiteral("\t|\n");

@@ -2,6 +2,7 @@
 #include "ontology/inputformat.h"
 #include "ontology/ontology.h"
 #include "ontology/sourcefrequencies.h"
+#include "ontology/sourcekrakenreads.h"
 #include "ontology/taxonomycache.h"
 #include "ontology/taxonomychanges.h"
 #include "tests/support/fixtures.h"
@@ -208,7 +209,7 @@ private slots:
         QVERIFY(task->hasDownloaded());
         QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), chartOfSmallTaxonomy);
         QVERIFY(Zem::Ontology::Ontology(path(QStringLiteral("target.piechart"))).isCounted());
-        QCOMPARE(task->getPlacementReport().getSummary(),
+        QCOMPARE(task->getReport().getSummary(),
                  QStringList{QStringLiteral("1 reads had 1 unknown taxon ids (first: 12345)")});
         const Zem::Ontology::Ontology taxonomy(path(QStringLiteral("ncbi.ontology")));
         QVERIFY(!taxonomy.isCounted());
@@ -234,6 +235,23 @@ private slots:
         task.reset();
         QCOMPARE(entries(top.filePath(QStringLiteral("tmp"))), QStringList());
         QCOMPARE(entries(dir->path()), (QStringList{"input.txt", "ncbi.ontology", "target.piechart"}));
+    }
+
+    // Unclassified reads count in a slice of the root's, reads of ids the taxonomy lacks in
+    // another; both are reported, and the lines passed over too.
+    void unclassifiedReadsBesideTheTaxonomy()
+    {
+        writeTree(path(QStringLiteral("ncbi.ontology")), QStringLiteral("1(2(562) 9606)"), false);
+        const QString input = write(QStringLiteral("reads.txt"), "C\tr1\t562\t9\nU\tr2\t0\t9\nC\tr3\t77\t9\n"
+                                                                  "C\tr4\t562\t9\nU\tr5\t0\t9\nC\tr6\t0\t9\nbad\n");
+        auto task = makeTask(QStringLiteral("/nonodes.zip"), std::make_unique<Zem::Ontology::SourceKrakenReads>(input));
+        QVERIFY(runToEnd(*task));
+        QCOMPARE(task->getErrorMessage(), QString());
+        QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))), QStringLiteral("1:0(2:0(562:2) unclassified:3 \"Unknown taxon ids\":1)"));
+        const Zem::Ontology::BuildReport report = task->getReport();
+        QCOMPARE(report.getSummary(),
+                 (QStringList{"skipped 1 of 7 lines (first: line 7: it does not start with C or U and a TAB)",
+                              "1 reads had 1 unknown taxon ids (first: 77)"}));
     }
 
     void failures_data()
@@ -367,7 +385,7 @@ private slots:
         QCOMPARE(describeOntology(path(QStringLiteral("target.piechart"))),
                  QStringLiteral("root:0(\"cellular organisms\":0(Bacteria:0(Escherichia:0(\"Escherichia coli\":5)) "
                                 "\"Homo sapiens\":1) unclassified:2 \"Unknown taxon ids\":2)"));
-        const Zem::Ontology::BuildReport report = task->getPlacementReport();
+        const Zem::Ontology::BuildReport report = task->getReport();
         QCOMPARE(report.getPlacementSummary(),
                  (QStringList{"3 reads had 1 taxon ids that NCBI merged into others (counted under the new ids)",
                               "2 reads had 2 unknown taxon ids (first: 99, 4242)"}));

@@ -1,4 +1,5 @@
 #include "nu/prompter.h"
+#include "ontology/inputformat.h"
 #include "ontology/ontology.h"
 #include "resources/resources.h"
 #include "tests/support/sqlfile.h"
@@ -47,7 +48,9 @@ Script wizard(const QString& type, const QString& file, const QVariant& option =
     return [=](QDialog& dialog) {
         auto& wizard = dynamic_cast<NewPiechartWizard&>(dialog);
         wizard.setField(QStringLiteral("input-type-") + type, true);
-        wizard.setField(type + QStringLiteral("-source-filename"), file);
+        // The formats without a page of their own, and detection, share the input file page.
+        const bool ownPage = QStringList{"taxids", "mgtaxa", "krona", "qiime"}.contains(type);
+        wizard.setField(ownPage ? type + QStringLiteral("-source-filename") : QStringLiteral("input-source-filename"), file);
         if (type == QLatin1String("taxids"))
             wizard.setField(QStringLiteral("taxids-source-format-") + option.toString(), true);
         if (type == QLatin1String("qiime")) {
@@ -184,6 +187,9 @@ private slots:
                                      << 100.0 << "";
         QTest::newRow("download refused") << "taxids" << "viewer/taxids.txt" << "id" << false << "" << 0.0
                                           << "Critical Problem creating new pie chart: NCBI data couldn't be downloaded";
+        QTest::newRow("per-read output in the background") << "kraken-reads" << "formats/kraken2.reads" << "" << true
+                                                            << "Escherichia coli" << 100.0 / 3 << "";
+        QTest::newRow("told from the file") << "auto" << "formats/metaphlan2.txt" << "" << false << "Firmicutes" << 40.0 << "";
     }
 
     void newChart()
@@ -202,10 +208,11 @@ private slots:
         window->slotFileNew();
         qunsetenv("SORVIK_TAXDUMP_URL");
 
-        // The taxon-id inputs are built in the background, behind a progress dialog; a report
-        // follows when the taxonomy could not place some reads.
+        // The inputs placed in the NCBI taxonomy are built in the background, behind a progress
+        // dialog; a report follows when the taxonomy could not place some reads.
         const bool report = slice == QLatin1String("Unknown taxon ids");
-        QCOMPARE(prompter->dialogs.size(), (type == QLatin1String("taxids") || type == QLatin1String("mgtaxa") ? 2 : 1) + report);
+        const Zem::Ontology::InputFormat* format = Zem::Ontology::InputFormat::find(type);
+        QCOMPARE(prompter->dialogs.size(), (format && format->needsTaxonomy ? 2 : 1) + report);
         QVERIFY(!window->isBuilding());
         // The cache is the taxonomy still, uncounted; none is left from a failed download.
         QTRY_COMPARE(QFile::exists(ncbi()), cached);
@@ -223,6 +230,38 @@ private slots:
         const PieChartItem* found = sliceNamed(chart(), slice);
         QVERIFY2(found, qPrintable(slice));
         QVERIFY(std::abs(found->getPercentage() - share) < 1e-9);
+    }
+
+    // Once the chart is drawn, the window says what the reading of its input passed over.
+    void newChartSaysWhatItPassedOver_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("a report cut short") << "kreport" << fileContents(fixturePath(QStringLiteral("formats/cut-short.kreport")))
+                                            << "Information Input notes: 1 of 4 rows disagree with the rows below them, as "
+                                               "in a cut or filtered report; the chart follows their clade reads (first: "
+                                               "line 5: 'Viruses' has 40 clade reads, but its own and its children's add up "
+                                               "to 0)";
+        QTest::newRow("ids the taxonomy lacks") << "kraken-reads" << QByteArray("C\tr1\t562\t9\nC\tr2\t77\t9\n")
+                                                << "Warning Input not read in full: skipped 1 read of 1 taxon id that the "
+                                                   "taxonomy does not know (77)";
+    }
+
+    void newChartSaysWhatItPassedOver()
+    {
+        QFETCH(QString, type);
+        QFETCH(QByteArray, input);
+        QFETCH(QString, said);
+        writeTaxonomy();
+        QFile file(path(QStringLiteral("input.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(input) == input.size());
+        file.close();
+        prompter->onDialog = inTurn(wizard(type, file.fileName()), progress);
+        window->slotFileNew();
+        QTRY_VERIFY(!window->isBuilding());
+        QCOMPARE(shown(), QStringList{said});
+        QCOMPARE(state(), QStringLiteral("working unsaved root 110001"));
     }
 
     void closeAsksToSaveANewChart_data()

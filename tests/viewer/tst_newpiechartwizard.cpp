@@ -1,8 +1,11 @@
 #include "viewer/newpiechartwizard.h"
 
 #include "ontology/inputformat.h"
+#include "tests/support/fixtures.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
+#include <QLabel>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -127,8 +130,72 @@ private slots:
         QCOMPARE(wizard.getFormat()->word, word);
         QCOMPARE(wizard.getInputFileName(), file);
         QCOMPARE(wizard.requiresNcbiTaxonomy(), wizard.getFormat()->needsTaxonomy);
+        // Formats that count unclassified reads offer to leave them out.
+        auto* keep = wizard.currentPage()->findChild<QCheckBox*>(QStringLiteral("keepUnclassifiedCheckBox"));
+        QCOMPARE(keep && keep->isVisibleTo(wizard.currentPage()), wizard.getFormat()->hasUnclassified);
     }
+
+    void detectsTheFormatFromTheFile_data();
+    void detectsTheFormatFromTheFile();
 };
+
+// Detection: the page says which format it found, or why none, and goes on as that format's own
+// choice would.
+void TestNewPiechartWizard::detectsTheFormatFromTheFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("said");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<bool>("unclassifiedOffered");
+    QTest::newRow("kraken-style report")
+        << Sorvik::Test::fileContents(Sorvik::Test::fixturePath(QStringLiteral("formats/kraken2.kreport")))
+        << "Read as a Kraken-style report." << "kreport" << true;
+    QTest::newRow("bracken table") << Sorvik::Test::fileContents(Sorvik::Test::fixturePath(QStringLiteral("formats/bracken.tsv")))
+                                   << "Read as a Bracken abundance table." << "bracken" << false;
+    QTest::newRow("qiime table, then its columns") << QByteArray("Taxon\tS1\tS2\nk__A;p__B\t0.5\t0.25\n")
+                                                   << "Read as a QIIME summary table." << "qiime" << false;
+    QTest::newRow("nothing known") << QByteArray("\x01\x02\n") << "Cannot tell the format of this file:\nnot a Kraken-style report"
+                                   << "" << false;
+    QTest::newRow("no file") << QByteArray("<missing>") << "Cannot tell the format of this file:\ncannot read" << "" << false;
+}
+
+void TestNewPiechartWizard::detectsTheFormatFromTheFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, said);
+    QFETCH(QString, word);
+    QFETCH(bool, unclassifiedOffered);
+    QTemporaryDir dir;
+    NewPiechartWizard wizard;
+    wizard.restart();
+    check(wizard, QStringLiteral("Detect from the file"));
+    wizard.next();
+    QCOMPARE(wizard.currentId(), int(NewPiechartWizard::InputFile));
+    QVERIFY(!wizard.currentPage()->isComplete());
+    const QString file = qiimeTable(dir, content);
+    fileEdit(wizard, NewPiechartWizard::InputFile)->setText(file);
+
+    QVERIFY2(wizard.currentPage()->findChild<QLabel*>(QStringLiteral("detectionLabel"))->text().startsWith(said),
+             qPrintable(wizard.currentPage()->findChild<QLabel*>(QStringLiteral("detectionLabel"))->text()));
+    QCOMPARE(wizard.currentPage()->isComplete(), !word.isEmpty());
+    QCOMPARE(wizard.getFormat() ? wizard.getFormat()->word : QString(), word);
+    auto* keep = wizard.currentPage()->findChild<QCheckBox*>(QStringLiteral("keepUnclassifiedCheckBox"));
+    QCOMPARE(keep->isVisibleTo(wizard.currentPage()), unclassifiedOffered);
+    if (word.isEmpty())
+        return;
+    QCOMPARE(wizard.getInputFileName(), file);
+    QVERIFY(wizard.getOptions().keepUnclassified);
+    keep->setChecked(false);
+    QVERIFY(!wizard.getOptions().keepUnclassified);
+    // A table of samples asks for its column next.
+    const bool columns = word == QLatin1String("qiime");
+    QCOMPARE(wizard.currentPage()->nextId(), columns ? int(NewPiechartWizard::QiimeColumn) : -1);
+    if (columns) {
+        wizard.next();
+        QCOMPARE(wizard.currentId(), int(NewPiechartWizard::QiimeColumn));
+        QCOMPARE(wizard.currentPage()->findChild<QComboBox*>()->count(), 2);
+    }
+}
 
 QTEST_MAIN(TestNewPiechartWizard)
 #include "tst_newpiechartwizard.moc"
