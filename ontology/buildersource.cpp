@@ -1,5 +1,6 @@
 #include "ontology/buildersource.h"
 
+#include "ontology/pathids.h"
 #include "ontology/source.h"
 
 #include <climits>
@@ -26,6 +27,13 @@ void BuilderSource::load()
         emit signalSourceReadingStart(static_cast<int>(i), sources[i]->getDescription());
         sources[i]->read(*this);
     }
+}
+
+PathIds& BuilderSource::getPathIds()
+{
+    if (!pathIds)
+        pathIds = std::make_unique<PathIds>(*this);
+    return *pathIds;
 }
 
 void BuilderSource::notifySourceTotalSize(qint64 total)

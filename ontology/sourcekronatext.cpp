@@ -22,7 +22,7 @@ QString SourceKronaText::getDescription() const
 
 void SourceKronaText::read(BuilderSource& builder)
 {
-    PathIds paths(builder);
+    PathIds& paths = builder.getPathIds();
     nu::LineReader lines(fileName);
     if (!lines.isOpen())
         return;

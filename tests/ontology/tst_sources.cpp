@@ -4,6 +4,7 @@
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
+#include "ontology/sourceontology.h"
 #include "ontology/sourceqiimetext.h"
 #include "nu/linereader.h"
 #include "tests/support/fixtures.h"
@@ -133,6 +134,62 @@ private slots:
                 found << id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
         }
         QCOMPARE(found, counts);
+    }
+
+    void twoPathFilesInOneBuilder_data()
+    {
+        QTest::addColumn<QString>("firstFormat");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QString>("secondFormat");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<int>("nodes");
+
+        QTest::newRow("two krona files: a shared path adds up, the others stay apart")
+            << "krona" << QByteArray("5\tBacteria\tFirmicutes\n1\tBacteria\tProteobacteria\n") << "krona"
+            << QByteArray("3\tArchaea\n2\tBacteria\tFirmicutes\n")
+            << "root(Bacteria(Firmicutes:7 Proteobacteria:1) Archaea:3)" << 5;
+        QTest::newRow("the second file's first node is not the first file's")
+            << "krona" << QByteArray("1\tX\n") << "krona" << QByteArray("4\tY\tZ\n") << "root(X:1 Y(Z:4))" << 4;
+        QTest::newRow("krona then qiime")
+            << "krona" << QByteArray("2\tA\tB\n") << "qiime" << QByteArray("Taxon\tS1\nC;D\t0.001\n")
+            << "root(A(B:2) C(D:1))" << 5;
+    }
+
+    // Several samples in one chart rely on this: no id stands for two paths.
+    void twoPathFilesInOneBuilder()
+    {
+        QFETCH(QString, firstFormat);
+        QFETCH(QByteArray, first);
+        QFETCH(QString, secondFormat);
+        QFETCH(QByteArray, second);
+        QFETCH(QString, tree);
+        QFETCH(int, nodes);
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(makeSource(firstFormat, write(first, QStringLiteral("first.txt"))));
+        builder.addSource(makeSource(secondFormat, write(second, QStringLiteral("second.txt"))));
+        builder.load();
+        QCOMPARE(describeTree(builder), tree);
+        QCOMPARE(builder.getNodeNumber(), nodes);
+    }
+
+    void pathFileAfterACopiedChart()
+    {
+        const QString chart = dir->filePath(QStringLiteral("first.ontology"));
+        {
+            BuilderSource first(chart);
+            first.addSource(makeSource(QStringLiteral("krona"), write("5\tBacteria\tFirmicutes\n")));
+            first.load();
+            first.count(false);
+            first.build();
+        }
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceOntology>(chart));
+        builder.addSource(makeSource(QStringLiteral("krona"), write("3\tArchaea\tHalobacteria\n")));
+        builder.load();
+        builder.count(false);
+        QCOMPARE(describeTree(builder), QStringLiteral("root:0(Bacteria:0(Firmicutes:5) Archaea:0(Halobacteria:3))"));
+        QCOMPARE(builder.getNodeNumber(), 5);
     }
 
     void skippedLines_data()
@@ -284,9 +341,9 @@ private:
         return dump;
     }
 
-    QString write(const QByteArray& content)
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"))
     {
-        QFile file(dir->filePath(QStringLiteral("input.txt")));
+        QFile file(dir->filePath(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             return QString();
         return file.fileName();
