@@ -2,20 +2,15 @@
 
 #include "nu/compactjson.h"
 #include "nu/database.h"
+#include "nu/partfile.h"
 #include "ontology/nodekeys.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstdio>
-#include <unistd.h>
 
 namespace Zem {
 namespace Ontology {
@@ -407,26 +402,15 @@ qint64 Builder::Counter::count(Node* top)
 // Writer
 
 Builder::Writer::Writer(const QString& file, Builder* owner)
-    : fileName(file)
+    : part(std::make_unique<nu::PartFile>(file))
     , builder(owner)
 {
-    // The file is made under a temporary name next to the target and renamed over it only when
-    // complete, so an interrupted write never leaves a broken file under the target's name.
-    const QFileInfo target(fileName);
-    const QString folder = target.absolutePath();
-    if (!QDir().mkpath(folder))
+    // An interrupted write never leaves a broken file under the target's name.
+    if (!part->create())
         throw OpenDatabaseException();
-    {
-        QTemporaryFile temporary(folder + QLatin1String("/.") + target.fileName()
-                                 + QLatin1String(".XXXXXX.part"));
-        temporary.setAutoRemove(false);
-        if (!temporary.open())
-            throw OpenDatabaseException();
-        temporaryName = temporary.fileName();
-    }
 
     connection = std::make_unique<nu::database::Connection>(
-        QStringLiteral("zem-ontology-builder-writer"), temporaryName, false);
+        QStringLiteral("zem-ontology-builder-writer"), part->getFileName(), false);
     if (!connection->open())
         throw OpenDatabaseException();
 
@@ -442,11 +426,10 @@ Builder::Writer::Writer(const QString& file, Builder* owner)
 
 Builder::Writer::~Writer()
 {
+    // The connection goes before the part file it writes is removed.
     insert.reset();
     insertMany.reset();
     connection.reset();
-    if (!finished && !temporaryName.isEmpty())
-        QFile::remove(temporaryName);
 }
 
 void Builder::Writer::setCommitSize(int size)
@@ -587,18 +570,8 @@ void Builder::Writer::end(bool counted)
         throw StatementExecException();
     info = QSqlQuery();
     connection.reset();
-
-    // Make the content durable before it takes the target's name.
-    {
-        QFile file(temporaryName);
-        if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0)
-            throw StatementExecException();
-    }
-    if (std::rename(QFile::encodeName(temporaryName).constData(),
-                    QFile::encodeName(fileName).constData())
-        != 0)
+    if (!part->commit())
         throw StatementExecException();
-    finished = true;
 }
 
 } // namespace Ontology

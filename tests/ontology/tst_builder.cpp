@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 using Zem::Ontology::Builder;
 using namespace Sorvik::Test;
 
@@ -253,6 +255,18 @@ private slots:
             QCOMPARE(writtenTotals(file), (QStringList{"old=3", "a=1", "b=2"}));
         else
             QVERIFY(!QFile::exists(file));
+
+        // The killed run's part goes the next time the chart is written, which is then the only
+        // file there, with the permissions the umask gives a new file, or the old file's.
+        QCOMPARE(folder.entryList({QStringLiteral("*.part")}, QDir::Files | QDir::Hidden).size(), 1);
+        const QFile::Permissions old = QFile::permissions(file);
+        const mode_t before = ::umask(027);
+        writeTree(file, QStringLiteral("new(c:4)"));
+        ::umask(before);
+        QCOMPARE(folder.entryList(QDir::Files | QDir::Hidden), QStringList{QFileInfo(file).fileName()});
+        const QFile::Permissions groupMayRead =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup;
+        QCOMPARE(QFile::permissions(file), previous ? old : groupMayRead);
     }
 
 private:
