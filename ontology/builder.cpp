@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <limits>
 
 namespace Zem {
 namespace Ontology {
@@ -31,6 +32,15 @@ QString numberText(qint64 value)
     if (value >= 0 && value < static_cast<qint64>(small.size()))
         return small[static_cast<size_t>(value)];
     return QString::number(value);
+}
+
+// Counts come from user files: a sum past the range of 64 bits stays at its end.
+qint64 saturatingAdd(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    if (__builtin_add_overflow(a, b, &sum))
+        return b > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
+    return sum;
 }
 
 constexpr int cancelCheckInterval = 4096;
@@ -352,7 +362,7 @@ qint64 Builder::Counter::count(Node* top)
         else
             parent->children[frame.kept++] = child;
         ++frame.next;
-        frame.sum += r;
+        frame.sum = saturatingAdd(frame.sum, r);
     };
 
     if (top->state == InProgress)
@@ -379,7 +389,7 @@ qint64 Builder::Counter::count(Node* top)
         qint64 sum = frame.sum;
         const QString* own = node->data.find(NodeKey::count);
         if (own)
-            sum += own->toLongLong();
+            sum = saturatingAdd(sum, own->toLongLong());
         else
             node->data.insert(NodeKey::count, numberText(0));
         node->data.insert(NodeKey::accumCount, numberText(sum));
