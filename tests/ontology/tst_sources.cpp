@@ -44,6 +44,7 @@ private slots:
         QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
         QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
         QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
+        QTest::newRow("repeated path adds up") << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << "root(A:3(B:7))";
         QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
     }
 
@@ -74,6 +75,7 @@ private slots:
             << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
             << "root(\"k  Bacteria\":750)";
         QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
+        QTest::newRow("repeated path adds up") << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
     }
 
     void qiime()
@@ -82,6 +84,33 @@ private slots:
         QFETCH(int, column);
         QFETCH(QString, tree);
         QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
+    }
+
+    void qiimePercentages_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<QString>("percentage");
+        const QByteArray header("Taxon\tS1\n");
+        QTest::newRow("as written") << header + "A\t7.5e-01\n" << QByteArray() << "7.5e-01";
+        QTest::newRow("repeated path adds up") << header + "A\t0.25\nA\t0.5\nB\t0.125\n" << QByteArray() << "0.75";
+        QTest::newRow("a second table adds up") << header + "A\t0.25\n" << header + "A\t0.5\n" << "0.75";
+    }
+
+    // The value a path keeps beside its count, summed as its count is.
+    void qiimePercentages()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, second);
+        QFETCH(QString, percentage);
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceQiimeText>(write(content, QStringLiteral("first.txt")), 0));
+        if (!second.isEmpty())
+            builder.addSource(std::make_unique<SourceQiimeText>(write(second, QStringLiteral("second.txt")), 0));
+        builder.load();
+        const Builder::Node* a = builder.getRoot()->children.at(0);
+        QCOMPARE(a->data.value(QStringLiteral("name")).toString(), QStringLiteral("A"));
+        QCOMPARE(a->data.value(QStringLiteral("percentage")).toString(), percentage);
     }
 
     void qiimeColumnNames_data()

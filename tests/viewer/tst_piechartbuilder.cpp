@@ -69,6 +69,8 @@ private slots:
         QTest::newRow("below the minimum dropped with its subtree")
             << "r(a:499(x:499) b:99501)" << 10 << 1.0 << "r 360@0 (b 356.4@0)";
         QTest::newRow("decimal minimum met exactly") << "r(a:7 b:993)" << 10 << 0.7 << "r 360@0 (a 2.52@0, b 357.5@2.52)";
+        // 0.5 % and 1 of 200 are the same binary fraction: no rounding hides a ">" for ">=".
+        QTest::newRow("exact minimum met exactly") << "r(a:1 b:199)" << 10 << 0.5 << "r 360@0 (a 1.8@0, b 358.2@1.8)";
         QTest::newRow("deep slice below the minimum")
             << "r(a(b(c:1 d:99)))" << 10 << 2.0 << "r 360@0 (a 360@0 (b 360@0 (d 356.4@0)))";
         QTest::newRow("reader order, not count order") << "r(s:1 l:9)" << 10 << 0.0 << "r 360@0 (s 36@0, l 324@36)";
