@@ -2,20 +2,16 @@
 
 #include "nu/compactjson.h"
 #include "nu/database.h"
+#include "nu/partfile.h"
 #include "ontology/nodekeys.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstdio>
-#include <unistd.h>
+#include <limits>
 
 namespace Zem {
 namespace Ontology {
@@ -36,6 +32,15 @@ QString numberText(qint64 value)
     if (value >= 0 && value < static_cast<qint64>(small.size()))
         return small[static_cast<size_t>(value)];
     return QString::number(value);
+}
+
+// Counts come from user files: a sum past the range of 64 bits stays at its end.
+qint64 saturatingAdd(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    if (__builtin_add_overflow(a, b, &sum))
+        return b > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
+    return sum;
 }
 
 constexpr int cancelCheckInterval = 4096;
@@ -366,7 +371,7 @@ qint64 Builder::Counter::count(Node* top)
         else
             parent->children[frame.kept++] = child;
         ++frame.next;
-        frame.sum += r;
+        frame.sum = saturatingAdd(frame.sum, r);
     };
 
     if (top->state == InProgress)
@@ -393,7 +398,7 @@ qint64 Builder::Counter::count(Node* top)
         qint64 sum = frame.sum;
         const QString* own = node->data.find(NodeKey::count);
         if (own)
-            sum += own->toLongLong();
+            sum = saturatingAdd(sum, own->toLongLong());
         else
             node->data.insert(NodeKey::count, numberText(0));
         node->data.insert(NodeKey::accumCount, numberText(sum));
@@ -416,26 +421,15 @@ qint64 Builder::Counter::count(Node* top)
 // Writer
 
 Builder::Writer::Writer(const QString& file, Builder* owner)
-    : fileName(file)
+    : part(std::make_unique<nu::PartFile>(file))
     , builder(owner)
 {
-    // The file is made under a temporary name next to the target and renamed over it only when
-    // complete, so an interrupted write never leaves a broken file under the target's name.
-    const QFileInfo target(fileName);
-    const QString folder = target.absolutePath();
-    if (!QDir().mkpath(folder))
+    // An interrupted write never leaves a broken file under the target's name.
+    if (!part->create())
         throw OpenDatabaseException();
-    {
-        QTemporaryFile temporary(folder + QLatin1String("/.") + target.fileName()
-                                 + QLatin1String(".XXXXXX.part"));
-        temporary.setAutoRemove(false);
-        if (!temporary.open())
-            throw OpenDatabaseException();
-        temporaryName = temporary.fileName();
-    }
 
     connection = std::make_unique<nu::database::Connection>(
-        QStringLiteral("zem-ontology-builder-writer"), temporaryName, false);
+        QStringLiteral("zem-ontology-builder-writer"), part->getFileName(), false);
     if (!connection->open())
         throw OpenDatabaseException();
 
@@ -451,11 +445,10 @@ Builder::Writer::Writer(const QString& file, Builder* owner)
 
 Builder::Writer::~Writer()
 {
+    // The connection goes before the part file it writes is removed.
     insert.reset();
     insertMany.reset();
     connection.reset();
-    if (!finished && !temporaryName.isEmpty())
-        QFile::remove(temporaryName);
 }
 
 void Builder::Writer::setCommitSize(int size)
@@ -600,18 +593,8 @@ void Builder::Writer::end(bool counted)
         throw StatementExecException();
     info = QSqlQuery();
     connection.reset();
-
-    // Make the content durable before it takes the target's name.
-    {
-        QFile file(temporaryName);
-        if (!file.open(QIODevice::ReadWrite) || ::fsync(file.handle()) != 0)
-            throw StatementExecException();
-    }
-    if (std::rename(QFile::encodeName(temporaryName).constData(),
-                    QFile::encodeName(fileName).constData())
-        != 0)
+    if (!part->commit())
         throw StatementExecException();
-    finished = true;
 }
 
 } // namespace Ontology

@@ -13,6 +13,7 @@
 #include <vector>
 
 namespace nu {
+class PartFile;
 namespace database {
 class Connection;
 }
@@ -137,9 +138,8 @@ public:
         int commitSize = 10000;
         int pending = 0;
         int inserted = 0;
-        QString fileName;
-        QString temporaryName;
-        bool finished = false;
+        // The file is written under a temporary name and takes its own only when complete.
+        std::unique_ptr<nu::PartFile> part;
         Builder* builder = nullptr;
         std::unique_ptr<nu::database::Connection> connection;
         std::unique_ptr<QSqlQuery> insert;

@@ -1,5 +1,6 @@
 #include "ontology/buildersource.h"
 
+#include "ontology/pathids.h"
 #include "ontology/source.h"
 
 #include <climits>
@@ -40,6 +41,13 @@ BuildReport BuilderSource::getReport() const
         report.add(read);
     }
     return report;
+}
+
+PathIds& BuilderSource::getPathIds()
+{
+    if (!pathIds)
+        pathIds = std::make_unique<PathIds>(*this);
+    return *pathIds;
 }
 
 void BuilderSource::notifySourceTotalSize(qint64 total)

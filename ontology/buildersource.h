@@ -10,6 +10,8 @@
 namespace Zem {
 namespace Ontology {
 
+class PathIds;
+
 // A builder that loads its tree from a list of sources, one after the other, and reports how far
 // it has read each of them.
 class BuilderSource : public Builder
@@ -24,6 +26,11 @@ public:
     // What the sources read and passed over, all together.
     BuildReport getReport() const;
 
+    // The nodes of the path sources (Krona, QIIME) loaded into this builder: one table for all of
+    // them, so that one path is one node whichever file it comes from, and an id is never given
+    // to two paths.
+    PathIds& getPathIds();
+
     // Sources announce the size of what they read (bytes, nodes), then their position in it.
     void notifySourceTotalSize(qint64 total);
     void notifySourceCurrentPos(qint64 position);
@@ -35,6 +42,7 @@ signals:
 
 private:
     std::vector<std::unique_ptr<Source>> sources;
+    std::unique_ptr<PathIds> pathIds;
     // Positions past the range of an int are scaled down by this many bits for the throttle.
     int positionShift = 0;
 };

@@ -1,6 +1,7 @@
 #include "ontology/ontology.h"
 
 #include "nu/database.h"
+#include "nu/partfile.h"
 
 #include <QFileInfo>
 #include <QSqlQuery>
@@ -32,8 +33,12 @@ Ontology::Ontology(const QString& name)
 void Ontology::load()
 {
     // Opened read-only, so a check never creates or changes a file.
-    if (!QFileInfo(fileName).isFile())
+    const QFileInfo info(fileName);
+    if (!info.isFile())
         throw OpenDatabaseException();
+    // A write that never finished, however complete it may look.
+    if (nu::PartFile::isPartFileName(info.fileName()))
+        throw InvalidFormatException();
     nu::database::Connection connection(QStringLiteral("zem-ontology-ontology"), fileName, true);
     if (!connection.open())
         throw OpenDatabaseException();

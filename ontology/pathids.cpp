@@ -56,7 +56,12 @@ int PathIds::child(int parent, QStringView name)
     }
 
     const int index = int(nodes.size());
-    Builder::Node* made = builder.getNode(getId(index));
+    // Ids that another source gave (a copied chart of paths) are passed over.
+    QString id;
+    do {
+        id = QLatin1Char('p') + QString::number(++lastNumber);
+    } while (builder.findNode(id));
+    Builder::Node* made = builder.getNode(id);
     builder.addChild(nodes[size_t(parent)].node, made);
     const QString text = name.toString();
     made->data.insert(NodeKey::name, text);
@@ -71,7 +76,7 @@ int PathIds::child(int parent, QStringView name)
 
 QString PathIds::getId(int node) const
 {
-    return node == root ? rootId : QLatin1Char('p') + QString::number(node);
+    return nodes[size_t(node)].node->id;
 }
 
 void PathIds::addCount(int node, qint64 count)

@@ -13,8 +13,9 @@ namespace Ontology {
 // Gives the nodes of path formats (Krona, QIIME) their ids. A node is its path of names from the
 // root: two lines reach the same node only when their names agree from the root down, however
 // often a name recurs elsewhere ("unclassified", empty ranks). The root is "root" and has no name;
-// every other node gets a short id of its own and its name as the value "name", so memory grows
-// with the number of nodes, not with the length of their paths. Counts given for a path add up.
+// every other node gets a short id that no other node of the builder has ("p" and a number) and
+// its name as the value "name", so memory grows with the number of nodes, not with the length of
+// their paths. Counts given for a path add up.
 class PathIds
 {
 public:
@@ -54,6 +55,8 @@ private:
     Builder& builder;
     std::vector<PathNode> nodes;
     std::vector<Slot> table;
+    // The number of the last id given.
+    qint64 lastNumber = 0;
 };
 
 } // namespace Ontology

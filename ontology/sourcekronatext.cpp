@@ -35,7 +35,7 @@ QString SourceKronaText::check(const InputSample& sample)
 
 void SourceKronaText::read(BuilderSource& builder)
 {
-    PathIds paths(builder);
+    PathIds& paths = builder.getPathIds();
     nu::LineReader lines(fileName);
     if (!lines.isOpen())
         return;

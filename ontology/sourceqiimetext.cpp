@@ -95,7 +95,7 @@ QString SourceQiimeText::cleanName(const QString& part)
 
 void SourceQiimeText::read(BuilderSource& builder)
 {
-    PathIds paths(builder);
+    PathIds& paths = builder.getPathIds();
     nu::LineReader lines(fileName);
     if (!lines.isOpen())
         return;
@@ -139,10 +139,16 @@ void SourceQiimeText::read(BuilderSource& builder)
         }
         paths.addCount(node, static_cast<qint64>(scaled));
         auto it = percentages.find(node);
-        if (it == percentages.end())
-            percentages.insert(node, qMakePair(valueText.toString(), value));
-        else
+        if (it == percentages.end()) {
+            // A path that an earlier table of the same chart gave adds to its value too.
+            const QString* before = builder.findNode(paths.getId(node))->data.find(NodeKey::percentage);
+            if (before)
+                percentages.insert(node, qMakePair(QString::number(before->toDouble() + value), before->toDouble() + value));
+            else
+                percentages.insert(node, qMakePair(valueText.toString(), value));
+        } else {
             it.value() = qMakePair(QString::number(it.value().second + value), it.value().second + value);
+        }
     }
     paths.writeCounts();
     for (auto it = percentages.constBegin(); it != percentages.constEnd(); ++it)

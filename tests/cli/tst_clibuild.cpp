@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Sorvik::Test;
@@ -310,6 +311,34 @@ private slots:
         QCOMPARE(refused.exitCode, 1);
         QVERIFY(refused.err.contains(QLatin1String("is a counted chart, not a taxonomy")));
         QVERIFY(fileContent(counted) == chart);
+    }
+
+    // Outputs may be shared (a group's data folder, a web server): they get the permissions the
+    // user's umask gives any new file.
+    void outputsFollowTheUmask()
+    {
+        const mode_t before = ::umask(002);
+        const QString archive = path(QStringLiteral("taxdmp.zip"));
+        QVERIFY(writeSmallTaxdump(archive));
+        const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
+        const QString chart = path(QStringLiteral("ids.piechart"));
+        const QStringList outputs{taxonomy, chart, path(QStringLiteral("k.piechart")), path(QStringLiteral("ids.png")),
+                                  path(QStringLiteral("ids.svg"))};
+        const QList<QStringList> commands{
+            {"import-taxonomy", archive, "-o", taxonomy},
+            {"build", "taxids", write(QStringLiteral("in.txt"), "562\n"), "-o", chart, "--taxonomy", taxonomy},
+            {"build", "krona", write(QStringLiteral("in.krona"), "3\tA\n"), "-o", outputs.at(2)},
+            {"render", chart, "-o", outputs.at(3)},
+            {"render", chart, "-o", outputs.at(4)}};
+        for (const QStringList& command : commands) {
+            const CliResult result = runCli(command);
+            QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        }
+        ::umask(before);
+        const QFile::Permissions shared = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser
+            | QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther;
+        for (const QString& output : outputs)
+            QVERIFY2(QFile::permissions(output) == shared, qPrintable(output));
     }
 
     void interruptDuringDownload()

@@ -180,21 +180,29 @@ void TestUndoManager::cleanMark_data()
     QTest::addColumn<QString>("steps");
     QTest::addColumn<bool>("clean");
 
-    // c: a change, u: undo, r: redo, s: mark clean (saved), x: clear.
-    QTest::newRow("changed and undone") << "c u" << true;
-    QTest::newRow("saved") << "c c s" << true;
-    QTest::newRow("saved, then undone") << "c c s u" << false;
-    QTest::newRow("and redone") << "c c s u r" << true;
-    QTest::newRow("undone past the save, then changed") << "c s u c" << false;
-    QTest::newRow("the saved state is out of reach") << "c s u c u" << false;
-    QTest::newRow("saved with nothing to undo") << "c u s r u" << true;
-    QTest::newRow("cleared") << "c s c x" << true;
+    // The text the steps leave.
+    QTest::addColumn<QString>("text");
+
+    // c: a change (the text becomes "text N" for the Nth), u: undo, r: redo, s: mark clean
+    // (saved), x: clear.
+    QTest::newRow("changed and undone") << "c u" << true << "Figure 1";
+    QTest::newRow("saved") << "c c s" << true << "text 2";
+    QTest::newRow("saved, then undone") << "c c s u" << false << "text 1";
+    QTest::newRow("and redone") << "c c s u r" << true << "text 2";
+    QTest::newRow("undone past the save, then changed") << "c s u c" << false << "text 2";
+    QTest::newRow("the saved state is out of reach") << "c s u c u" << false << "Figure 1";
+    QTest::newRow("saved with nothing to undo") << "c u s r u" << true << "Figure 1";
+    QTest::newRow("cleared") << "c s c x" << true << "text 2";
+    QTest::newRow("redo after several undos takes the newest undone step")
+        << "c c c u u r" << false << "text 2";
+    QTest::newRow("every undone step redone in turn") << "c c c s u u u r r r" << true << "text 3";
 }
 
 void TestUndoManager::cleanMark()
 {
     QFETCH(QString, steps);
     QFETCH(bool, clean);
+    QFETCH(QString, text);
 
     Fixture f;
     int changes = 0;
@@ -215,6 +223,7 @@ void TestUndoManager::cleanMark()
     }
     QCOMPARE(f.undo.isClean(), clean);
     QCOMPARE(f.undo.hasChanged(), !clean);
+    QCOMPARE(f.manager.getItem(Figure)->getPropertyValue(QStringLiteral("text")).toString(), text);
 }
 
 QTEST_MAIN(TestUndoManager)

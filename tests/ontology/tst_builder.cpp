@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 using Zem::Ontology::Builder;
 using namespace Sorvik::Test;
 
@@ -74,6 +76,9 @@ private slots:
         QTest::newRow("trim drops empty subtrees, keeps order") << "r(a(x y) b:1 c d:2 e)" << true << QStringList{"r=3", "b=1", "d=2"};
         QTest::newRow("large counts do not overflow")
             << "r(a:2000000000 b:2000000000)" << false << QStringList{"r=4000000000", "a=2000000000", "b=2000000000"};
+        QTest::newRow("sums past 64 bits stay at the largest")
+            << "r(a:9000000000000000000 b:9000000000000000000)" << false
+            << QStringList{"r=9223372036854775807", "a=9000000000000000000", "b=9000000000000000000"};
         QTest::newRow("node under two parents is counted under both")
             << "r(a(s:2(t:1)) b) + b>s a>s" << false << QStringList{"r=6", "a=3", "b=3", "s=3", "t=1", "s=3", "t=1"};
         // A cycle away from the root is never reached.
@@ -253,6 +258,18 @@ private slots:
             QCOMPARE(writtenTotals(file), (QStringList{"old=3", "a=1", "b=2"}));
         else
             QVERIFY(!QFile::exists(file));
+
+        // The killed run's part goes the next time the chart is written, which is then the only
+        // file there, with the permissions the umask gives a new file, or the old file's.
+        QCOMPARE(folder.entryList({QStringLiteral("*.part")}, QDir::Files | QDir::Hidden).size(), 1);
+        const QFile::Permissions old = QFile::permissions(file);
+        const mode_t before = ::umask(027);
+        writeTree(file, QStringLiteral("new(c:4)"));
+        ::umask(before);
+        QCOMPARE(folder.entryList(QDir::Files | QDir::Hidden), QStringList{QFileInfo(file).fileName()});
+        const QFile::Permissions groupMayRead =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup;
+        QCOMPARE(QFile::permissions(file), previous ? old : groupMayRead);
     }
 
 private:

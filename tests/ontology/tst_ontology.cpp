@@ -1,5 +1,6 @@
 #include "ontology/ontology.h"
 #include "tests/support/sqlfile.h"
+#include "tests/support/treeliteral.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -49,6 +50,18 @@ private slots:
             QVERIFY_EXCEPTION_THROWN(Ontology{file}, Ontology::InvalidFormatException);
         // A check never creates the file it looks at.
         QCOMPARE(QFile::exists(file), content != "<missing>");
+    }
+
+    // A write killed just before its rename leaves a complete file under its temporary name.
+    void unfinishedWriteIsNoChart()
+    {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("target.piechart"));
+        writeTree(file, QStringLiteral("root(a:1)"));
+        QCOMPARE(Ontology(file).getNodeNumber(), 2);
+        const QString part = dir.filePath(QStringLiteral(".target.piechart.Xy12Ab.part"));
+        QVERIFY(QFile::rename(file, part));
+        QVERIFY_EXCEPTION_THROWN(Ontology{part}, Ontology::InvalidFormatException);
     }
 };
 

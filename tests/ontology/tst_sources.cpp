@@ -4,6 +4,7 @@
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
+#include "ontology/sourceontology.h"
 #include "ontology/sourceqiimetext.h"
 #include "nu/linereader.h"
 #include "tests/support/fixtures.h"
@@ -43,6 +44,7 @@ private slots:
         QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
         QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
         QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
+        QTest::newRow("repeated path adds up") << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << "root(A:3(B:7))";
         QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
     }
 
@@ -73,6 +75,7 @@ private slots:
             << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
             << "root(\"k  Bacteria\":750)";
         QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
+        QTest::newRow("repeated path adds up") << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
     }
 
     void qiime()
@@ -81,6 +84,33 @@ private slots:
         QFETCH(int, column);
         QFETCH(QString, tree);
         QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
+    }
+
+    void qiimePercentages_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<QString>("percentage");
+        const QByteArray header("Taxon\tS1\n");
+        QTest::newRow("as written") << header + "A\t7.5e-01\n" << QByteArray() << "7.5e-01";
+        QTest::newRow("repeated path adds up") << header + "A\t0.25\nA\t0.5\nB\t0.125\n" << QByteArray() << "0.75";
+        QTest::newRow("a second table adds up") << header + "A\t0.25\n" << header + "A\t0.5\n" << "0.75";
+    }
+
+    // The value a path keeps beside its count, summed as its count is.
+    void qiimePercentages()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, second);
+        QFETCH(QString, percentage);
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceQiimeText>(write(content, QStringLiteral("first.txt")), 0));
+        if (!second.isEmpty())
+            builder.addSource(std::make_unique<SourceQiimeText>(write(second, QStringLiteral("second.txt")), 0));
+        builder.load();
+        const Builder::Node* a = builder.getRoot()->children.at(0);
+        QCOMPARE(a->data.value(QStringLiteral("name")).toString(), QStringLiteral("A"));
+        QCOMPARE(a->data.value(QStringLiteral("percentage")).toString(), percentage);
     }
 
     void qiimeColumnNames_data()
@@ -133,6 +163,62 @@ private slots:
                 found << id + QLatin1Char('=') + node->data.value(QStringLiteral("count")).toString();
         }
         QCOMPARE(found, counts);
+    }
+
+    void twoPathFilesInOneBuilder_data()
+    {
+        QTest::addColumn<QString>("firstFormat");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QString>("secondFormat");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<QString>("tree");
+        QTest::addColumn<int>("nodes");
+
+        QTest::newRow("two krona files: a shared path adds up, the others stay apart")
+            << "krona" << QByteArray("5\tBacteria\tFirmicutes\n1\tBacteria\tProteobacteria\n") << "krona"
+            << QByteArray("3\tArchaea\n2\tBacteria\tFirmicutes\n")
+            << "root(Bacteria(Firmicutes:7 Proteobacteria:1) Archaea:3)" << 5;
+        QTest::newRow("the second file's first node is not the first file's")
+            << "krona" << QByteArray("1\tX\n") << "krona" << QByteArray("4\tY\tZ\n") << "root(X:1 Y(Z:4))" << 4;
+        QTest::newRow("krona then qiime")
+            << "krona" << QByteArray("2\tA\tB\n") << "qiime" << QByteArray("Taxon\tS1\nC;D\t0.001\n")
+            << "root(A(B:2) C(D:1))" << 5;
+    }
+
+    // Several samples in one chart rely on this: no id stands for two paths.
+    void twoPathFilesInOneBuilder()
+    {
+        QFETCH(QString, firstFormat);
+        QFETCH(QByteArray, first);
+        QFETCH(QString, secondFormat);
+        QFETCH(QByteArray, second);
+        QFETCH(QString, tree);
+        QFETCH(int, nodes);
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(makeSource(firstFormat, write(first, QStringLiteral("first.txt"))));
+        builder.addSource(makeSource(secondFormat, write(second, QStringLiteral("second.txt"))));
+        builder.load();
+        QCOMPARE(describeTree(builder), tree);
+        QCOMPARE(builder.getNodeNumber(), nodes);
+    }
+
+    void pathFileAfterACopiedChart()
+    {
+        const QString chart = dir->filePath(QStringLiteral("first.ontology"));
+        {
+            BuilderSource first(chart);
+            first.addSource(makeSource(QStringLiteral("krona"), write("5\tBacteria\tFirmicutes\n")));
+            first.load();
+            first.count(false);
+            first.build();
+        }
+        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        builder.addSource(std::make_unique<SourceOntology>(chart));
+        builder.addSource(makeSource(QStringLiteral("krona"), write("3\tArchaea\tHalobacteria\n")));
+        builder.load();
+        builder.count(false);
+        QCOMPARE(describeTree(builder), QStringLiteral("root:0(Bacteria:0(Firmicutes:5) Archaea:0(Halobacteria:3))"));
+        QCOMPARE(builder.getNodeNumber(), 5);
     }
 
     void skippedLines_data()
@@ -289,9 +375,9 @@ private:
         return dump;
     }
 
-    QString write(const QByteArray& content)
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"))
     {
-        QFile file(dir->filePath(QStringLiteral("input.txt")));
+        QFile file(dir->filePath(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             return QString();
         return file.fileName();

@@ -5,6 +5,7 @@
 #include "tests/support/sqlfile.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
+#include "tests/support/inputtotals.h"
 #include "tests/support/scriptedprompter.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/charts.h"
@@ -28,6 +29,7 @@
 #include <QTreeView>
 #include <QtTest>
 
+#include <cmath>
 #include <functional>
 
 using Sorvik::Test::fileContents;
@@ -531,20 +533,33 @@ private slots:
         }
     }
 
+    // Each file gives the chart its counts imply (for QIIME, the first column's shares times
+    // 10 000, less what each row loses to whole numbers); one that counts nothing is refused.
     void realKronaAndQiimeFiles()
     {
         QFETCH(QString, type);
         QFETCH(QString, file);
         prompter->onDialog = wizard(type, file, QStringLiteral("0"));
         window->slotFileNew();
-        // A chart, or the refusal of an input that counts nothing.
-        if (chart()) {
-            QVERIFY(shown().isEmpty());
-            QVERIFY(chart()->getTotal() > 0);
-            select(centre());
+        qint64 least = 0;
+        qint64 most = 0;
+        if (type == QLatin1String("krona")) {
+            least = most = Sorvik::Test::kronaTotals(file).total;
         } else {
-            QCOMPARE(shown(), QStringList{"Critical Problem opening piechart: Piechart couldn't be generated"});
+            const Sorvik::Test::QiimeTotals qiime = Sorvik::Test::qiimeTotals(file, 0);
+            most = qint64(std::ceil(qiime.sum * Zem::Ontology::InputFormat::abundanceMultiplier));
+            least = qint64(std::floor(qiime.sum * Zem::Ontology::InputFormat::abundanceMultiplier)) - qiime.rows;
         }
+        if (most < 1) {
+            QVERIFY(!chart());
+            QCOMPARE(shown(), QStringList{"Critical Problem opening piechart: Piechart couldn't be generated"});
+            return;
+        }
+        QVERIFY2(chart(), qPrintable(shown().join(QLatin1Char('\n'))));
+        QVERIFY(shown().isEmpty());
+        QVERIFY2(chart()->getTotal() >= qMax<qint64>(1, least) && chart()->getTotal() <= most,
+                 qPrintable(QStringLiteral("%1, expected %2 to %3").arg(chart()->getTotal()).arg(least).arg(most)));
+        select(centre());
     }
 
 private:

@@ -77,6 +77,8 @@ private slots:
         QTest::newRow("others before the parent's own share")
             << "r:50(a:1 c:49)" << 10 << 2.0 << "r 360@0 (c 176.4@0, 1 other 3.6@176.4)";
         QTest::newRow("decimal minimum met exactly") << "r(a:7 b:993)" << 10 << 0.7 << "r 360@0 (a 2.52@0, b 357.5@2.52)";
+        // 0.5 % and 1 of 200 are the same binary fraction: no rounding hides a ">" for ">=".
+        QTest::newRow("exact minimum met exactly") << "r(a:1 b:199)" << 10 << 0.5 << "r 360@0 (a 1.8@0, b 358.2@1.8)";
         // r, a and b hold nothing of their own and one child each: one centre, named b.
         QTest::newRow("deep slice below the minimum")
             << "r(a(b(c:1 d:99)))" << 10 << 2.0 << "b 360@0 (d 356.4@0, 1 other 3.6@356.4)";
