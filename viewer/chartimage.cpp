@@ -5,6 +5,7 @@
 #include "viewer/piechartitem.h"
 
 #include <QGraphicsScene>
+#include <QGraphicsSimpleTextItem>
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +17,9 @@ namespace {
 
 // The legend's size relative to the chart's labels.
 constexpr double legendScale = 0.8;
+// The title's size relative to the chart's labels, and its gap from the chart in its heights.
+constexpr double titleScale = 1.6;
+constexpr double titleGap = 0.6;
 
 // Lends an item to a private scene for the time of a drawing; the item leaves the scene before
 // the scene, which would otherwise delete it, is destroyed.
@@ -92,6 +96,7 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
         if (slices)
             slices->setLabelPixelsPerUnit(0);
     };
+    std::vector<std::unique_ptr<QGraphicsItem>> extras;
     std::unique_ptr<QGraphicsItem> key;
     if (!legend.isEmpty()) {
         // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
@@ -104,6 +109,22 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
         key->setPos(area.right() + area.width() * 0.1, area.center().y() - room.height() / 2);
         loan.scene()->addItem(key.get());
         area |= QRectF(key->pos(), room);
+        extras.push_back(std::move(key));
+    }
+    if (!title.isEmpty() && !area.isEmpty()) {
+        // Centred above everything, in bold, never wider than what it stands over.
+        auto heading = std::make_unique<QGraphicsSimpleTextItem>(title);
+        QFont font = slices ? slices->getText().font : QFont();
+        font.setBold(true);
+        heading->setFont(font);
+        const QRectF natural = heading->boundingRect();
+        const double scale = std::min(titleScale, area.width() / natural.width());
+        heading->setScale(scale);
+        const QSizeF room = natural.size() * scale;
+        heading->setPos(area.center().x() - room.width() / 2, area.top() - room.height() * (1 + titleGap));
+        loan.scene()->addItem(heading.get());
+        area |= QRectF(heading->pos(), room);
+        extras.push_back(std::move(heading));
     }
     // The same margin on every side, so the image takes the drawing's proportions.
     const double margin = std::max(area.width(), area.height()) * 0.03;
@@ -112,18 +133,20 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     const auto side = [&](double length) { return std::max(1, static_cast<int>(std::lround(size * length / longer))); };
     nu::graphics::SceneImage image(*loan.scene(), source);
     image.setSize(QSize(side(source.width()), side(source.height())));
-    image.setTitle(QStringLiteral("Sorvik chart"));
+    image.setTitle(title.isEmpty() ? QStringLiteral("Sorvik chart") : title);
+    image.setDotsPerInch(dotsPerInch);
+    const auto takeOff = [&] {
+        for (const auto& item : extras)
+            loan.scene()->removeItem(item.get());
+        release();
+    };
     try {
         use(image);
     } catch (...) {
-        if (key)
-            loan.scene()->removeItem(key.get());
-        release();
+        takeOff();
         throw;
     }
-    if (key)
-        loan.scene()->removeItem(key.get());
-    release();
+    takeOff();
 }
 
 QImage ChartImage::toImage() const
@@ -137,6 +160,13 @@ QByteArray ChartImage::toSvg() const
 {
     QByteArray result;
     draw([&result](const nu::graphics::SceneImage& image) { result = image.toSvg(); });
+    return result;
+}
+
+QByteArray ChartImage::toPdf() const
+{
+    QByteArray result;
+    draw([&result](const nu::graphics::SceneImage& image) { result = image.toPdf(); });
     return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/appfilehandler.h"
+#include "viewer/chartexports.h"
 #include "viewer/navigator.h"
 #include "viewer/settings.h"
 
@@ -101,6 +102,7 @@ public:
 
     const nu::AppFileHandler& getFileHandler() const { return fileHandler; }
     const Actions& getActions() const { return *actions; }
+    ChartExports* getExports() const { return exports; }
     const Navigator& getNavigator() const { return navigator; }
     View* getView() const { return view; }
     Browser* getBrowser() const { return browser; }
@@ -152,6 +154,8 @@ private:
     // when they go.
     void finishLingeringTasks();
     QMessageBox::StandardButton message(QMessageBox::Icon icon, const QString& title, const QString& text);
+    // What File > Export… writes: the chart as drawn, its whole tree and the view settings.
+    ChartExports::Source getExportSource();
 
     std::shared_ptr<nu::Prompter> prompter;
     nu::AppFileHandler fileHandler;
@@ -160,6 +164,7 @@ private:
     View* view = nullptr;
     Browser* browser = nullptr;
     QDockWidget* dock = nullptr;
+    ChartExports* exports = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
     int maxLevels = App::Settings::firstViewMaxLevels;
