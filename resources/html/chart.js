@@ -686,8 +686,9 @@
         };
     };
 
-    // With "#sorvik-test" in the address, the page reports what it drew into #sorvik-test-report,
-    // after clicking the slice named by "click=NAME" and searching for "search=TEXT" when asked.
+    // With "#sorvik-test" in the address, the page reports what it drew into #sorvik-test-report:
+    // before anything, after clicking each slice named in "click=NAME,NAME…" in turn, and after
+    // searching for "search=TEXT".
     Page.prototype.runTestHook = function () {
         const hash = decodeURIComponent(String(this.window.location ? this.window.location.hash : ""));
         if (hash.indexOf("#sorvik-test") !== 0) {
@@ -700,19 +701,20 @@
                 options[part.slice(0, equals)] = part.slice(equals + 1);
             }
         });
-        const result = { before: this.report() };
-        if (options.click !== undefined) {
-            const self = this;
-            const index = this.slices.findIndex(function (slice) {
-                return sliceName(self.tree, slice) === options.click;
+        const self = this;
+        const result = { before: this.report(), steps: [] };
+        (options.click ? options.click.split(",") : []).forEach(function (name) {
+            const index = self.slices.findIndex(function (slice) {
+                return sliceName(self.tree, slice) === name;
             });
-            const target = this.element("slices").children[index];
-            result.clicked = index >= 0;
+            const target = self.element("slices").children[index];
             if (target) {
-                target.dispatchEvent(new this.window.MouseEvent("click", { bubbles: true }));
+                target.dispatchEvent(new self.window.MouseEvent("click", { bubbles: true }));
             }
-            result.after = this.report();
-        }
+            const step = self.report();
+            step.clicked = target ? name : null;
+            result.steps.push(step);
+        });
         if (options.search !== undefined) {
             const box = this.element("search");
             box.value = options.search;
