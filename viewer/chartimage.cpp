@@ -1,11 +1,13 @@
 #include "viewer/chartimage.h"
 
 #include "nu/graphics/baseitem.h"
+#include "nu/graphics/placedtext.h"
 #include "nu/graphics/sceneimage.h"
 #include "viewer/piechartitem.h"
 
+#include <QGraphicsItem>
 #include <QGraphicsScene>
-#include <QGraphicsSimpleTextItem>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -49,6 +51,27 @@ public:
 private:
     QGraphicsItem& item;
     std::unique_ptr<QGraphicsScene> own;
+};
+
+// A line of text whose box is its glyphs' own, so that the margins round it come out even;
+// vector images keep it as text.
+class TextItem : public QGraphicsItem
+{
+public:
+    TextItem(const QString& text, const QFont& font)
+        : placed(nu::graphics::PlacedText::straight(text, font, QTransform()))
+        , bounds(placed.getPath().boundingRect())
+    {
+    }
+    QRectF boundingRect() const override { return bounds; }
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override
+    {
+        placed.draw(*painter, QPen(Qt::NoPen), QBrush(Qt::black));
+    }
+
+private:
+    nu::graphics::PlacedText placed;
+    QRectF bounds;
 };
 
 } // namespace
@@ -113,17 +136,17 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     }
     if (!title.isEmpty() && !area.isEmpty()) {
         // Centred above everything, in bold, never wider than what it stands over.
-        auto heading = std::make_unique<QGraphicsSimpleTextItem>(title);
         QFont font = slices ? slices->getText().font : QFont();
         font.setBold(true);
-        heading->setFont(font);
+        auto heading = std::make_unique<TextItem>(title, font);
         const QRectF natural = heading->boundingRect();
         const double scale = std::min(titleScale, area.width() / natural.width());
         heading->setScale(scale);
         const QSizeF room = natural.size() * scale;
-        heading->setPos(area.center().x() - room.width() / 2, area.top() - room.height() * (1 + titleGap));
+        const QPointF topLeft(area.center().x() - room.width() / 2, area.top() - room.height() * (1 + titleGap));
+        heading->setPos(topLeft - natural.topLeft() * scale);
         loan.scene()->addItem(heading.get());
-        area |= QRectF(heading->pos(), room);
+        area |= QRectF(topLeft, room);
         extras.push_back(std::move(heading));
     }
     // The same margin on every side, so the image takes the drawing's proportions.

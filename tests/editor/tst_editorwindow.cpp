@@ -377,6 +377,7 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart_data()
     QTest::newRow("save into a missing folder") << "save" << "gone/chart.pie" << QByteArray() << unwritable;
     QTest::newRow("export SVG into a missing folder") << "svg" << "gone/chart.svg" << QByteArray() << unwritable;
     QTest::newRow("export PNG into a missing folder") << "png" << "gone/chart.png" << QByteArray() << unwritable;
+    QTest::newRow("export PDF into a missing folder") << "pdf" << "gone/chart.pdf" << QByteArray() << unwritable;
 }
 
 void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
@@ -400,7 +401,8 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
         {"import", [&] { return window->importFile(path); }},
         {"save", [&] { return window->saveFile(path); }},
         {"svg", [&] { return window->exportSvg(path); }},
-        {"png", [&] { return window->exportPng(path, 1.0); }}};
+        {"png", [&] { return window->exportPng(path, 1.0); }},
+        {"pdf", [&] { return window->exportPdf(path); }}};
     QVERIFY(!operations.at(operation)());
 
     QCOMPARE(prompter->shown.size(), 1);
