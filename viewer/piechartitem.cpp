@@ -9,6 +9,7 @@
 #include <QStyleOptionGraphicsItem>
 
 #include <cmath>
+#include <optional>
 
 namespace Sorvik {
 namespace Viewer {
@@ -271,7 +272,9 @@ QString PieChartItem::getSummary() const
 void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
     // An SVG gives each slice its name, count and share as a tool tip.
-    const nu::graphics::SvgWriter::Group group(*painter, getSummary());
+    std::optional<nu::graphics::SvgWriter::Group> group;
+    if (nu::graphics::SvgWriter::isWriting(*painter))
+        group.emplace(*painter, getSummary());
     const bool selected = isSelected();
     // A cosmetic outline: one pixel at any zoom. White keeps slices of one colour apart, and
     // leaves a slice too thin to see as nothing rather than a dark hairline.

@@ -55,14 +55,19 @@ double PlacedText::getWidth() const
 
 QPainterPath PlacedText::getPath() const
 {
+    if (outlines)
+        return *outlines;
     QPainterPath path;
     if (isEmpty())
         return path;
     path.addText(0, 0, font, text);
-    if (kind == Kind::Straight)
-        return transform.map(path);
-    path = QTransform(scale, 0, 0, scale, start.x(), start.y()).map(path);
-    polarTransform(path, radius, direction);
+    if (kind == Kind::Straight) {
+        path = transform.map(path);
+    } else {
+        path = QTransform(scale, 0, 0, scale, start.x(), start.y()).map(path);
+        polarTransform(path, radius, direction);
+    }
+    outlines = std::make_shared<const QPainterPath>(path);
     return path;
 }
 

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QTransform>
 
+#include <memory>
+
 class QPainter;
 class QPaintDevice;
 
@@ -46,7 +48,7 @@ public:
     // The width of the straight text at its scale, in scene units.
     double getWidth() const;
 
-    // The glyph outlines, in the item's coordinates.
+    // The glyph outlines, in the item's coordinates; laid out once, shared by copies.
     QPainterPath getPath() const;
     // The font at its scale, for a device of this many dots per inch: the size the outlines have.
     QFont getDeviceFont(double dotsPerInch) const;
@@ -70,6 +72,7 @@ private:
     QPointF start;
     double radius = 0;
     double direction = 1;
+    mutable std::shared_ptr<const QPainterPath> outlines;
 };
 
 } // namespace graphics

@@ -36,6 +36,8 @@ public:
 
     QPaintEngine* paintEngine() const override;
 
+    // Whether the painter paints on an SvgWriter.
+    static bool isWriting(QPainter& painter) { return of(painter) != nullptr; }
     // When the painter paints on an SvgWriter, writes the text as text in the brush's colour
     // and returns true; otherwise does nothing and returns false.
     static bool drawText(QPainter& painter, const PlacedText& text, const QBrush& brush);
