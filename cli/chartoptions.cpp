@@ -37,7 +37,8 @@ void ChartOptions::setUp(QCommandLineParser& parser)
                       QStringLiteral("The smallest share of the total a slice must hold, in percent (default %1).")
                           .arg(defaultPercent),
                       QStringLiteral("P")});
-    parser.addOption({noCollapseOption, QStringLiteral("Draw every node of a single-child chain on a ring of its own.")});
+    parser.addOption(
+        {noCollapseOption, QStringLiteral("Draw every node of a single-child chain on a ring of its own.")});
     parser.addOption({paletteOption,
                       QStringLiteral("The colours: %1 (default %2).")
                           .arg(Viewer::Palette::names().join(QStringLiteral(", ")), Viewer::Palette().getName()),

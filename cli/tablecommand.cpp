@@ -73,7 +73,8 @@ int TableCommand::execute(const QCommandLineParser& parser)
     const QString sample = parser.value(sampleOption);
     const QString only = QFileInfo(chartFile).completeBaseName();
     if (!sample.isEmpty() && sample != allSamples && sample != only)
-        return fail(QStringLiteral("%1: the chart has no sample \"%2\"; its sample is \"%3\"").arg(chartFile, sample, only));
+        return fail(QStringLiteral("%1: the chart has no sample \"%2\"; its sample is \"%3\"")
+                        .arg(chartFile, sample, only));
 
     Viewer::ChartTable table(*tree);
     table.setRawNames(parser.isSet(rawNamesOption));

@@ -198,7 +198,8 @@ QByteArray ChartHtml::getData() const
 
 QByteArray ChartHtml::toHtml() const
 {
-    return fill(resource(QStringLiteral("chart.html")), {{"title", htmlEscaped(title.isEmpty() ? QStringLiteral("Sorvik chart") : title)},
+    const QString heading = title.isEmpty() ? QStringLiteral("Sorvik chart") : title;
+    return fill(resource(QStringLiteral("chart.html")), {{"title", htmlEscaped(heading)},
                                                          {"style", resource(QStringLiteral("chart.css"))},
                                                          {"script", resource(QStringLiteral("chart.js"))},
                                                          {"data", getData()}});

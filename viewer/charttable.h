@@ -17,8 +17,9 @@ class ChartTree;
 // The numbers behind a chart, one row per taxon of its whole tree, parents before children:
 // "id", "taxid", "name", "rank", "lineage" (the names from the root, joined by "; "),
 // "own_count", "clade_count" (the chart's accumulated count, exactly) and "percent" (of the
-// chart's total), then a clade count column per sample added ("clade_count_" and its name). Written as UTF-8 with a header
-// row, tab- or comma-separated, so that R's read.delim / read.csv and pandas read it as it is:
+// chart's total), then a clade count column per sample added ("clade_count_" and its name).
+// Written as UTF-8 with a header row, tab- or comma-separated, so that R's read.delim /
+// read.csv and pandas read it as it is:
 // a field that holds a quote, a separator or a line break is quoted, quotes doubled.
 class ChartTable
 {

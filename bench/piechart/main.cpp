@@ -178,7 +178,8 @@ int main(int argc, char* argv[])
         const auto root = buildChart(file, limits.first, limits.second);
         const int slices = countSlices(root.get());
         for (const char* format : {"png", "svg", "pdf"}) {
-            const QString image = QDir(keep).filePath(QStringLiteral("chart-%1-levels.%2").arg(limits.first).arg(QLatin1String(format)));
+            const QString image =
+                QDir(keep).filePath(QStringLiteral("chart-%1-levels.%2").arg(limits.first).arg(QLatin1String(format)));
             const Timing t = time(std::max(1, runs / 2), [&] {
                 Sorvik::Viewer::ChartImage picture(*root);
                 picture.save(image);

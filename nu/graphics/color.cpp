@@ -53,9 +53,9 @@ QColor Color::shadeOutward(const QColor& base, int depth, double palest, double 
     const double towards = 1.0 - std::pow(0.72, depth);
     const double lightness = base.lightnessF();
     const double saturation = std::clamp(base.hslSaturationF() * (1.0 - desaturation * towards), 0.0, 1.0);
+    const double light = std::clamp(lightness + (palest - lightness) * towards, 0.0, 1.0);
     QColor shade;
-    shade.setHslF(std::max(0.0, base.hslHueF()), saturation, std::clamp(lightness + (palest - lightness) * towards, 0.0, 1.0),
-                  base.alphaF());
+    shade.setHslF(std::max(0.0, base.hslHueF()), saturation, light, base.alphaF());
     return shade;
 }
 
