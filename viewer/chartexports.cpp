@@ -15,6 +15,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGraphicsScene>
+#include <QScopeGuard>
 
 namespace Sorvik {
 namespace Viewer {
@@ -143,6 +145,16 @@ void ChartExports::slotExportImage()
 bool ChartExports::exportImage(const QString& fileName, int size, int dotsPerInch, bool legend, const QString& title)
 {
     return run(fileName, [&](const Source& from) {
+        // The chart as shown, without the slice the user happened to have selected.
+        QList<QGraphicsItem*> selected;
+        if (QGraphicsScene* scene = from.chart->scene())
+            selected = scene->selectedItems();
+        for (QGraphicsItem* item : selected)
+            item->setSelected(false);
+        const auto reselect = qScopeGuard([&] {
+            for (QGraphicsItem* item : selected)
+                item->setSelected(true);
+        });
         ChartImage picture(*from.chart);
         picture.setSize(size);
         picture.setDotsPerInch(dotsPerInch);

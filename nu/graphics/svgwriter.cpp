@@ -129,7 +129,10 @@ double pixelSize(const QFont& font)
 
 QByteArray fontAttributes(const QFont& font, double size)
 {
-    QByteArray out = " font-family=\"" + SvgWriter::escaped(font.family()) + "\" font-size=\"";
+    // A viewer without the font falls back to a sans-serif one rather than to a serif default.
+    QString family = font.family();
+    family.remove(QLatin1Char('\''));
+    QByteArray out = " font-family=\"'" + SvgWriter::escaped(family) + "', sans-serif\" font-size=\"";
     out += QByteArray::number(size, 'g', 6);
     out += '"';
     if (font.weight() >= QFont::DemiBold)

@@ -687,8 +687,8 @@
     };
 
     // With "#sorvik-test" in the address, the page reports what it drew into #sorvik-test-report:
-    // before anything, after clicking each slice named in "click=NAME,NAME…" in turn, and after
-    // searching for "search=TEXT".
+    // before anything, after choosing the sample "sample=NAME", after clicking each slice named in
+    // "click=NAME,NAME…" in turn, and after searching for "search=TEXT".
     Page.prototype.runTestHook = function () {
         const hash = decodeURIComponent(String(this.window.location ? this.window.location.hash : ""));
         if (hash.indexOf("#sorvik-test") !== 0) {
@@ -703,6 +703,14 @@
         });
         const self = this;
         const result = { before: this.report(), steps: [] };
+        if (options.sample !== undefined) {
+            const chooser = this.element("sample");
+            chooser.value = String(this.tree.samples.findIndex(function (s) { return s.name === options.sample; }));
+            chooser.dispatchEvent(new this.window.Event("change"));
+            result.sampled = this.report();
+            result.sampled.choices = chooser.options.length;
+            result.sampled.chooserShown = !this.element("sample-control").hidden;
+        }
         (options.click ? options.click.split(",") : []).forEach(function (name) {
             const index = self.slices.findIndex(function (slice) {
                 return sliceName(self.tree, slice) === name;

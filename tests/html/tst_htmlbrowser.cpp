@@ -1,5 +1,10 @@
 #include "tests/support/clirunner.h"
 #include "tests/support/treeliteral.h"
+#include "resources/resources.h"
+#include "viewer/charthtml.h"
+#include "viewer/charttree.h"
+#include "viewer/colourmap.h"
+#include "viewer/palette.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -86,6 +91,34 @@ private slots:
         const QJsonObject search = report["search"].toObject();
         QCOMPARE(search["matches"].toInt(), 1);
         QCOMPARE(search["status"].toString(), QStringLiteral("1 taxon matches, 1 drawn"));
+        // One sample: no chooser.
+        QVERIFY(!report["sampled"].toObject()["chooserShown"].toBool());
+    }
+
+    void samplesAreChosen()
+    {
+        using namespace Sorvik::Viewer;
+        Sorvik::initResources();
+        ChartTree tree;
+        tree.add(ChartTree::none, QStringLiteral("Life"), 0, 10);
+        tree.add(0, QStringLiteral("Bacteria"), 6, 6);
+        tree.add(0, QStringLiteral("Archaea"), 4, 4);
+        const ColourMap colours = ColourMap::assign(tree, Palette());
+        ChartHtml html(tree, colours);
+        html.setFirstSampleName(QStringLiteral("gut"));
+        // The skin has no archaea: they are simply not drawn there.
+        html.addSample({QStringLiteral("skin"), {1, 5, 0}, {6, 5, 0}});
+        const QString page = dir.filePath(QStringLiteral("samples.html"));
+        html.save(page);
+
+        const QJsonObject report = open(page, QStringLiteral("#sorvik-test&sample=skin&click=Bacteria"));
+        QCOMPARE(names(report["before"].toObject()["slices"]), QStringList({"Life", "Bacteria", "Archaea"}));
+        const QJsonObject skin = report["sampled"].toObject();
+        QVERIFY(skin["chooserShown"].toBool());
+        QCOMPARE(skin["choices"].toInt(), 2);
+        QCOMPARE(skin["sample"].toString(), QStringLiteral("skin"));
+        QCOMPARE(names(skin["slices"]), QStringList({"Life", "Bacteria"}));
+        QCOMPARE(report["steps"].toArray().first().toObject()["centre"].toString(), QStringLiteral("Bacteria"));
     }
 
 private:

@@ -130,6 +130,17 @@ private slots:
         Sorvik::Test::sliceNamed(scene->getPieChart(), QStringLiteral("Bacteria"))->setSelected(true);
         window->slotNavigationStepInto();
         // Stepped into Bacteria: the image shows what the window shows, the page opens there.
+        // A selected slice is drawn in its own colour, and stays selected.
+        Sorvik::Viewer::PieChartItem* firmicutes = Sorvik::Test::sliceNamed(scene->getPieChart(), QStringLiteral("Firmicutes"));
+        firmicutes->setSelected(true);
+        const QString png = dir->filePath(QStringLiteral("centre.png"));
+        QVERIFY(window->getExports()->exportImage(png, 400, 0, false, QString()));
+        QVERIFY(firmicutes->isSelected());
+        const QImage image(png);
+        for (int y = 0; y < image.height(); y += 4) {
+            for (int x = 0; x < image.width(); x += 4)
+                QVERIFY(image.pixelColor(x, y) != QColor(Qt::yellow));
+        }
         const QString svg = dir->filePath(QStringLiteral("centre.svg"));
         QVERIFY(window->getExports()->exportImage(svg, 400, 0, false, QString()));
         QVERIFY(fileContents(svg).contains("<title>Bacteria: 110 (100.00 %)</title>"));
