@@ -1,5 +1,6 @@
 #include "viewer/chartexports.h"
 
+#include "nu/graphics/sceneimage.h"
 #include "nu/prompter.h"
 #include "viewer/charthtml.h"
 #include "viewer/chartimage.h"
@@ -97,12 +98,22 @@ bool ChartExports::run(const QString& fileName, const std::function<void(const S
 {
     const Source from = source();
     QString reason;
+    bool unwritten = false;
     if (!from.chart || !from.tree || !from.colours) {
         reason = tr("no chart is open");
     } else {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         try {
             write(from);
+        } catch (const nu::graphics::SceneImage::WriteException& e) {
+            reason = QString::fromUtf8(e.what());
+            unwritten = true;
+        } catch (const ChartTable::WriteException& e) {
+            reason = QString::fromUtf8(e.what());
+            unwritten = true;
+        } catch (const ChartHtml::WriteException& e) {
+            reason = QString::fromUtf8(e.what());
+            unwritten = true;
         } catch (const std::exception& e) {
             reason = QString::fromUtf8(e.what());
         }
@@ -110,11 +121,10 @@ bool ChartExports::run(const QString& fileName, const std::function<void(const S
     }
     if (reason.isEmpty())
         return true;
-    prompter->message(window, QMessageBox::Warning, tr("Problem exporting"),
-                      tr("%1 couldn't be written: %2. Check that its folder exists, that you may write there and "
-                         "that the disk is not full.")
-                          .arg(QDir::toNativeSeparators(fileName), reason),
-                      QMessageBox::Ok);
+    QString text = tr("%1 couldn't be written: %2.").arg(QDir::toNativeSeparators(fileName), reason);
+    if (unwritten)
+        text += tr(" Check that its folder exists, that you may write there and that the disk is not full.");
+    prompter->message(window, QMessageBox::Warning, tr("Problem exporting"), text, QMessageBox::Ok);
     return false;
 }
 
