@@ -2,9 +2,11 @@
 
 #include "cli/buildcommand.h"
 #include "cli/command.h"
+#include "cli/htmlcommand.h"
 #include "cli/importtaxonomycommand.h"
 #include "cli/infocommand.h"
 #include "cli/rendercommand.h"
+#include "cli/tablecommand.h"
 #include "cli/updatetaxonomycommand.h"
 
 #include <QTextStream>
@@ -21,6 +23,8 @@ CommandLine::CommandLine(QTextStream& o, QTextStream& e)
     commands.push_back(std::make_unique<UpdateTaxonomyCommand>(out, err));
     commands.push_back(std::make_unique<BuildCommand>(out, err));
     commands.push_back(std::make_unique<RenderCommand>(out, err));
+    commands.push_back(std::make_unique<TableCommand>(out, err));
+    commands.push_back(std::make_unique<HtmlCommand>(out, err));
 }
 
 CommandLine::~CommandLine() = default;
@@ -28,7 +32,7 @@ CommandLine::~CommandLine() = default;
 void CommandLine::printUsage(QTextStream& stream) const
 {
     stream << "Usage: sorvik-cli COMMAND [options] [arguments]\n\n"
-              "Builds, inspects and renders Sorvik pie charts from the command line.\n\n"
+              "Builds, inspects, renders and exports Sorvik pie charts from the command line.\n\n"
               "Commands:\n";
     for (const auto& command : commands)
         stream << "  " << command->getName().leftJustified(18) << command->getSummary() << '\n';

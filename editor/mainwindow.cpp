@@ -101,6 +101,7 @@ MainWindow::Actions::Actions(MainWindow* window)
     fileExportSvg = make(tr("Export SVG..."), tr("Write the drawing as an SVG image"),
                          QStringLiteral(":/icons/image-export.svg"));
     fileExportPng = make(tr("Export PNG..."), tr("Write the drawing as a PNG image"), QString());
+    fileExportPdf = make(tr("Export PDF..."), tr("Write the drawing as a PDF document, its texts as text"), QString());
     fileClose = make(tr("Close"), tr("Close the editor"), QString(), {QKeySequence::Close});
 
     editUndo = make(tr("Undo"), tr("Undo the last change"), QStringLiteral(":/icons/edit-undo.svg"),
@@ -184,7 +185,7 @@ void MainWindow::createMenusAndToolBars()
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addActions({actions->fileNew, actions->fileOpen, actions->fileSave, actions->fileSaveAs});
     file->addSeparator();
-    file->addActions({actions->fileImport, actions->fileExportSvg, actions->fileExportPng});
+    file->addActions({actions->fileImport, actions->fileExportSvg, actions->fileExportPng, actions->fileExportPdf});
     file->addSeparator();
     file->addAction(actions->fileClose);
 
@@ -236,6 +237,7 @@ void MainWindow::connectScene()
     connect(actions->fileImport, &QAction::triggered, this, &MainWindow::slotFileImport);
     connect(actions->fileExportSvg, &QAction::triggered, this, &MainWindow::slotFileExportSvg);
     connect(actions->fileExportPng, &QAction::triggered, this, &MainWindow::slotFileExportPng);
+    connect(actions->fileExportPdf, &QAction::triggered, this, &MainWindow::slotFileExportPdf);
     connect(actions->fileClose, &QAction::triggered, this, &MainWindow::close);
 
     Scene* s = scene.get();
@@ -508,6 +510,20 @@ void MainWindow::slotFileExportPng()
     const QString name = askSaveName(tr("PNG images (*.png);;All files (*)"), QStringLiteral("png"));
     if (!name.isEmpty())
         exportPng(name, pngScale);
+}
+
+void MainWindow::slotFileExportPdf()
+{
+    const QString name = askSaveName(tr("PDF documents (*.pdf);;All files (*)"), QStringLiteral("pdf"));
+    if (!name.isEmpty())
+        exportPdf(name);
+}
+
+bool MainWindow::exportPdf(const QString& name)
+{
+    commitEditing();
+    return runFileOperation(name, tr("Problem exporting image"), tr("%1 couldn't be written. %2."),
+                            [&] { scene->saveToPdf(name); });
 }
 
 bool MainWindow::exportSvg(const QString& name)

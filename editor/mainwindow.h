@@ -50,6 +50,7 @@ public:
         QAction* fileImport = nullptr;
         QAction* fileExportSvg = nullptr;
         QAction* fileExportPng = nullptr;
+        QAction* fileExportPdf = nullptr;
         QAction* fileClose = nullptr;
         QAction* editUndo = nullptr;
         QAction* editRedo = nullptr;
@@ -80,6 +81,7 @@ public:
     bool importFile(const QString& fileName);
     bool exportSvg(const QString& fileName);
     bool exportPng(const QString& fileName, double scale);
+    bool exportPdf(const QString& fileName);
 
     Scene& getScene() const { return *scene; }
     View* getView() const { return view; }
@@ -98,6 +100,7 @@ public slots:
     void slotFileImport();
     void slotFileExportSvg();
     void slotFileExportPng();
+    void slotFileExportPdf();
     void slotFitCanvas();
     void slotChoosePaintColor();
 

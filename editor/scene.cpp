@@ -3,6 +3,7 @@
 #include "nu/edit/chartitemtypes.h"
 #include "nu/edit/piecharttextitem.h"
 
+#include "nu/graphics/color.h"
 #include "nu/graphics/piecharttextitem.h"
 
 #include <QGraphicsSceneMouseEvent>
@@ -80,16 +81,25 @@ bool Scene::paintAt(const QPointF& point, bool subtree, const QTransform& device
     }
     if (!slice)
         return false;
-    std::vector<QGraphicsItem*> painted{slice};
+    // The slice takes the colour, the rings outside it shades of it lighter outward, as the
+    // viewer colours a taxon's subtree; each label turns black or white to stay readable.
+    std::vector<std::pair<QGraphicsItem*, int>> painted{{slice, 0}};
     for (std::size_t next = 0; subtree && next < painted.size(); ++next) {
-        for (QGraphicsItem* child : painted[next]->childItems()) {
+        for (QGraphicsItem* child : painted[next].first->childItems()) {
             if (dynamic_cast<nu::graphics::PieChartTextItem*>(child) && getItemManager().findId(child))
-                painted.push_back(child);
+                painted.emplace_back(child, painted[next].second + 1);
         }
     }
-    // A slice without a fill is given a solid one: otherwise the colour would not show.
-    return changeItems(painted, {{QStringLiteral("fill.color"), paintColor.name(QColor::HexArgb)},
-                                 {QStringLiteral("fill.style"), int(Qt::SolidPattern)}});
+    std::vector<std::pair<QGraphicsItem*, Values>> changes;
+    for (const auto& [item, depth] : painted) {
+        const QColor fill = nu::graphics::Color::shadeOutward(paintColor, depth);
+        // A slice without a fill is given a solid one: otherwise the colour would not show.
+        changes.emplace_back(item, Values{{QStringLiteral("fill.color"), fill.name(QColor::HexArgb)},
+                                          {QStringLiteral("fill.style"), int(Qt::SolidPattern)},
+                                          {QStringLiteral("text.brush.color"),
+                                           nu::graphics::Color::readableOn(fill).name(QColor::HexArgb)}});
+    }
+    return changeItems(changes);
 }
 
 void Scene::keyPressEvent(QKeyEvent* event)

@@ -51,7 +51,9 @@ public:
     QColor getPaintColor() const { return paintColor; }
     void setPaintColor(const QColor& color);
     // Fills the topmost chart slice at point with the paint colour, and with subtree its outer
-    // slices too, as one undo step; false when there is no slice there or nothing changed.
+    // slices too, in shades lighter ring by ring outward, as one undo step; every label painted
+    // turns black or white, whichever reads on its fill. False when there is no slice there or
+    // nothing changed.
     bool paintAt(const QPointF& point, bool subtree, const QTransform& deviceTransform = QTransform());
 
     // Adds an editable copy of a chart (the slice and every slice outside it, with their counts,

@@ -1,10 +1,13 @@
 #include "viewer/chartimage.h"
 
 #include "nu/graphics/baseitem.h"
+#include "nu/graphics/placedtext.h"
 #include "nu/graphics/sceneimage.h"
 #include "viewer/piechartitem.h"
 
+#include <QGraphicsItem>
 #include <QGraphicsScene>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +19,9 @@ namespace {
 
 // The legend's size relative to the chart's labels.
 constexpr double legendScale = 0.8;
+// The title's size relative to the chart's labels, and its gap from the chart in its heights.
+constexpr double titleScale = 1.6;
+constexpr double titleGap = 0.6;
 
 // Lends an item to a private scene for the time of a drawing; the item leaves the scene before
 // the scene, which would otherwise delete it, is destroyed.
@@ -45,6 +51,27 @@ public:
 private:
     QGraphicsItem& item;
     std::unique_ptr<QGraphicsScene> own;
+};
+
+// A line of text whose box is its glyphs' own, so that the margins round it come out even;
+// vector images keep it as text.
+class TextItem : public QGraphicsItem
+{
+public:
+    TextItem(const QString& text, const QFont& font)
+        : placed(nu::graphics::PlacedText::straight(text, font, QTransform()))
+        , bounds(placed.getPath().boundingRect())
+    {
+    }
+    QRectF boundingRect() const override { return bounds; }
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override
+    {
+        placed.draw(*painter, QPen(Qt::NoPen), QBrush(Qt::black));
+    }
+
+private:
+    nu::graphics::PlacedText placed;
+    QRectF bounds;
 };
 
 } // namespace
@@ -92,6 +119,7 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
         if (slices)
             slices->setLabelPixelsPerUnit(0);
     };
+    std::vector<std::unique_ptr<QGraphicsItem>> extras;
     std::unique_ptr<QGraphicsItem> key;
     if (!legend.isEmpty()) {
         // Beside the chart, centred on its height, a gap of a tenth of the chart's width away.
@@ -104,6 +132,22 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
         key->setPos(area.right() + area.width() * 0.1, area.center().y() - room.height() / 2);
         loan.scene()->addItem(key.get());
         area |= QRectF(key->pos(), room);
+        extras.push_back(std::move(key));
+    }
+    if (!title.isEmpty() && !area.isEmpty()) {
+        // Centred above everything, in bold, never wider than what it stands over.
+        QFont font = slices ? slices->getText().font : QFont();
+        font.setBold(true);
+        auto heading = std::make_unique<TextItem>(title, font);
+        const QRectF natural = heading->boundingRect();
+        const double scale = std::min(titleScale, area.width() / natural.width());
+        heading->setScale(scale);
+        const QSizeF room = natural.size() * scale;
+        const QPointF topLeft(area.center().x() - room.width() / 2, area.top() - room.height() * (1 + titleGap));
+        heading->setPos(topLeft - natural.topLeft() * scale);
+        loan.scene()->addItem(heading.get());
+        area |= QRectF(topLeft, room);
+        extras.push_back(std::move(heading));
     }
     // The same margin on every side, so the image takes the drawing's proportions.
     const double margin = std::max(area.width(), area.height()) * 0.03;
@@ -112,18 +156,20 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     const auto side = [&](double length) { return std::max(1, static_cast<int>(std::lround(size * length / longer))); };
     nu::graphics::SceneImage image(*loan.scene(), source);
     image.setSize(QSize(side(source.width()), side(source.height())));
-    image.setTitle(QStringLiteral("Sorvik chart"));
+    image.setTitle(title.isEmpty() ? QStringLiteral("Sorvik chart") : title);
+    image.setDotsPerInch(dotsPerInch);
+    const auto takeOff = [&] {
+        for (const auto& item : extras)
+            loan.scene()->removeItem(item.get());
+        release();
+    };
     try {
         use(image);
     } catch (...) {
-        if (key)
-            loan.scene()->removeItem(key.get());
-        release();
+        takeOff();
         throw;
     }
-    if (key)
-        loan.scene()->removeItem(key.get());
-    release();
+    takeOff();
 }
 
 QImage ChartImage::toImage() const
@@ -137,6 +183,13 @@ QByteArray ChartImage::toSvg() const
 {
     QByteArray result;
     draw([&result](const nu::graphics::SceneImage& image) { result = image.toSvg(); });
+    return result;
+}
+
+QByteArray ChartImage::toPdf() const
+{
+    QByteArray result;
+    draw([&result](const nu::graphics::SceneImage& image) { result = image.toPdf(); });
     return result;
 }
 

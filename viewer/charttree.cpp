@@ -44,6 +44,7 @@ public:
                            || !data.value(Zem::Ontology::NodeKey::name).toString().isEmpty();
         open.push_back(tree.add(parent, nameOf(id, data), countOf(data, Zem::Ontology::NodeKey::count),
                                 countOf(data, Zem::Ontology::NodeKey::accumCount), taxid, position.getRow(), named));
+        tree.setIdentity(open.back(), id, data.value(Zem::Ontology::NodeKey::rank).toString());
     }
 
     void closeNode(const QString&, const QVariantMap&) override { open.pop_back(); }
@@ -87,6 +88,13 @@ int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 tota
     }
     byKey.clear();
     return index;
+}
+
+void ChartTree::setIdentity(int node, const QString& id, const QString& rank)
+{
+    Node& n = nodes[static_cast<size_t>(node)];
+    n.id = id;
+    n.rank = rank;
 }
 
 int ChartTree::indexOfRow(int row) const

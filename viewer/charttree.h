@@ -29,11 +29,15 @@ public:
 
     struct Node
     {
+        // The node's id in its file.
+        QString id;
         QString rawName;
         // Whether rawName is a name the file gives; otherwise it is the node's id, shown as it is.
         bool named = true;
         // The NCBI taxon id, for taxa placed in the NCBI taxonomy; empty for path-based charts.
         QString taxid;
+        // The rank a classifier or the taxonomy gives, as written; empty when none is known.
+        QString rank;
         qint64 count = 0;
         qint64 total = 0;
         int parent = none;
@@ -48,6 +52,8 @@ public:
     // Adds a node below parent (none for the root, which must come first); returns its index.
     int add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid = QString(),
             int row = none, bool named = true);
+    // The node's id in its file and its rank, for what is read from one.
+    void setIdentity(int node, const QString& id, const QString& rank);
 
     int size() const { return static_cast<int>(nodes.size()); }
     bool isEmpty() const { return nodes.empty(); }

@@ -111,7 +111,8 @@ LabelLayout::Label LabelLayout::placeCentre(double radius, const QString& text) 
             return Label();
         label.scale = minimumScale;
     }
-    label.path = centredGlyphs(label.text, label.scale);
+    label.placed = nu::graphics::PlacedText::straight(label.text, font, centred(label.text, label.scale));
+    label.path = label.placed.getPath();
     return label;
 }
 
@@ -121,15 +122,15 @@ LabelLayout::Label LabelLayout::finish(const Fit& fit, const Slice& slice, const
     label.kind = fit.kind;
     label.text = text;
     label.scale = fit.scale;
-    QPainterPath glyphs = centredGlyphs(text, fit.scale);
+    const QTransform centre = centred(text, fit.scale);
     const double span = std::min(slice.span, 360.0);
     if (fit.kind == Kind::Arc) {
         const double middle = slice.innerRadius + slice.width / 2;
         const double along = middle * span * degree / 2;
         // Bent round the middle of the ring: clockwise on the upper half, counter-clockwise on
         // the lower, so that the letters stand upright.
-        glyphs.translate(slice.upper ? -along : along, 0);
-        nu::graphics::polarTransform(glyphs, middle, slice.upper ? 1.0 : -1.0);
+        const QPointF start(centre.dx() + (slice.upper ? -along : along), centre.dy());
+        label.placed = nu::graphics::PlacedText::bent(text, font, fit.scale, start, middle, slice.upper ? 1.0 : -1.0);
     } else {
         const QFontMetricsF metrics(font);
         const double length = metrics.horizontalAdvance(text) * fit.scale;
@@ -140,21 +141,19 @@ LabelLayout::Label LabelLayout::finish(const Fit& fit, const Slice& slice, const
         QTransform place;
         place.translate(onCircle(distance, angle).x(), onCircle(distance, angle).y());
         place.rotate(slice.right ? -angle : 180.0 - angle);
-        glyphs = place.map(glyphs);
+        label.placed = nu::graphics::PlacedText::straight(text, font, centre * place);
     }
-    label.path = glyphs;
+    label.path = label.placed.getPath();
     return label;
 }
 
-QPainterPath LabelLayout::centredGlyphs(const QString& text, double scale) const
+QTransform LabelLayout::centred(const QString& text, double scale) const
 {
     const QFontMetricsF metrics(font);
-    QPainterPath glyphs;
-    glyphs.addText(0, 0, font, text);
     QTransform centre;
     centre.scale(scale, scale);
     centre.translate(-metrics.horizontalAdvance(text) / 2, (metrics.ascent() - metrics.descent()) / 2);
-    return centre.map(glyphs);
+    return centre;
 }
 
 QRectF LabelLayout::sectorBounds(double innerRadius, double outerRadius, double startAngle, double span)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "nu/graphics/placedtext.h"
+
 #include <QFont>
 #include <QPainterPath>
 #include <QRectF>
@@ -44,7 +46,8 @@ public:
         QString text;
         // The size drawn, relative to the font's.
         double scale = 1.0;
-        // The glyphs, in the slice's coordinates.
+        // The text as placed, and its glyphs, in the slice's coordinates.
+        nu::graphics::PlacedText placed;
         QPainterPath path;
         // Drawn beyond the slice's ring, on the background rather than on the slice.
         bool outside = false;
@@ -79,8 +82,8 @@ private:
     // The largest scale (up to 1) at which the text fits a box of the given length and height.
     double fitScale(double textWidth, double length, double height) const;
     Label finish(const Fit& fit, const Slice& slice, const QString& text) const;
-    // The text's glyphs at scale, centred on the origin.
-    QPainterPath centredGlyphs(const QString& text, double scale) const;
+    // Places the text's baseline so that the text at scale is centred on the origin.
+    QTransform centred(const QString& text, double scale) const;
 
     QFont font;
     double minimumScale;

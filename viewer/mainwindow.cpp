@@ -176,6 +176,10 @@ MainWindow::MainWindow(QWidget* parent)
     // Room for a taxon's name beside its count and share.
     resizeDocks({dock}, {360}, Qt::Horizontal);
 
+    exports = new ChartExports(this, [this] { return getExportSource(); });
+    // Exports need an open chart, as Save as does.
+    connect(actions->fileSaveAs, &QAction::changed, exports,
+            [this] { exports->setEnabled(actions->fileSaveAs->isEnabled()); });
     createMenusAndToolBars();
     statusBar()->addPermanentWidget(new QLabel(tr("Taxonomy classification."), statusBar()));
     resize(1100, 760);
@@ -221,6 +225,9 @@ void MainWindow::createMenusAndToolBars()
 {
     QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
     fileMenu->addActions(actions->file->actions());
+    fileMenu->addSeparator();
+    fileMenu->addActions(exports->getActions());
+    fileMenu->addSeparator();
     fileMenu->addAction(actions->fileClose);
     fileMenu->addSeparator();
     fileMenu->addAction(actions->appPreferences);
@@ -250,6 +257,7 @@ void MainWindow::setPrompter(std::shared_ptr<nu::Prompter> p)
 {
     if (p)
         prompter = std::move(p);
+    exports->setPrompter(prompter);
 }
 
 QMessageBox::StandardButton MainWindow::message(QMessageBox::Icon icon, const QString& title, const QString& text)
@@ -779,6 +787,31 @@ void MainWindow::finishLingeringTasks()
     lingering.erase(std::remove_if(lingering.begin(), lingering.end(),
                                    [this](const QPointer<BuildNcbiPiechartAsyncTask>& t) { return !t || t != task; }),
                     lingering.end());
+}
+
+ChartExports::Source MainWindow::getExportSource()
+{
+    ChartExports::Source from;
+    from.chart = fileHandler.isOpened() ? view->getScene()->getPieChart() : nullptr;
+    if (!from.chart)
+        return from;
+    try {
+        loadTree();
+    } catch (...) {
+        // The working file went away under the window: nothing to export.
+        from.chart = nullptr;
+        return from;
+    }
+    const App::Settings settings;
+    from.tree = tree;
+    from.colours = colours;
+    from.fileName = fileHandler.getFileName();
+    from.centre = std::max(0, tree->indexOfRow(navigator.getCurrentPosition().getRow()));
+    from.maxLevels = maxLevels;
+    from.minPercent = minPercentage;
+    from.collapse = settings.isCollapsing();
+    from.rawNames = settings.isShowingRawNames();
+    return from;
 }
 
 } // namespace Viewer

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/appfilehandler.h"
+#include "viewer/chartexports.h"
 #include "viewer/navigator.h"
 #include "viewer/settings.h"
 
@@ -102,6 +103,7 @@ public:
 
     const nu::AppFileHandler& getFileHandler() const { return fileHandler; }
     const Actions& getActions() const { return *actions; }
+    ChartExports* getExports() const { return exports; }
     const Navigator& getNavigator() const { return navigator; }
     View* getView() const { return view; }
     Browser* getBrowser() const { return browser; }
@@ -161,6 +163,8 @@ private:
     void showBuildReport();
     // Makes the taxonomy cache anew behind a progress dialog; the old one stays until then.
     void updateTaxonomy(const QString& taxonomyFile);
+    // What File > Export… writes: the chart as drawn, its whole tree and the view settings.
+    ChartExports::Source getExportSource();
 
     std::shared_ptr<nu::Prompter> prompter;
     nu::AppFileHandler fileHandler;
@@ -169,6 +173,7 @@ private:
     View* view = nullptr;
     Browser* browser = nullptr;
     QDockWidget* dock = nullptr;
+    ChartExports* exports = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
     std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
     std::unique_ptr<Zem::Ontology::BuildReport> builtReport;

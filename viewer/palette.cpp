@@ -1,5 +1,7 @@
 #include "viewer/palette.h"
 
+#include "nu/graphics/color.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -147,14 +149,12 @@ QColor Palette::shade(const QColor& base, int depth, int sibling, int siblings, 
     if (depth <= 0)
         return base;
     const double hue = std::max(0.0, base.hslHueF());
-    double saturation = base.hslSaturationF();
-    const double lightness = base.lightnessF();
     // Each ring further out takes a share of the way left towards a pale tint of the hue, so
     // that deep charts never run out of steps.
-    const double palest = kind == Kind::Classic ? 0.9 : 0.88;
-    const double towards = 1.0 - std::pow(0.72, depth);
-    double l = lightness + (palest - lightness) * towards;
-    saturation *= kind == Kind::Classic ? 1.0 : 1.0 - 0.25 * towards;
+    const QColor outward = kind == Kind::Classic ? nu::graphics::Color::shadeOutward(base, depth, 0.9, 0.0)
+                                                 : nu::graphics::Color::shadeOutward(base, depth);
+    const double saturation = outward.hslSaturationF();
+    double l = outward.lightnessF();
     // Siblings: alternately a little darker and lighter, and turned a little round the hue
     // either side of their parent's.
     double h = hue;

@@ -1,27 +1,20 @@
 #include "viewer/piechartitem.h"
 
+#include "nu/graphics/color.h"
 #include "nu/graphics/geometry.h"
+#include "nu/graphics/svgwriter.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
 
 #include <cmath>
+#include <optional>
 
 namespace Sorvik {
 namespace Viewer {
 
 namespace {
-
-double linear(double channel)
-{
-    return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& c)
-{
-    return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
-}
 
 bool sameSlice(const LabelLayout::Slice& a, const LabelLayout::Slice& b)
 {
@@ -48,14 +41,12 @@ double textHeight(const QFont& font)
 
 double PieChartItem::contrast(const QColor& a, const QColor& b)
 {
-    const double la = luminance(a);
-    const double lb = luminance(b);
-    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+    return nu::graphics::Color::contrast(a, b);
 }
 
 QColor PieChartItem::getLabelColor(const QColor& fill)
 {
-    return contrast(fill, Qt::black) >= contrast(fill, Qt::white) ? QColor(Qt::black) : QColor(Qt::white);
+    return nu::graphics::Color::readableOn(fill);
 }
 
 PieChartItem::PieChartItem(int count, QGraphicsItem* parent)
@@ -271,8 +262,19 @@ QRectF PieChartItem::boundingRect() const
     return own | LabelLayout::sectorBounds(getRadius(), labelReach, 0, getAngle());
 }
 
+QString PieChartItem::getSummary() const
+{
+    return QStringLiteral("%1: %2 (%3 %)")
+        .arg(isOthers() ? getText().text : getChainText(), QString::number(accumCount),
+             QString::number(getPercentage(), 'f', 2));
+}
+
 void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
+    // An SVG gives each slice its name, count and share as a tool tip.
+    std::optional<nu::graphics::SvgWriter::Group> group;
+    if (nu::graphics::SvgWriter::isWriting(*painter))
+        group.emplace(*painter, getSummary());
     const bool selected = isSelected();
     // A cosmetic outline: one pixel at any zoom. White keeps slices of one colour apart, and
     // leaves a slice too thin to see as nothing rather than a dark hairline.
@@ -297,11 +299,9 @@ void PieChartItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* opti
     const LabelLayout::Label placed = getLabel(getMinimumLabelScale(lod));
     if (placed.kind == LabelLayout::Kind::None)
         return;
-    painter->setPen(Qt::NoPen);
     // A label beyond the ring stands on the white background.
     const QColor ground = placed.outside ? QColor(Qt::white) : color;
-    painter->setBrush(selected ? QColor(Qt::red) : getLabelColor(ground));
-    painter->drawPath(placed.path);
+    placed.placed.draw(*painter, QPen(Qt::NoPen), QBrush(selected ? QColor(Qt::red) : getLabelColor(ground)));
 }
 
 } // namespace Viewer

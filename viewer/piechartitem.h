@@ -91,6 +91,8 @@ public:
 
     // The chain with the share of the chart's centre: "root › Bacteria [12.50%]".
     QString getDefaultText() const override;
+    // The chain, the count and the share of the centre: "root › Bacteria: 1200 (12.50 %)".
+    QString getSummary() const;
     // The label as laid out for labels no smaller than minimumScale of the label's font.
     LabelLayout::Label getLabel(double minimumScale) const;
     QRectF boundingRect() const override;

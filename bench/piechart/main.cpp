@@ -1,18 +1,25 @@
 // Times the chart of a generated counted ontology of 50 000 nodes: building and laying it out
 // at 10 levels with no cutoff and at the viewer's 5 levels and 0.5 % (first with the reading and
-// colouring of the whole tree, then with the tree kept as the viewer keeps it), and drawing it
-// to PNG.
-// Usage: bench_piechart [NODES] [RUNS]
+// colouring of the whole tree, then with the tree kept as the viewer keeps it), drawing it to
+// PNG, SVG and PDF, and exporting its table and its web page.
+// Usage: bench_piechart [NODES] [RUNS] [KEEP_FOLDER]
+// With KEEP_FOLDER, the exported files stay there (bench/run-export-benchmarks opens the page in
+// a browser).
 
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
+#include "resources/resources.h"
+#include "viewer/charthtml.h"
 #include "viewer/chartimage.h"
+#include "viewer/charttable.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -165,17 +172,45 @@ int main(int argc, char* argv[])
     report("redraw with the tree kept, 5 levels, 0.5 %",
            time(runs, [&] { return countSlices(buildChart(file, 5, 0.5, &whole).get()); }), "300 ms");
 
-    const QString png = dir.filePath(QStringLiteral("chart.png"));
+    const QString keep = arguments.size() > 3 ? arguments.at(3) : dir.path();
+    QDir().mkpath(keep);
     for (const auto& limits : {std::make_pair(10, 0.0), std::make_pair(5, 0.5)}) {
         const auto root = buildChart(file, limits.first, limits.second);
         const int slices = countSlices(root.get());
-        const Timing t = time(std::max(1, runs / 2), [&] {
-            Sorvik::Viewer::ChartImage image(*root);
-            image.save(png);
-            return slices;
-        });
-        report(limits.first == 10 ? "render to PNG 1000 px, 10 levels, 0 %" : "render to PNG 1000 px, 5 levels, 0.5 %",
-               t, "2000 ms");
+        for (const char* format : {"png", "svg", "pdf"}) {
+            const QString image =
+                QDir(keep).filePath(QStringLiteral("chart-%1-levels.%2").arg(limits.first).arg(QLatin1String(format)));
+            const Timing t = time(std::max(1, runs / 2), [&] {
+                Sorvik::Viewer::ChartImage picture(*root);
+                picture.save(image);
+                return slices;
+            });
+            const QString what = QStringLiteral("%1 1000 px, %2 levels, %3 % (%4 kB)")
+                                     .arg(QString::fromLatin1(format).toUpper())
+                                     .arg(limits.first)
+                                     .arg(limits.second)
+                                     .arg(QFileInfo(image).size() / 1024);
+            report(qPrintable(what), t, "2000 ms");
+        }
     }
+
+    Sorvik::initResources();
+    const Whole tree = readWhole(file);
+    const QString table = QDir(keep).filePath(QStringLiteral("chart.tsv"));
+    report("table of the whole tree (TSV)", time(runs, [&] {
+               Sorvik::Viewer::ChartTable(*tree.tree).save(table, Sorvik::Viewer::ChartTable::Format::Tsv);
+               return tree.tree->size();
+           }),
+           "1000 ms");
+    const QString page = QDir(keep).filePath(QStringLiteral("chart.html"));
+    report("web page of the whole tree", time(runs, [&] {
+               Sorvik::Viewer::ChartHtml html(*tree.tree, *tree.colours);
+               html.setTitle(QStringLiteral("bench"));
+               html.save(page);
+               return tree.tree->size();
+           }),
+           "-");
+    out << QString::asprintf("web page size: %.2f MB (target 5 MB); table size: %.2f MB\n",
+                             QFileInfo(page).size() / 1048576.0, QFileInfo(table).size() / 1048576.0);
     return 0;
 }

@@ -13,6 +13,7 @@
 
 #include "nu/graphics/angularparentitem.h"
 #include "nu/graphics/baseitem.h"
+#include "nu/graphics/customtraceitem.h"
 #include "nu/graphics/geometry.h"
 #include "nu/graphics/piecharttextitem.h"
 #include "nu/graphics/sceneimage.h"
@@ -344,8 +345,21 @@ QRectF Scene::getDrawingRect() const
     QRectF bounds;
     for (QGraphicsItem* item : items()) {
         // Knobs and the selection outline are no part of the drawing.
-        if (item->isVisible() && !dynamic_cast<Handler*>(item) && !dynamic_cast<Handler*>(item->parentItem()))
+        if (!item->isVisible() || dynamic_cast<Handler*>(item) || dynamic_cast<Handler*>(item->parentItem()))
+            continue;
+        // The outline as painted, turned into the scene: the box of a turned slice reaches far
+        // beyond it, and the image's margins would come out uneven.
+        const auto* shape = dynamic_cast<const graphics::CustomTraceItem*>(item);
+        if (!shape) {
             bounds |= item->sceneBoundingRect();
+            continue;
+        }
+        QPainterPath painted = shape->path();
+        if (const auto* slice = dynamic_cast<const graphics::PieChartTextItem*>(item))
+            painted.addPath(slice->getLabelPath());
+        const QPen& pen = shape->getPen();
+        const double reach = pen.style() == Qt::NoPen || pen.isCosmetic() ? 0.0 : pen.widthF() / 2;
+        bounds |= item->sceneTransform().map(painted).boundingRect().adjusted(-reach, -reach, reach, reach);
     }
     return bounds;
 }
@@ -382,6 +396,14 @@ void Scene::saveToSvg(const QString& path)
     image.save(path, graphics::SceneImage::Format::Svg);
 }
 
+void Scene::saveToPdf(const QString& path)
+{
+    const KnobsHidden hidden(handlers);
+    graphics::SceneImage image(*this, getImageRect());
+    image.setTitle(QStringLiteral("Sorvik chart"));
+    image.save(path, graphics::SceneImage::Format::Pdf);
+}
+
 void Scene::saveToPng(const QString& path, double scale)
 {
     const KnobsHidden hidden(handlers);
@@ -392,12 +414,21 @@ void Scene::saveToPng(const QString& path, double scale)
 
 bool Scene::changeItems(const std::vector<QGraphicsItem*>& items, const Values& values)
 {
+    std::vector<std::pair<QGraphicsItem*, Values>> changes;
+    changes.reserve(items.size());
+    for (QGraphicsItem* item : items)
+        changes.emplace_back(item, values);
+    return changeItems(changes);
+}
+
+bool Scene::changeItems(const std::vector<std::pair<QGraphicsItem*, Values>>& changes)
+{
     closeDrag();
     const int steps = undoManager.getUndoCount();
     undoManager.changeBegin();
     {
         const ItemManager::Batch batch(manager);
-        for (QGraphicsItem* item : items) {
+        for (const auto& [item, values] : changes) {
             const auto wrapped = manager.getItem(item);
             if (!wrapped)
                 continue;

@@ -90,15 +90,20 @@ public:
     // Sets the values on the items as one undo step (an item without one of the values keeps
     // it); false when nothing changed, and then no step is recorded.
     bool changeItems(const std::vector<QGraphicsItem*>& items, const Values& values);
+    // The same, with values of its own for each item.
+    bool changeItems(const std::vector<std::pair<QGraphicsItem*, Values>>& changes);
 
-    // The bounds of everything drawn, knobs apart, in scene coordinates; empty for an empty scene.
+    // The bounds of everything drawn, knobs apart, in scene coordinates: what is painted, not the
+    // boxes of turned items; empty for an empty scene.
     QRectF getDrawingRect() const;
-    // What an image shows: the drawing with a small margin.
+    // What an image shows: the drawing with the same margin on every side.
     QRectF getImageRect() const;
-    // The drawing as it is shown, without knobs, on white; scale is pixels per scene unit. The
-    // file is written completely or not at all: throw graphics::SceneImage::WriteException.
+    // The drawing as it is shown, without knobs, on white; scale is pixels per scene unit. SVG
+    // and PDF keep texts as text. The file is written completely or not at all: throw
+    // graphics::SceneImage::WriteException.
     void saveToSvg(const QString& path);
     void saveToPng(const QString& path, double scale = 1.0);
+    void saveToPdf(const QString& path);
 
     // Writes the chart file; the chart is then clean. Throws JsonDataFile::FileOpenException.
     void saveToFile(const JsonDataFile::Info& info);

@@ -65,11 +65,25 @@ void ArcTextItem::updateRadiusFromParent(double oldRadius, double newRadius)
 
 QPainterPath ArcTextItem::path() const
 {
-    QPainterPath p;
-    p.addText(0, 0, font, text);
-    p.translate(-p.boundingRect().center());
-    polarTransform(p, radius, orientation == Orientation::Outside ? -1.0 : 1.0);
-    return p;
+    return getPlacedText().getPath();
+}
+
+PlacedText ArcTextItem::getPlacedText() const
+{
+    // Centred on the +x axis by the glyphs' box.
+    QPainterPath glyphs;
+    glyphs.addText(0, 0, font, text);
+    return PlacedText::bent(text, font, 1.0, -glyphs.boundingRect().center(), radius,
+                            orientation == Orientation::Outside ? -1.0 : 1.0);
+}
+
+void ArcTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
+{
+    if (!PlacedText::isVectorDevice(*painter)) {
+        CustomShapeItem::paint(painter, option, widget);
+        return;
+    }
+    getPlacedText().draw(*painter, getPen(), getBrush());
 }
 
 } // namespace graphics

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/graphics/customshapeitem.h"
+#include "nu/graphics/placedtext.h"
 #include "nu/graphics/radiuschilditem.h"
 #include "nu/graphics/radiusitem.h"
 #include "nu/graphics/radiusparentitem.h"
@@ -42,6 +43,9 @@ public:
     void updateRadiusFromParent(double oldRadius, double newRadius) override;
 
     QPainterPath path() const override;
+    // The text as placed, which vector images keep as text.
+    PlacedText getPlacedText() const;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
     QString text;

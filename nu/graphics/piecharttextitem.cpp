@@ -1,6 +1,7 @@
 #include "nu/graphics/piecharttextitem.h"
 
 #include "nu/graphics/geometry.h"
+#include "nu/graphics/svgwriter.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -46,6 +47,8 @@ QString PieChartTextItem::getDefaultText() const
 
 void PieChartTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
+    // In an SVG, the slice and its label carry the tool tip.
+    const SvgWriter::Group group(*painter, toolTip());
     paintSlice(painter, option, getPen(), getBrush(), text.brush);
 }
 
@@ -53,67 +56,60 @@ void PieChartTextItem::paintSlice(QPainter* painter, const QStyleOptionGraphicsI
                                   const QBrush& brush, const QBrush& textBrush)
 {
     paintPath(painter, option, pen, brush);
-    const QPainterPath label = getLabelPath();
-    if (label.isEmpty())
-        return;
-    painter->setPen(text.pen);
-    painter->setBrush(textBrush);
-    painter->drawPath(label);
+    getLabel().draw(*painter, text.pen, textBrush);
 }
 
 QPainterPath PieChartTextItem::getLabelPath() const
 {
+    return getLabel().getPath();
+}
+
+PlacedText PieChartTextItem::getLabel() const
+{
     if (!textShow)
-        return QPainterPath();
+        return PlacedText();
     if (getRadius() <= 0 && getAngle() >= 360)
-        return getCentreLabelPath();
+        return getCentreLabel();
     const QRectF room = getLabelRect();
     // No text box is narrower or lower than the margin textRect adds on both sides: most slices of
     // a large chart are decided here without laying out any glyphs.
     const double margin = 2 * (text.pen.width() / 2.0 + 1);
     if (room.width() < margin || room.height() < margin)
-        return QPainterPath();
+        return PlacedText();
     if (!labelSize)
         labelSize = textRect(text.text, text.font, text.pen);
     const double w = labelSize->width();
     const double h = labelSize->height();
     if (!room.contains(*labelSize))
-        return QPainterPath();
+        return PlacedText();
     const double width = room.width();
     const double radius = getLabelRadius();
-    QPainterPath label;
-    if (getLabelCenter().y() < 0) {
-        label.addText(-(w + width) / 2, h / 2, text.font, text.text);
-        polarTransform(label, radius, 1.0);
-    } else {
-        label.addText((width - w) / 2, h / 2, text.font, text.text);
-        polarTransform(label, radius, -1.0);
-    }
-    return label;
+    if (getLabelCenter().y() < 0)
+        return PlacedText::bent(text.text, text.font, 1.0, QPointF(-(w + width) / 2, h / 2), radius, 1.0);
+    return PlacedText::bent(text.text, text.font, 1.0, QPointF((width - w) / 2, h / 2), radius, -1.0);
 }
 
-QPainterPath PieChartTextItem::getCentreLabelPath() const
+PlacedText PieChartTextItem::getCentreLabel() const
 {
     // Bent round a whole circle, half the label would stand on its head.
-    QPainterPath label;
     if (text.text.isEmpty())
-        return label;
+        return PlacedText();
     const double room = 2 * getRadiusOffset() * 0.9;
     QFont font = text.font;
     const double width = QFontMetricsF(font).horizontalAdvance(text.text);
     const double scale = std::min(1.0, room / std::max(width, 1.0));
     if (scale < smallestCentreFont)
-        return label;
+        return PlacedText();
     if (scale < 1.0 && font.pointSizeF() > 0)
         font.setPointSizeF(font.pointSizeF() * scale);
     else if (scale < 1.0)
         font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * scale)));
     const QFontMetricsF metrics(font);
     if (metrics.height() > room)
-        return label;
-    label.addText(-metrics.horizontalAdvance(text.text) / 2, (metrics.ascent() - metrics.descent()) / 2, font,
-                  text.text);
-    return label;
+        return PlacedText();
+    return PlacedText::straight(text.text, font,
+                                QTransform::fromTranslate(-metrics.horizontalAdvance(text.text) / 2,
+                                                          (metrics.ascent() - metrics.descent()) / 2));
 }
 
 } // namespace graphics

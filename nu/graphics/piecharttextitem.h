@@ -2,6 +2,7 @@
 
 #include "nu/graphics/drawabletext.h"
 #include "nu/graphics/piechartitem.h"
+#include "nu/graphics/placedtext.h"
 
 #include <optional>
 
@@ -26,7 +27,8 @@ public:
     QString getDefaultText() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
-    // The label as drawn (item coordinates), or an empty path when it is hidden or does not fit.
+    // The label as drawn (item coordinates), or an empty one when it is hidden or does not fit.
+    PlacedText getLabel() const;
     QPainterPath getLabelPath() const;
 
 protected:
@@ -35,7 +37,7 @@ protected:
                     const QBrush& brush, const QBrush& textBrush);
 
 private:
-    QPainterPath getCentreLabelPath() const;
+    PlacedText getCentreLabel() const;
 
     DrawableText text;
     bool textShow = true;

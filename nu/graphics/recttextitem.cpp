@@ -44,10 +44,25 @@ void RectTextItem::updatePositionFromParent(const QPointF& oldPosition, const QP
 
 QPainterPath RectTextItem::path() const
 {
-    QPainterPath p;
-    p.addText(0, 0, font, text);
-    p.translate(-getAnchorPoint(p.boundingRect()));
-    return p;
+    return getPlacedText().getPath();
+}
+
+PlacedText RectTextItem::getPlacedText() const
+{
+    // The anchor of the glyphs' box on the origin.
+    QPainterPath glyphs;
+    glyphs.addText(0, 0, font, text);
+    return PlacedText::straight(text, font, QTransform::fromTranslate(-getAnchorPoint(glyphs.boundingRect()).x(),
+                                                                      -getAnchorPoint(glyphs.boundingRect()).y()));
+}
+
+void RectTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
+{
+    if (!PlacedText::isVectorDevice(*painter)) {
+        CustomShapeItem::paint(painter, option, widget);
+        return;
+    }
+    getPlacedText().draw(*painter, getPen(), getBrush());
 }
 
 } // namespace graphics

@@ -2,6 +2,7 @@
 
 #include "nu/graphics/anchoritem.h"
 #include "nu/graphics/customshapeitem.h"
+#include "nu/graphics/placedtext.h"
 #include "nu/graphics/positionchilditem.h"
 #include "nu/graphics/rotationchilditem.h"
 
@@ -26,6 +27,9 @@ public:
     void updatePositionFromParent(const QPointF& oldPosition, const QPointF& newPosition) override;
 
     QPainterPath path() const override;
+    // The text as placed, which vector images keep as text.
+    PlacedText getPlacedText() const;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
     QString text;

@@ -1,12 +1,16 @@
 #include "nu/graphics/sceneimage.h"
 
+#include "nu/graphics/svgwriter.h"
+
 #include <QBuffer>
 #include <QFileInfo>
 #include <QGraphicsScene>
 #include <QImageWriter>
+#include <QPageLayout>
+#include <QPageSize>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QSaveFile>
-#include <QSvgGenerator>
 
 #include <algorithm>
 #include <cmath>
@@ -28,7 +32,7 @@ int pixels(double length)
 
 const char* SceneImage::UnknownFormatException::what() const noexcept
 {
-    return "the image file name must end in .png or .svg";
+    return "the image file name must end in .png, .svg or .pdf";
 }
 
 const char* SceneImage::WriteException::what() const noexcept
@@ -43,6 +47,8 @@ SceneImage::Format SceneImage::formatOf(const QString& fileName)
         return Format::Png;
     if (suffix == QLatin1String("svg"))
         return Format::Svg;
+    if (suffix == QLatin1String("pdf"))
+        return Format::Pdf;
     throw UnknownFormatException();
 }
 
@@ -87,35 +93,63 @@ QImage SceneImage::toImage() const
 
 QByteArray SceneImage::toSvg() const
 {
-    QByteArray svg;
-    QBuffer buffer(&svg);
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setSize(size);
-    generator.setViewBox(QRect(QPoint(0, 0), size));
-    if (!title.isEmpty())
-        generator.setTitle(title);
-    QPainter painter(&generator);
+    SvgWriter writer(size);
+    writer.setTitle(title);
+    QPainter painter(&writer);
     render(painter);
     painter.end();
-    return svg;
+    return writer.getSvg();
+}
+
+QByteArray SceneImage::toPdf() const
+{
+    // A page as large as the image would be on a screen of 96 pixels to the inch, drawn in those
+    // pixels, so that PDF and PNG come out alike.
+    constexpr int pixelsPerInch = 96;
+    QByteArray pdf;
+    QBuffer buffer(&pdf);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setResolution(pixelsPerInch);
+    writer.setCreator(QStringLiteral("Sorvik"));
+    writer.setTitle(title);
+    const QSizeF points(size.width() * 72.0 / pixelsPerInch, size.height() * 72.0 / pixelsPerInch);
+    writer.setPageLayout(QPageLayout(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch),
+                                     QPageLayout::Portrait, QMarginsF()));
+    QPainter painter;
+    if (!painter.begin(&writer))
+        throw WriteException();
+    render(painter);
+    painter.end();
+    return pdf;
+}
+
+QByteArray SceneImage::toBytes(Format format) const
+{
+    if (format == Format::Svg)
+        return toSvg();
+    if (format == Format::Pdf)
+        return toPdf();
+    QImage image = toImage();
+    if (image.isNull())
+        throw WriteException();
+    if (dotsPerInch > 0) {
+        const int dotsPerMetre = static_cast<int>(std::lround(dotsPerInch / 0.0254));
+        image.setDotsPerMeterX(dotsPerMetre);
+        image.setDotsPerMeterY(dotsPerMetre);
+    }
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!QImageWriter(&buffer, "png").write(image))
+        throw WriteException();
+    return png;
 }
 
 void SceneImage::save(const QString& fileName, Format format) const
 {
     // Drawn before the file is touched: a drawing that fails leaves no empty file behind.
-    QByteArray content;
-    if (format == Format::Svg) {
-        content = toSvg();
-    } else {
-        const QImage image = toImage();
-        if (image.isNull())
-            throw WriteException();
-        QBuffer buffer(&content);
-        buffer.open(QIODevice::WriteOnly);
-        if (!QImageWriter(&buffer, "png").write(image))
-            throw WriteException();
-    }
+    const QByteArray content = toBytes(format);
     // Unbuffered, so that a short write (a full disk) shows in write()'s count.
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))

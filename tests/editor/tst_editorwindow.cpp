@@ -5,6 +5,7 @@
 #include "nu/edit/propertieswidget.h"
 #include "nu/edit/selectionshape.h"
 #include "nu/graphics/arctextitem.h"
+#include "nu/graphics/color.h"
 #include "nu/graphics/geometry.h"
 #include "nu/graphics/lineitem.h"
 #include "nu/graphics/piecharttextitem.h"
@@ -376,6 +377,7 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart_data()
     QTest::newRow("save into a missing folder") << "save" << "gone/chart.pie" << QByteArray() << unwritable;
     QTest::newRow("export SVG into a missing folder") << "svg" << "gone/chart.svg" << QByteArray() << unwritable;
     QTest::newRow("export PNG into a missing folder") << "png" << "gone/chart.png" << QByteArray() << unwritable;
+    QTest::newRow("export PDF into a missing folder") << "pdf" << "gone/chart.pdf" << QByteArray() << unwritable;
 }
 
 void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
@@ -399,7 +401,8 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
         {"import", [&] { return window->importFile(path); }},
         {"save", [&] { return window->saveFile(path); }},
         {"svg", [&] { return window->exportSvg(path); }},
-        {"png", [&] { return window->exportPng(path, 1.0); }}};
+        {"png", [&] { return window->exportPng(path, 1.0); }},
+        {"pdf", [&] { return window->exportPdf(path); }}};
     QVERIFY(!operations.at(operation)());
 
     QCOMPARE(prompter->shown.size(), 1);
@@ -439,12 +442,21 @@ void TestEditorWindow::paintModeOneStepPerClick()
     const QColor paint(0x12, 0x34, 0x56);
     window->setPaintColor(paint);
     window->getActions().mode.at(Scene::CursorMode::Paint)->trigger();
+    // The slice takes the paint colour, each ring outside it a shade of it, lighter outward.
+    Slice* top = target.isEmpty() ? nullptr : sliceLabelled(scene, target);
     const auto paintedSlices = [&] {
-        const QList<QGraphicsItem*> items = scene.items();
-        return std::count_if(items.begin(), items.end(), [&](QGraphicsItem* item) {
+        int count = 0;
+        for (QGraphicsItem* item : scene.items()) {
             auto slice = dynamic_cast<Slice*>(item);
-            return slice && slice->getBrush().color() == paint;
-        });
+            int depth = 0;
+            const QGraphicsItem* at = slice;
+            for (; at && at != top; at = at->parentItem())
+                ++depth;
+            const QRgb expected = nu::graphics::Color::shadeOutward(paint, depth).rgba();
+            if (slice && at && slice->getBrush().color().rgba() == expected)
+                ++count;
+        }
+        return count;
     };
     const QPointF at = target.isEmpty() ? QPointF(400, 400) : inside(*sliceLabelled(scene, target));
     View* view = window->getView();
@@ -452,8 +464,17 @@ void TestEditorWindow::paintModeOneStepPerClick()
     QTest::mouseClick(view->viewport(), Qt::LeftButton, shift ? Qt::ShiftModifier : Qt::NoModifier,
                       view->mapFromScene(at));
     QCOMPARE(int(paintedSlices()), painted);
-    if (painted)
-        QCOMPARE(sliceLabelled(scene, target)->getBrush().color(), paint);
+    if (painted) {
+        QCOMPARE(top->getBrush().color(), paint);
+        // The dark paint takes a white label.
+        QCOMPARE(top->getText().brush.color(), QColor(Qt::white));
+    }
+    if (shift) {
+        const QColor outer = sliceLabelled(scene, "Proteobacteria")->getBrush().color();
+        const QColor outermost = sliceLabelled(scene, "Gammaproteobacteria")->getBrush().color();
+        QVERIFY(paint.lightnessF() < outer.lightnessF() && outer.lightnessF() < outermost.lightnessF());
+        QCOMPARE(std::abs(outer.hslHue() - paint.hslHue()) <= 1, true);
+    }
     QCOMPARE(scene.getUndoManager().getUndoCount(), painted ? 1 : 0);
     // Painting goes on until another mode is chosen.
     QCOMPARE(scene.getCursorMode(), Scene::CursorMode::Paint);

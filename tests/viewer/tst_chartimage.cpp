@@ -97,20 +97,26 @@ private slots:
     {
         QTest::addColumn<QString>("tree");
         QTest::addColumn<bool>("legend");
+        QTest::addColumn<QString>("title");
         // Two halves round a white centre: a circle.
-        QTest::newRow("round") << QStringLiteral("r(a:1 b:1)") << false;
+        QTest::newRow("round") << QStringLiteral("r(a:1 b:1)") << false << QString();
         // One slice with a deep subtree and a thin one: a lopsided drawing.
-        QTest::newRow("lopsided") << QStringLiteral("r(a:9(b:9(c:9(d:9))) e:1)") << false;
-        QTest::newRow("with a legend") << QStringLiteral("r(a:3(x:2 y:1) b:1)") << true;
+        QTest::newRow("lopsided") << QStringLiteral("r(a:9(b:9(c:9(d:9))) e:1)") << false << QString();
+        QTest::newRow("with a legend") << QStringLiteral("r(a:3(x:2 y:1) b:1)") << true << QString();
+        QTest::newRow("with a title") << QStringLiteral("r(a:3(x:2 y:1) b:1)") << false << QStringLiteral("Gut, day 3");
+        QTest::newRow("with a long title") << QStringLiteral("r(a:1 b:1)") << true
+                                           << QStringLiteral("A title far wider than the chart it stands above");
     }
 
     void pngHasEvenMargins()
     {
         QFETCH(QString, tree);
         QFETCH(bool, legend);
+        QFETCH(QString, title);
         const auto root = chartOf(file, tree, 5, 0.5);
         ChartImage image(*root);
         image.setSize(400);
+        image.setTitle(title);
         if (legend)
             image.setLegend(Sorvik::Viewer::ChartLegend({{Qt::red, QStringLiteral("a"), 75}, {Qt::blue, QStringLiteral("b"), 25}}));
         const QImage png = image.toImage();
@@ -131,6 +137,44 @@ private slots:
         const int margins[] = {left, png.width() - 1 - right, top, png.height() - 1 - bottom};
         QVERIFY2(*std::max_element(std::begin(margins), std::end(margins)) - *std::min_element(std::begin(margins), std::end(margins)) <= 1,
                  qPrintable(QStringLiteral("%1 %2 %3 %4").arg(margins[0]).arg(margins[1]).arg(margins[2]).arg(margins[3])));
+    }
+
+    void svgKeepsTextsAndTellsEachSlice()
+    {
+        const auto root = chartOf(file, QStringLiteral("root=Life(b=Bacteria(f=Firmicutes:60 p=Proteobacteria:30) "
+                                                       "v=Viruses:10)"), 5, 0.5);
+        ChartImage image(*root);
+        image.setTitle(QStringLiteral("Gut <3>"));
+        const QByteArray svg = image.toSvg();
+        QXmlStreamReader xml(svg);
+        QStringList titles;
+        QStringList texts;
+        const int textPaths = svg.count("<textPath ");
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (!xml.isStartElement())
+                continue;
+            if (xml.name() == QLatin1String("title"))
+                titles << xml.readElementText();
+            else if (xml.name() == QLatin1String("text"))
+                texts << xml.readElementText(QXmlStreamReader::IncludeChildElements);
+        }
+        QVERIFY(!xml.hasError());
+        // The document's title, then one tool tip per slice: its name, count and share.
+        QCOMPARE(titles.value(0), QStringLiteral("Gut <3>"));
+        QCOMPARE(titles.size(), 1 + 5);
+        QVERIFY2(titles.contains(QStringLiteral("Firmicutes: 60 (60.00 %)")), qPrintable(titles.join('|')));
+        QVERIFY(titles.contains(QStringLiteral("Life: 100 (100.00 %)")));
+        // Labels are texts, bent ones on a path; none is drawn as outlines.
+        QVERIFY2(texts.contains(QStringLiteral("Firmicutes")), qPrintable(texts.join('|')));
+        QVERIFY(texts.contains(QStringLiteral("Gut <3>")));
+        QVERIFY(textPaths >= 2);
+        QVERIFY(!svg.contains("fill=\"#000000\" fill-rule"));
+        QVERIFY(!svg.contains("fill=\"#ffffff\" fill-rule"));
+
+        const QByteArray pdf = image.toPdf();
+        QVERIFY(pdf.startsWith("%PDF-"));
+        QVERIFY(pdf.contains("/Font"));
     }
 
     void fullRingHasNoSeam()
