@@ -1,17 +1,29 @@
-// One libFuzzer harness; the build makes one executable per target, naming it in
-// SORVIK_FUZZ_TARGET. With SORVIK_FUZZ_SEEDS=FOLDER set, it writes the target's generated seeds
-// into FOLDER and ends instead.
+// The libFuzzer harness of every target, one executable linked once: the environment variable
+// SORVIK_FUZZ_TARGET names the target it runs. With SORVIK_FUZZ_SEEDS=FOLDER set, it writes the
+// target's generated seeds into FOLDER and ends instead.
 #include "fuzz/targets.h"
 
 #include <QApplication>
 #include <QCoreApplication>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+
+namespace {
+
+QString target;
+
+} // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    const QString target = QStringLiteral(SORVIK_FUZZ_TARGET);
+    target = qEnvironmentVariable("SORVIK_FUZZ_TARGET");
+    if (!Sorvik::Fuzz::getTargetNames().contains(target)) {
+        std::fprintf(stderr, "SORVIK_FUZZ_TARGET must name one of: %s\n",
+                     qPrintable(Sorvik::Fuzz::getTargetNames().join(QLatin1Char(' '))));
+        std::exit(2);
+    }
     // Charts are drawn, which takes a GUI application; no window is ever shown. The application
     // is owned by the process and never destroyed: libFuzzer ends with exit(), and an application
     // destroyed then would outlive Qt's own globals.
@@ -32,7 +44,6 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    Sorvik::Fuzz::run(QStringLiteral(SORVIK_FUZZ_TARGET),
-                      QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size)));
+    Sorvik::Fuzz::run(target, QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size)));
     return 0;
 }

@@ -6,6 +6,8 @@
 #include "nu/linereader.h"
 #include "nu/parser/bcp.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputformat.h"
+#include "ontology/inputsample.h"
 #include "ontology/ontology.h"
 #include "ontology/reader.h"
 #include "ontology/rootreader.h"
@@ -305,15 +307,42 @@ void runLineReader(const QByteArray& data)
     }
 }
 
+// The classifier formats, read as the format table makes their sources, unclassified reads
+// kept or not by the input's length.
+void runFormat(const QString& word, const QByteArray& data)
+{
+    const InputFormat* format = InputFormat::find(word);
+    InputFormat::Options options;
+    options.keepUnclassified = data.size() % 2 == 0;
+    load(one(format->makeSource(writeInput(data, word + QStringLiteral(".txt")), options)));
+}
+
+// Telling the format of a file: every format's check on the same sample.
+void runDetect(const QByteArray& data)
+{
+    const InputSample sample(writeInput(data, QStringLiteral("unknown.txt")));
+    QStringList whyNot;
+    InputFormat::detect(sample, &whyNot);
+}
+
 const std::map<QString, std::function<void(const QByteArray&)>>& targets()
 {
-    static const std::map<QString, std::function<void(const QByteArray&)>> all{
+    static std::map<QString, std::function<void(const QByteArray&)>> all{
         {QStringLiteral("frequencies"), runFrequencies}, {QStringLiteral("mgtaxa"), runMgtaxa},
         {QStringLiteral("krona"), runKrona},             {QStringLiteral("qiime"), runQiime},
         {QStringLiteral("bcp"), runBcp},                 {QStringLiteral("taxdump"), runTaxdump},
         {QStringLiteral("chartfile"), runChartFile},     {QStringLiteral("ontology"), runOntology},
         {QStringLiteral("linereader"), runLineReader},
+        {QStringLiteral("detect"), runDetect},
     };
+    static const bool formats = [] {
+        for (const char* word : {"kreport", "bracken", "metaphlan", "kraken-reads", "kaiju", "centrifuge"}) {
+            const QString name = QLatin1String(word);
+            all.emplace(name, [name](const QByteArray& data) { runFormat(name, data); });
+        }
+        return true;
+    }();
+    (void)formats;
     return all;
 }
 

@@ -11,7 +11,8 @@
 namespace Sorvik {
 namespace Fuzz {
 
-// frequencies, mgtaxa, krona, qiime, bcp, taxdump, chartfile, ontology, linereader.
+// frequencies, mgtaxa, krona, qiime, bcp, taxdump, chartfile, ontology, linereader, detect, and
+// the classifier formats kreport, bracken, metaphlan, kraken-reads, kaiju and centrifuge.
 QStringList getTargetNames();
 
 // Runs the named target on one input; false for an unknown name.

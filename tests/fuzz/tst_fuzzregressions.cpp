@@ -18,7 +18,6 @@ private slots:
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("file");
         const QStringList targets = Sorvik::Fuzz::getTargetNames();
-        QCOMPARE(targets.size(), 9);
         for (const QString& target : targets) {
             QTest::newRow(qPrintable(target + QStringLiteral("/empty"))) << target << QString();
             const QDir folder(fixturePath(QStringLiteral("fuzz/") + target));
