@@ -52,6 +52,9 @@ public:
     QString label;
     // Count sources: their ids only mean something once placed in the NCBI taxonomy.
     bool needsTaxonomy = false;
+    // Detection tries the formats in this order, lowest first: a format whose lines are a special
+    // case of another's (an id and a count also read as a Krona line) comes before it.
+    int detectionOrder = 0;
     // Empty when the format cannot be told from its content.
     Check check;
     // Empty for formats that are not tables of samples.
@@ -62,6 +65,10 @@ public:
     static const std::vector<InputFormat>& all();
     // The format with this command-line word, or null.
     static const InputFormat* find(const QString& word);
+    // The format whose check the sample passes first, in detection order; null when none does,
+    // and then whyNot says what was considered and why each was not taken, one reason each
+    // ("not a Krona text file (line 3: 'x' is not a count)"), or why the file cannot be looked at.
+    static const InputFormat* detect(const InputSample& sample, QStringList* whyNot = nullptr);
     static QStringList getWords();
     // The words of the formats that match, as a sentence lists them: "taxids, taxid-counts and
     // mgtaxa".

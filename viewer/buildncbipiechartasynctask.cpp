@@ -257,7 +257,7 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     if (shouldContinue())
         builder.build();
     if (shouldContinue()) {
-        setProgressMessage(0, tr("Piechart builded"));
+        setProgressMessage(0, tr("Pie chart built"));
         setProgressFinished(0);
     }
 }

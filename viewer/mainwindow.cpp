@@ -5,6 +5,7 @@
 #include "nu/prompter.h"
 #include "ontology/buildersource.h"
 #include "ontology/inputformat.h"
+#include "ontology/inputsample.h"
 #include "ontology/ontology.h"
 #include "ontology/source.h"
 #include "viewer/aboutdialog.h"
@@ -15,6 +16,7 @@
 #include "viewer/colourmap.h"
 #include "viewer/palette.h"
 #include "viewer/newpiechartwizard.h"
+#include "viewer/openedfile.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 #include "viewer/scene.h"
@@ -29,14 +31,18 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
 #include <QSaveFile>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -101,7 +107,7 @@ MainWindow::Actions::Actions(MainWindow* window)
     fileOpen = make(file, tr("Open"), tr("Open previously saved charts"), QStringLiteral(":/icons/document-open.svg"),
                     QKeySequence::Open);
     fileSaveAs = make(file, tr("Save as"), tr("Save current piechart in file"),
-                      QStringLiteral(":/icons/document-save-as.svg"), QKeySequence::SaveAs);
+                      QStringLiteral(":/icons/document-save-as.svg"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     fileClose = make(nullptr, tr("Close"), tr("Close current piechart"), QString(), QKeySequence::Close);
     appPreferences = make(nullptr, tr("Preferences"), tr("Application preferences"),
                           QStringLiteral(":/icons/preferences-desktop.svg"));
@@ -198,6 +204,9 @@ MainWindow::MainWindow(QWidget* parent)
     connect(scene, &Scene::signalSelectedItem, this, &MainWindow::slotSelectItem);
     connect(scene, &Scene::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
     connect(scene, &Scene::signalSliceHovered, this, &MainWindow::slotSliceHovered);
+    connect(browser, &Browser::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
+    connect(browser, &Browser::signalNodeChosen, this, &MainWindow::showTreeNode);
+    setAcceptDrops(true);
 
     slotFileClose();
 }
@@ -256,13 +265,27 @@ QMessageBox::StandardButton MainWindow::message(QMessageBox::Icon icon, const QS
 
 void MainWindow::slotFileNew()
 {
-    if (task || !slotFileClose())
+    if (task)
         return;
     NewPiechartWizard wizard(this);
+    newChart(wizard);
+}
+
+void MainWindow::newChart(NewPiechartWizard& wizard)
+{
     if (prompter->exec(wizard) != QDialog::Accepted)
         return;
+    const Zem::Ontology::InputFormat* format = wizard.getFormat();
+    const QString problem = OpenedFile::getInputProblem(*format, wizard.getInputFileName());
+    if (!problem.isEmpty()) {
+        message(QMessageBox::Warning, tr("Problem reading input"), problem);
+        return;
+    }
+    // The open chart goes only now that the user has chosen what replaces it.
+    if (!slotFileClose())
+        return;
     // A cancelled build still ending would delete the working file under the new chart.
-    finishLingeringTasks();
+    waitForLingeringTasks();
     const App::Settings settings;
     // The data folder may have gone since it was chosen; a failure to make it shows when the
     // chart is written.
@@ -270,7 +293,6 @@ void MainWindow::slotFileNew()
     fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
     navigator.goToRoot();
     forgetTree();
-    const Zem::Ontology::InputFormat* format = wizard.getFormat();
     auto source = format->makeSource(wizard.getInputFileName(), wizard.getOptions());
     if (format->needsTaxonomy)
         startNcbiBuild(std::move(source));
@@ -347,6 +369,7 @@ void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source
         builder.count(false);
         builder.build();
     } catch (...) {
+        updateTitle();
         message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
         return;
     }
@@ -372,10 +395,10 @@ bool MainWindow::firstTimeGenerate()
 void MainWindow::generate()
 {
     clearPieChart();
+    const App::Settings settings;
     std::unique_ptr<PieChartItem> root;
     {
         loadTree();
-        const App::Settings settings;
         const Zem::Ontology::Ontology ontology(fileHandler.getFileName());
         PieChartBuilder builder(ontology, navigator.getCurrentPosition());
         builder.setMaxLevels(maxLevels);
@@ -391,8 +414,10 @@ void MainWindow::generate()
     PieChartItem* chart = root.get();
     view->setPieChart(std::move(root));
     browser->setPieChart(chart);
+    browser->setChartTree(tree, settings.isShowingRawNames());
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
+    updateTitle();
 }
 
 void MainWindow::slotGenerate()
@@ -419,6 +444,8 @@ void MainWindow::setClosed()
     navigator.goToRoot();
     clearPieChart();
     forgetTree();
+    shownFileName.clear();
+    updateTitle();
 }
 
 void MainWindow::loadTree()
@@ -441,19 +468,18 @@ void MainWindow::forgetTree()
     tree.reset();
     colours.reset();
     matchedColours.clear();
+    browser->setChartTree(nullptr);
     statusBar()->clearMessage();
 }
 
 void MainWindow::slotFileOpen()
 {
-    if (!slotFileClose())
-        return;
     App::Settings settings;
     const QString fileName = prompter->getOpenFileName(this, settings.getLastFolder(chartFolder));
     if (fileName.isEmpty())
         return;
     settings.setLastFolder(chartFolder, fileName);
-    openFile(fileName);
+    openChartOrInput(fileName);
 }
 
 void MainWindow::openFile(const QString& fileName)
@@ -472,6 +498,7 @@ void MainWindow::openFile(const QString& fileName)
             throw OntologyNotCounterException();
         forgetTree();
         fileHandler.setOpened(fileName);
+        shownFileName = fileName;
         navigator.goToRoot();
         generate();
     } catch (const Zem::Ontology::Ontology::OpenDatabaseException&) {
@@ -491,8 +518,16 @@ void MainWindow::openFile(const QString& fileName)
 void MainWindow::slotFileSaveAs()
 {
     App::Settings settings;
-    const QString target = prompter->getSaveFileName(this, settings.getLastFolder(chartFolder));
-    if (target.isEmpty())
+    const QString given = prompter->getSaveFileName(this, settings.getLastFolder(chartFolder));
+    if (given.isEmpty())
+        return;
+    const QString target = OpenedFile::withChartSuffix(given);
+    // The file dialog asked about the name without the suffix.
+    if (target != given && QFileInfo::exists(target)
+        && prompter->message(this, QMessageBox::Question, tr("Save piechart"),
+                             tr("%1 already exists. Do you want to replace it?").arg(QDir::toNativeSeparators(target)),
+                             QMessageBox::Yes | QMessageBox::No)
+               != QMessageBox::Yes)
         return;
     settings.setLastFolder(chartFolder, target);
     if (!saveCopy(target)) {
@@ -501,6 +536,8 @@ void MainWindow::slotFileSaveAs()
         return;
     }
     fileHandler.setSaved();
+    shownFileName = target;
+    updateTitle();
 }
 
 bool MainWindow::saveCopy(const QString& target)
@@ -685,6 +722,120 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->accept();
     else
         event->ignore();
+}
+
+void MainWindow::openChartOrInput(const QString& fileName)
+{
+    if (offerNewChart(fileName) || !slotFileClose())
+        return;
+    openFile(fileName);
+}
+
+bool MainWindow::offerNewChart(const QString& fileName)
+{
+    const OpenedFile file(fileName);
+    if (file.getKind() != OpenedFile::Input)
+        return false;
+    const QMessageBox::StandardButton answer = prompter->message(
+        this, QMessageBox::Question, tr("Open file"),
+        tr("%1 is not a Sorvik pie chart, but it reads as %2.\n\nDo you want to make a new pie chart from it?")
+            .arg(QDir::toNativeSeparators(fileName), file.getFormat()->description),
+        QMessageBox::Yes | QMessageBox::No);
+    if (answer != QMessageBox::Yes || task)
+        return true;
+    NewPiechartWizard wizard(this);
+    wizard.setInput(file.getFormat(), fileName);
+    newChart(wizard);
+    return true;
+}
+
+void MainWindow::updateTitle()
+{
+    const QString program = tr("Sorvik Piechart Viewer");
+    if (!fileHandler.isOpened()) {
+        setWindowTitle(program);
+        setWindowModified(false);
+        return;
+    }
+    const QString name = QFileInfo(shownFileName.isEmpty() ? fileHandler.getFileName() : shownFileName).fileName();
+    setWindowTitle(QStringLiteral("%1[*] \u2014 %2").arg(name, program));
+    setWindowModified(fileHandler.shouldSave());
+}
+
+void MainWindow::showTreeNode(int node)
+{
+    if (!tree || node < 0 || node >= tree->size())
+        return;
+    // From its parent the node is drawn beside its siblings; a node too small to be drawn
+    // there becomes the centre itself.
+    const int parent = tree->at(node).parent;
+    for (const int centre : {parent, node}) {
+        if (centre == ChartTree::none)
+            continue;
+        navigator.goToRoot();
+        navigator.goToLevel(tree->getPosition(centre), tree->getParentPositions(centre));
+        slotGenerate();
+        const QString id = browser->getDrawnId(node);
+        if (!id.isEmpty()) {
+            view->getScene()->slotSelectItem(id);
+            browser->slotSelectItem(id);
+            slotSelectItem(id);
+            return;
+        }
+        if (!tree)
+            return;
+    }
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    // A narrowed window keeps most of its width for the chart: the dock gives up width too.
+    const int most = width() * 2 / 5;
+    if (!dock->isFloating() && dock->width() > most)
+        resizeDocks({dock}, {most}, Qt::Horizontal);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.first().isLocalFile() && !task)
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() != 1 || !urls.first().isLocalFile() || task)
+        return;
+    event->acceptProposedAction();
+    // The drop ends before any dialog opens, so that the source application is not held.
+    const QString fileName = urls.first().toLocalFile();
+    QTimer::singleShot(0, this, [this, fileName] { openChartOrInput(fileName); });
+}
+
+void MainWindow::waitForLingeringTasks()
+{
+    const BusyCursor busy;
+    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
+        if (!lingeringTask || lingeringTask == task)
+            continue;
+        // The interface goes on drawing meanwhile; the thread's end is polled as well, for it
+        // may come between the test and the connection.
+        QEventLoop loop;
+        QTimer poll;
+        connect(lingeringTask.data(), &QThread::finished, &loop, &QEventLoop::quit);
+        connect(&poll, &QTimer::timeout, &loop, [&loop, &lingeringTask] {
+            if (!lingeringTask || !lingeringTask->isRunning())
+                loop.quit();
+        });
+        poll.start(20);
+        statusBar()->showMessage(tr("Waiting for the cancelled build to end…"));
+        if (lingeringTask->isRunning())
+            loop.exec(QEventLoop::ExcludeUserInputEvents);
+        statusBar()->clearMessage();
+    }
+    finishLingeringTasks();
 }
 
 void MainWindow::finishLingeringTasks()

@@ -1,0 +1,249 @@
+// Measures the viewer's responsiveness while it builds an NCBI-based chart from the full-size
+// benchmark data (bench/run-benchmarks makes it): the largest gap between two turns of the
+// interface thread's event loop, step by step, and how long a cancellation takes to end the
+// build in every step.
+//   bench_viewer_responsiveness DATA_DIR
+// DATA_DIR holds taxdmp.zip and reads.taxids. Runs on the offscreen platform unless another one
+// is asked for; the settings go to a test store and the charts to a temporary folder.
+#include "nu/prompter.h"
+#include "ontology/sourcefrequencies.h"
+#include "resources/resources.h"
+#include "viewer/buildncbipiechartasynctask.h"
+#include "viewer/mainwindow.h"
+#include "viewer/newpiechartwizard.h"
+#include "viewer/settings.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QPointer>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTimer>
+#include <QUrl>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// Milliseconds between the meter's ticks; a tick late by more than this is a gap.
+constexpr int tickInterval = 5;
+
+// Records the largest delay of a short repeating timer, by the step shown at the time.
+class GapMeter : public QObject
+{
+public:
+    GapMeter()
+    {
+        timer.setTimerType(Qt::PreciseTimer);
+        timer.setInterval(tickInterval);
+        connect(&timer, &QTimer::timeout, this, &GapMeter::tick);
+        clock.start();
+        last = clock.nsecsElapsed();
+        timer.start();
+    }
+
+    QString step = QStringLiteral("(before the build)");
+    std::vector<QString> order;
+    std::map<QString, double> largest;
+
+private:
+    void tick()
+    {
+        const qint64 now = clock.nsecsElapsed();
+        const double gap = (now - last) / 1e6 - tickInterval;
+        last = now;
+        if (!largest.count(step))
+            order.push_back(step);
+        largest[step] = std::max(largest[step], gap);
+    }
+
+    QTimer timer;
+    QElapsedTimer clock;
+    qint64 last = 0;
+};
+
+// The step a progress dialog shows: the message of its first and second bars, numbers aside.
+QString shownStep(QDialog& dialog)
+{
+    QStringList texts;
+    for (QLabel* label : dialog.findChildren<QLabel*>())
+        texts << label->text().section(QLatin1Char('/'), -1);
+    return texts.join(QStringLiteral(" / "));
+}
+
+// Answers the wizard with the reads file and follows the progress dialog; optionally cancels it
+// after a given time in a given step.
+class BenchPrompter : public nu::Prompter
+{
+public:
+    BenchPrompter(GapMeter& meter, QString reads, bool following)
+        : meter(meter)
+        , reads(std::move(reads))
+        , following(following)
+    {
+    }
+
+    QMessageBox::StandardButton message(QWidget*, QMessageBox::Icon, const QString& title, const QString& text,
+                                        QMessageBox::StandardButtons) override
+    {
+        QTextStream(stdout) << "message: " << title << ": " << text << '\n';
+        return QMessageBox::No;
+    }
+
+    int exec(QDialog& dialog) override
+    {
+        if (auto* wizard = dynamic_cast<Sorvik::Viewer::NewPiechartWizard*>(&dialog)) {
+            wizard->setField(QStringLiteral("input-type-taxids"), true);
+            wizard->setField(QStringLiteral("taxids-source-format-id"), true);
+            wizard->setField(QStringLiteral("taxids-source-filename"), reads);
+            return QDialog::Accepted;
+        }
+        QTimer follow;
+        follow.setInterval(20);
+        QObject::connect(&follow, &QTimer::timeout, &dialog, [this, &dialog] { meter.step = shownStep(dialog); });
+        if (following)
+            follow.start();
+        return dialog.exec();
+    }
+
+private:
+    GapMeter& meter;
+    QString reads;
+    bool following;
+};
+
+// The time from a cancellation in each step of a task's build to the end of its thread.
+void measureCancellation(const QString& data, const QString& folder, bool cached, QTextStream& out)
+{
+    const QString taxonomy = folder + QStringLiteral("/ncbi.ontology");
+    std::vector<QString> seen;
+    for (int round = 0;; ++round) {
+        if (!cached)
+            QFile::remove(taxonomy);
+        auto task = std::make_unique<Sorvik::Viewer::BuildNcbiPiechartAsyncTask>();
+        task->setNcbiOntologyFile(taxonomy);
+        task->setTargetFile(folder + QStringLiteral("/cancelled.piechart"));
+        task->setDownloadUrl(QUrl::fromLocalFile(data + QStringLiteral("/taxdmp.zip")));
+        task->setSource(std::make_unique<Zem::Ontology::SourceFrequencies>(data + QStringLiteral("/reads.taxids"), 1));
+        QString step;
+        QString target;
+        QElapsedTimer inStep;
+        QElapsedTimer sinceCancel;
+        QObject::connect(task.get(), &nu::AsyncTask::progressChanged, task.get(),
+                         [&](int level, int, int, const QString& message) {
+                             if (level != 1 || message.isEmpty() || sinceCancel.isValid())
+                                 return;
+                             const QString name = message.section(QLatin1Char('/'), -1);
+                             if (name == step)
+                                 return;
+                             step = name;
+                             inStep.start();
+                             if (target.isEmpty() && std::find(seen.begin(), seen.end(), name) == seen.end()) {
+                                 target = name;
+                                 seen.push_back(name);
+                             }
+                         });
+        QTimer poll;
+        poll.setInterval(10);
+        QObject::connect(&poll, &QTimer::timeout, task.get(), [&] {
+            // Half a second into the step, or at once for short ones that are nearly done.
+            if (!sinceCancel.isValid() && !target.isEmpty() && step == target && inStep.elapsed() >= 500) {
+                sinceCancel.start();
+                task->slotSetCancelled();
+            }
+        });
+        QEventLoop loop;
+        QObject::connect(task.get(), &QThread::finished, &loop, &QEventLoop::quit);
+        poll.start();
+        task->start();
+        loop.exec();
+        if (!sinceCancel.isValid()) {
+            // Every step has been cancelled once: this run went through to the end.
+            break;
+        }
+        out << QStringLiteral("  cancel in %1: %2 ms\n").arg(target, -40).arg(sinceCancel.elapsed());
+        out.flush();
+        task->wait();
+        if (round > 20)
+            break;
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    Sorvik::initResources();
+    QStandardPaths::setTestModeEnabled(true);
+    QTextStream out(stdout);
+    const QStringList args = QCoreApplication::arguments();
+    if (args.size() < 2 || !QFile::exists(args.at(1) + QStringLiteral("/taxdmp.zip"))) {
+        out << "usage: bench_viewer_responsiveness DATA_DIR (with taxdmp.zip and reads.taxids)\n";
+        return 2;
+    }
+    const QString data = args.at(1);
+    QTemporaryDir folder;
+    Sorvik::App::Settings().setPath(folder.path());
+    qputenv("SORVIK_TAXDUMP_URL", QUrl::fromLocalFile(data + QStringLiteral("/taxdmp.zip")).toEncoded());
+
+    GapMeter meter;
+    {
+        Sorvik::Viewer::MainWindow window;
+        window.setPrompter(std::make_shared<BenchPrompter>(meter, data + QStringLiteral("/reads.taxids"), true));
+        window.resize(1100, 760);
+        window.show();
+        QElapsedTimer whole;
+        whole.start();
+        window.slotFileNew();
+        meter.step = QStringLiteral("(after the build)");
+        out << QStringLiteral("viewer build from download to chart: %1 s\n").arg(whole.elapsed() / 1000.0, 0, 'f', 1);
+        out << QStringLiteral("largest gap between event loop turns, by step (target <= 100 ms):\n");
+        for (const QString& step : meter.order)
+            out << QStringLiteral("  %1 %2 ms\n").arg(step, -60).arg(meter.largest[step], 7, 'f', 1);
+        out.flush();
+
+        // A build cancelled during the import, which is still ending, then a new chart at once.
+        meter.step = QStringLiteral("(a build to be cancelled)");
+        QFile::remove(folder.path() + QStringLiteral("/ncbi.ontology"));
+        window.setPrompter(std::make_shared<BenchPrompter>(meter, data + QStringLiteral("/reads.taxids"), false));
+        QTimer::singleShot(8000, &window, [&window] {
+            for (QDialog* dialog : window.findChildren<QDialog*>()) {
+                if (dialog->isVisible())
+                    dialog->reject();
+            }
+        });
+        window.slotFileNew();
+        const double beforeCancel = meter.largest[meter.step];
+        meter.step = QStringLiteral("(a new chart right after a cancel)");
+        QElapsedTimer again;
+        again.start();
+        QTimer::singleShot(100, &window, [&window] {
+            for (QDialog* dialog : window.findChildren<QDialog*>()) {
+                if (dialog->isVisible())
+                    dialog->reject();
+            }
+        });
+        window.slotFileNew();
+        QCoreApplication::processEvents();
+        out << QStringLiteral("a new build started right after a cancel: largest gap %1 ms (%2 ms before it), "
+                              "started after %3 ms\n")
+                   .arg(meter.largest[meter.step], 0, 'f', 1)
+                   .arg(beforeCancel, 0, 'f', 1)
+                   .arg(again.elapsed());
+        out.flush();
+    }
+
+    out << "cancellation, from the request to the end of the build's thread (target <= 500 ms):\n";
+    measureCancellation(data, folder.path(), false, out);
+    measureCancellation(data, folder.path(), true, out);
+    return 0;
+}
