@@ -59,7 +59,7 @@ private slots:
     {
         QFETCH(QString, format);
         QFETCH(QString, file);
-        build({"build", format, file}, {"no QIIME header", "no counted taxa"});
+        build({"build", format, file}, {"no QIIME header", "no counted taxa", "does not look like"});
     }
 
     void taxonomyDumps()
