@@ -61,9 +61,11 @@ Browser::Browser(QWidget* parent)
 
     notice->setObjectName(QStringLiteral("filterNotice"));
     notice->setWordWrap(true);
+    notice->setContentsMargins(4, 2, 4, 2);
     notice->hide();
     undrawnTitle->setObjectName(QStringLiteral("undrawnTitle"));
     undrawnTitle->setWordWrap(true);
+    undrawnTitle->setContentsMargins(4, 4, 4, 0);
     undrawnTitle->hide();
     undrawn->setObjectName(QStringLiteral("undrawnList"));
     undrawn->setUniformItemSizes(true);
@@ -223,9 +225,17 @@ void Browser::listUndrawn(const QString& text)
     }
     const QLocale locale;
     const int listed = std::min<int>(static_cast<int>(matches.size()), maximumUndrawn);
+    QHash<QString, int> named;
+    for (int i = 0; i < listed; ++i)
+        ++named[chartTree->getName(matches[static_cast<size_t>(i)], rawNames)];
     for (int i = 0; i < listed; ++i) {
         const int node = matches[static_cast<size_t>(i)];
-        auto* item = new QListWidgetItem(chartTree->getName(node, rawNames), undrawn);
+        QString text = chartTree->getName(node, rawNames);
+        // Taxa of one name in several places ("unclassified ...") are told apart by their parent.
+        const int parent = chartTree->at(node).parent;
+        if (named.value(text) > 1 && parent != ChartTree::none)
+            text += tr(" (in %1)").arg(chartTree->getName(parent, rawNames));
+        auto* item = new QListWidgetItem(text, undrawn);
         item->setData(Qt::UserRole, node);
         item->setToolTip(tr("%1\ncount %2; choose it to draw it")
                              .arg(chartTree->getPath(node, rawNames).join(QStringLiteral(" \u203a ")),
