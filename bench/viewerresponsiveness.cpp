@@ -118,12 +118,14 @@ private:
     bool following;
 };
 
-// The time from a cancellation in each step of a task's build to the end of its thread.
+// The time from a cancellation in each step of a task's build to the end of its thread: one run
+// per step, cancelled well into it (steps too short for that are reported as such).
 void measureCancellation(const QString& data, const QString& folder, bool cached, QTextStream& out)
 {
     const QString taxonomy = folder + QStringLiteral("/ncbi.ontology");
-    std::vector<QString> seen;
-    for (int round = 0;; ++round) {
+    std::vector<QString> done;
+    const auto isDone = [&done](const QString& name) { return std::find(done.begin(), done.end(), name) != done.end(); };
+    for (int round = 0; round < 20; ++round) {
         if (!cached)
             QFile::remove(taxonomy);
         auto task = std::make_unique<Sorvik::Viewer::BuildNcbiPiechartAsyncTask>();
@@ -135,25 +137,36 @@ void measureCancellation(const QString& data, const QString& folder, bool cached
         QString target;
         QElapsedTimer inStep;
         QElapsedTimer sinceCancel;
+        const auto enter = [&](const QString& name) {
+            if (name == step)
+                return;
+            if (!target.isEmpty() && step == target) {
+                out << QStringLiteral("  cancel in %1: the step ended within %2 ms\n").arg(target, -40).arg(inStep.elapsed());
+                done.push_back(target);
+                target.clear();
+            }
+            step = name;
+            inStep.start();
+            if (target.isEmpty() && !isDone(name))
+                target = name;
+        };
         QObject::connect(task.get(), &nu::AsyncTask::progressChanged, task.get(),
-                         [&](int level, int, int, const QString& message) {
-                             if (level != 1 || message.isEmpty() || sinceCancel.isValid())
+                         [&](int level, int value, int maximum, const QString& message) {
+                             if (level != 1 || sinceCancel.isValid() || message.isEmpty())
                                  return;
-                             const QString name = message.section(QLatin1Char('/'), -1);
-                             if (name == step)
-                                 return;
-                             step = name;
-                             inStep.start();
-                             if (target.isEmpty() && std::find(seen.begin(), seen.end(), name) == seen.end()) {
-                                 target = name;
-                                 seen.push_back(name);
-                             }
+                             // The archive is unpacked once its download is complete, with no
+                             // message of its own.
+                             if (message.startsWith(QLatin1String("Downloading")) && maximum > 0 && value >= maximum)
+                                 enter(QStringLiteral("(unpacking the archive)"));
+                             else
+                                 enter(message.section(QLatin1Char('/'), -1));
                          });
         QTimer poll;
         poll.setInterval(10);
         QObject::connect(&poll, &QTimer::timeout, task.get(), [&] {
-            // Half a second into the step, or at once for short ones that are nearly done.
-            if (!sinceCancel.isValid() && !target.isEmpty() && step == target && inStep.elapsed() >= 500) {
+            // Well into the step; the unpacking shows no progress, so it is caught early.
+            const int into = target.startsWith(QLatin1Char('(')) ? 100 : 500;
+            if (!sinceCancel.isValid() && !target.isEmpty() && step == target && inStep.elapsed() >= into) {
                 sinceCancel.start();
                 task->slotSetCancelled();
             }
@@ -163,15 +176,12 @@ void measureCancellation(const QString& data, const QString& folder, bool cached
         poll.start();
         task->start();
         loop.exec();
-        if (!sinceCancel.isValid()) {
-            // Every step has been cancelled once: this run went through to the end.
-            break;
-        }
+        task->wait();
+        if (!sinceCancel.isValid())
+            break; // every step has had its turn: this run went through to the end
         out << QStringLiteral("  cancel in %1: %2 ms\n").arg(target, -40).arg(sinceCancel.elapsed());
         out.flush();
-        task->wait();
-        if (round > 20)
-            break;
+        done.push_back(target);
     }
 }
 

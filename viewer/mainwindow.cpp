@@ -5,7 +5,6 @@
 #include "nu/prompter.h"
 #include "ontology/buildersource.h"
 #include "ontology/inputformat.h"
-#include "ontology/inputsample.h"
 #include "ontology/ontology.h"
 #include "ontology/source.h"
 #include "viewer/aboutdialog.h"
@@ -395,10 +394,10 @@ bool MainWindow::firstTimeGenerate()
 void MainWindow::generate()
 {
     clearPieChart();
-    const App::Settings settings;
     std::unique_ptr<PieChartItem> root;
     {
         loadTree();
+        const App::Settings settings;
         const Zem::Ontology::Ontology ontology(fileHandler.getFileName());
         PieChartBuilder builder(ontology, navigator.getCurrentPosition());
         builder.setMaxLevels(maxLevels);
@@ -414,7 +413,7 @@ void MainWindow::generate()
     PieChartItem* chart = root.get();
     view->setPieChart(std::move(root));
     browser->setPieChart(chart);
-    browser->setChartTree(tree, settings.isShowingRawNames());
+    browser->setChartTree(tree, App::Settings().isShowingRawNames());
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
     updateTitle();
