@@ -229,6 +229,7 @@ void BuildNcbiPiechartAsyncTask::runNcbiOntologyStep()
         archive = downloader ? downloader->getFilename() : QString();
     }
     Zem::Ncbi::TaxonomyDatabase database(archive);
+    database.setCancelCheck([this] { return !shouldContinue(); });
     database.open();
     BuilderSource builder(ncbiOntologyFile);
     for (auto& dumpSource : database.getSources())

@@ -3,6 +3,7 @@
 #include "editor/mainwindow.h"
 #include "nu/multiprogresswidget.h"
 #include "nu/prompter.h"
+#include "nu/runinbackground.h"
 #include "ontology/buildersource.h"
 #include "ontology/inputformat.h"
 #include "ontology/ontology.h"
@@ -457,8 +458,15 @@ void MainWindow::loadTree()
     } catch (const Palette::UnknownPaletteException&) {
         // A setting from another version: the default palette.
     }
-    if (!tree)
-        tree = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileHandler.getFileName())));
+    if (!tree) {
+        // The whole NCBI taxonomy takes seconds to read: the window goes on being drawn.
+        const QString fileName = fileHandler.getFileName();
+        std::shared_ptr<const ChartTree> whole;
+        nu::runInBackground([&whole, &fileName] {
+            whole = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileName)));
+        });
+        tree = std::move(whole);
+    }
     colours = std::make_shared<const ColourMap>(ColourMap::assign(*tree, palette, matchedColours));
 }
 
