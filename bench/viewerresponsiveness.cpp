@@ -265,11 +265,14 @@ int main(int argc, char* argv[])
         const QString chart = window.getFileHandler().getFileName();
         timed(QStringLiteral("closing it"), [&window] { window.slotFileClose(); });
         timed(QStringLiteral("opening it (reading the whole tree, as after a build)"), [&window, &chart] { window.openFile(chart); });
-        window.slotFileClose();
+        timed(QStringLiteral("closing it again"), [&window] { window.slotFileClose(); });
 
         // A build cancelled during the import, which is still ending, then a new chart at once.
         window.setPrompter(std::make_shared<BenchPrompter>(meter, data + QStringLiteral("/reads.taxids"), false));
+        meter.step = QStringLiteral("(the bench's own preparation)");
         QFile::remove(folder.path() + QStringLiteral("/ncbi.ontology"));
+        QThread::msleep(tickInterval);
+        QCoreApplication::processEvents();
         meter.step = QStringLiteral("(a build, cancelled 8 s in)");
         cancelWhenShown(window, 8000);
         window.slotFileNew();

@@ -55,6 +55,9 @@ namespace {
 // File dialogs for charts open where the last chart was opened or saved.
 const QString chartFolder = QStringLiteral("chart");
 
+// Trees of more nodes than this are freed on another thread.
+constexpr int largeTree = 100000;
+
 // Shows the wait cursor while the interface thread is busy.
 class BusyCursor
 {
@@ -458,24 +461,30 @@ void MainWindow::loadTree()
     } catch (const Palette::UnknownPaletteException&) {
         // A setting from another version: the default palette.
     }
-    if (!tree) {
-        // The whole NCBI taxonomy takes seconds to read: the window goes on being drawn.
-        const QString fileName = fileHandler.getFileName();
-        std::shared_ptr<const ChartTree> whole;
-        nu::runInBackground([&whole, &fileName] {
+    // A chart of the whole NCBI taxonomy takes seconds to read and colour: the window goes on
+    // being drawn meanwhile.
+    const QString fileName = fileHandler.getFileName();
+    const QHash<QString, QColor> matched = matchedColours;
+    std::shared_ptr<const ChartTree> whole = tree;
+    std::shared_ptr<const ColourMap> map;
+    nu::runInBackground([&] {
+        if (!whole)
             whole = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileName)));
-        });
-        tree = std::move(whole);
-    }
-    colours = std::make_shared<const ColourMap>(ColourMap::assign(*tree, palette, matchedColours));
+        map = std::make_shared<const ColourMap>(ColourMap::assign(*whole, palette, matched));
+    });
+    tree = std::move(whole);
+    colours = std::move(map);
 }
 
 void MainWindow::forgetTree()
 {
-    tree.reset();
+    browser->setChartTree(nullptr);
+    // Freeing the tree of the whole NCBI taxonomy takes a tenth of a second or more.
+    std::shared_ptr<const ChartTree> old = std::move(tree);
+    if (old && old.use_count() == 1 && old->size() > largeTree)
+        nu::runInBackground([&old] { old.reset(); });
     colours.reset();
     matchedColours.clear();
-    browser->setChartTree(nullptr);
     statusBar()->clearMessage();
 }
 
