@@ -31,7 +31,6 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDockWidget>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
@@ -44,8 +43,6 @@
 #include <QToolBar>
 #include <QUrl>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace Sorvik {
 namespace Viewer {
@@ -223,7 +220,7 @@ MainWindow::~MainWindow()
         task->slotSetCancelled();
         task = nullptr;
     }
-    finishLingeringTasks();
+    lingering.finish(task);
 }
 
 void MainWindow::createMenusAndToolBars()
@@ -288,7 +285,7 @@ void MainWindow::newChart(NewPiechartWizard& wizard)
     if (!slotFileClose())
         return;
     // A cancelled build still ending would delete the working file under the new chart.
-    waitForLingeringTasks();
+    lingering.wait(task);
     const App::Settings settings;
     // The data folder may have gone since it was chosen; a failure to make it shows when the
     // chart is written.
@@ -332,7 +329,7 @@ void MainWindow::startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source)
     connect(task, &QThread::finished, &dialog, &QDialog::accept);
     connect(task, &QThread::finished, task, &QObject::deleteLater);
     // Kept so that it can be waited for if it outlives the dialog.
-    lingering.emplace_back(task);
+    lingering.add(task);
     task->start(QThread::InheritPriority);
     prompter->exec(dialog);
 }
@@ -828,42 +825,6 @@ void MainWindow::dropEvent(QDropEvent* event)
     // The drop ends before any dialog opens, so that the source application is not held.
     const QString fileName = urls.first().toLocalFile();
     QTimer::singleShot(0, this, [this, fileName] { openChartOrInput(fileName); });
-}
-
-void MainWindow::waitForLingeringTasks()
-{
-    const BusyCursor busy;
-    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
-        if (!lingeringTask || lingeringTask == task)
-            continue;
-        // The interface goes on drawing meanwhile; the thread's end is polled as well, for it
-        // may come between the test and the connection.
-        QEventLoop loop;
-        QTimer poll;
-        connect(lingeringTask.data(), &QThread::finished, &loop, &QEventLoop::quit);
-        connect(&poll, &QTimer::timeout, &loop, [&loop, &lingeringTask] {
-            if (!lingeringTask || !lingeringTask->isRunning())
-                loop.quit();
-        });
-        poll.start(20);
-        statusBar()->showMessage(tr("Waiting for the cancelled build to end…"));
-        if (lingeringTask->isRunning())
-            loop.exec(QEventLoop::ExcludeUserInputEvents);
-        statusBar()->clearMessage();
-    }
-    finishLingeringTasks();
-}
-
-void MainWindow::finishLingeringTasks()
-{
-    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
-        // Its destructor waits for its thread and deletes what a failed run left.
-        if (lingeringTask && lingeringTask != task)
-            delete lingeringTask.data();
-    }
-    lingering.erase(std::remove_if(lingering.begin(), lingering.end(),
-                                   [this](const QPointer<BuildNcbiPiechartAsyncTask>& t) { return !t || t != task; }),
-                    lingering.end());
 }
 
 } // namespace Viewer

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nu/appfilehandler.h"
+#include "viewer/lingeringtasks.h"
 #include "viewer/navigator.h"
 #include "viewer/settings.h"
 
@@ -166,11 +167,6 @@ private:
     void forgetTree();
     // Copies the working chart to a file the user keeps, completely or not at all.
     bool saveCopy(const QString& target);
-    // Waits for build tasks still ending after a cancellation, which delete the working file
-    // when they go.
-    void finishLingeringTasks();
-    // The same, with the interface thread turning its event loop meanwhile (user input aside).
-    void waitForLingeringTasks();
     QMessageBox::StandardButton message(QMessageBox::Icon icon, const QString& title, const QString& text);
 
     std::shared_ptr<nu::Prompter> prompter;
@@ -181,7 +177,7 @@ private:
     Browser* browser = nullptr;
     QDockWidget* dock = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
-    std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
+    LingeringTasks lingering;
     int maxLevels = App::Settings::firstViewMaxLevels;
     double minPercentage = App::Settings::firstViewMinPercentage;
     // The file the open chart was opened from or last saved as, which the title names; empty
