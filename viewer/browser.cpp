@@ -217,7 +217,8 @@ void Browser::listUndrawn(const QString& text)
         for (int node = 0; node < chartTree->size(); ++node) {
             const ChartTree::Node& n = chartTree->at(node);
             // Empty taxa are never drawn: nothing to step to.
-            if (n.total > 0 && !drawnRows.contains(n.row) && chartTree->getName(node, rawNames).contains(text, Qt::CaseInsensitive))
+            if (n.total > 0 && !drawnRows.contains(n.row)
+                && chartTree->getName(node, rawNames).contains(text, Qt::CaseInsensitive))
                 matches.push_back(node);
         }
         std::stable_sort(matches.begin(), matches.end(),
