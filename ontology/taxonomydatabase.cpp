@@ -3,10 +3,11 @@
 #include "ontology/nodekeys.h"
 #include "ontology/sourcebcp.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
-#include <quazip/JlCompress.h>
 #include <quazip/quazip.h>
+#include <quazip/quazipfile.h>
 #include <quazip/quazipfileinfo.h>
 
 namespace Zem {
@@ -26,6 +27,10 @@ const char* TaxonomyDatabase::UnpackException::what() const noexcept
 const char* TaxonomyDatabase::MissingNodesException::what() const noexcept
 {
     return "the taxonomy archive holds no nodes.dmp";
+}
+const char* TaxonomyDatabase::CancelledException::what() const noexcept
+{
+    return "the unpacking of the taxonomy archive was cancelled";
 }
 
 TaxonomyDatabase::TaxonomyDatabase(const QString& archive)
@@ -64,7 +69,6 @@ void TaxonomyDatabase::open()
     refused.clear();
 
     QStringList safe;
-    bool allSafe = true;
     {
         QuaZip zip(archiveFileName);
         if (!zip.open(QuaZip::mdUnzip))
@@ -77,7 +81,6 @@ void TaxonomyDatabase::open()
                 safe << entry.name;
             } else {
                 refused << entry.name;
-                allSafe = false;
             }
         }
     }
@@ -89,12 +92,43 @@ void TaxonomyDatabase::open()
     folder = QDir(temporary.path());
     unpacked = true;
 
-    const QStringList extracted = allSafe ? JlCompress::extractDir(archiveFileName, folder.absolutePath())
-                                          : JlCompress::extractFiles(archiveFileName, safe, folder.absolutePath());
-    if (extracted.isEmpty() && !safe.isEmpty())
+    if (!extract(safe))
         throw UnpackException();
     if (!QFileInfo(folder.absoluteFilePath(nodesFileName)).isFile())
         throw MissingNodesException();
+}
+
+bool TaxonomyDatabase::extract(const QStringList& entries)
+{
+    QuaZip zip(archiveFileName);
+    if (!zip.open(QuaZip::mdUnzip))
+        return false;
+    QByteArray block;
+    for (const QString& name : entries) {
+        const QString target = folder.absoluteFilePath(name);
+        if (name.endsWith(QLatin1Char('/')) || name.endsWith(QLatin1Char('\\'))) {
+            if (!QDir().mkpath(target))
+                return false;
+            continue;
+        }
+        if (!zip.setCurrentFile(name) || !QDir().mkpath(QFileInfo(target).absolutePath()))
+            return false;
+        QuaZipFile in(&zip);
+        QFile out(target);
+        if (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly))
+            return false;
+        // Blocks of 1 MB inflate in a few milliseconds, so a cancellation is seen at once.
+        while (!(block = in.read(1 << 20)).isEmpty()) {
+            if (cancelCheck && cancelCheck())
+                throw CancelledException();
+            if (out.write(block) != block.size())
+                return false;
+        }
+        in.close();
+        if (in.getZipError() != UNZ_OK || !out.flush())
+            return false;
+    }
+    return true;
 }
 
 std::vector<std::unique_ptr<Ontology::Source>> TaxonomyDatabase::getSources() const

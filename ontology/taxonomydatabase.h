@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -40,6 +41,12 @@ public:
     public:
         const char* what() const noexcept override;
     };
+    // The cancel check answered true while the archive was being unpacked.
+    class CancelledException : public Exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
 
     static const QString nodesFileName;
     static const QString namesFileName;
@@ -52,6 +59,9 @@ public:
     // Unpacks the archive. Entries that would land outside the folder (through "..", an
     // absolute path or a symbolic link) are not written anywhere.
     void open();
+    // Asked between blocks of the unpacking (a few milliseconds apart): true stops it with
+    // CancelledException, so that a cancelled import does not first unpack hundreds of MB.
+    void setCancelCheck(std::function<bool()> check) { cancelCheck = std::move(check); }
     // The nodes source, then the names source; the caller takes them over.
     std::vector<std::unique_ptr<Ontology::Source>> getSources() const;
     QDir getFolder() const { return folder; }
@@ -63,11 +73,14 @@ public:
 
 private:
     void removeFolder();
+    // Unpacks these entries into the folder; false when one could not be read or written.
+    bool extract(const QStringList& entries);
 
     QString archiveFileName;
     QDir folder;
     bool unpacked = false;
     QStringList refused;
+    std::function<bool()> cancelCheck;
 };
 
 } // namespace Ncbi

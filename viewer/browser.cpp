@@ -1,13 +1,21 @@
 #include "viewer/browser.h"
 
 #include "viewer/browsermodel.h"
+#include "viewer/charttree.h"
+#include "viewer/piechartitem.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QLocale>
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <vector>
 
 namespace Sorvik {
 namespace Viewer {
@@ -18,6 +26,9 @@ Browser::Browser(QWidget* parent)
     , proxy(new QSortFilterProxyModel(this))
     , filter(new QLineEdit(this))
     , tree(new QTreeView(this))
+    , notice(new QLabel(this))
+    , undrawnTitle(new QLabel(this))
+    , undrawn(new QListWidget(this))
 {
     proxy->setSourceModel(model);
     proxy->setSortRole(BrowserModel::SortRole);
@@ -29,7 +40,7 @@ Browser::Browser(QWidget* parent)
     filter->setObjectName(QStringLiteral("filterEdit"));
     filter->setPlaceholderText(tr("Find a taxon"));
     filter->setClearButtonEnabled(true);
-    filter->setToolTip(tr("Shows the drawn taxa whose name holds this text; Return selects the first"));
+    filter->setToolTip(tr("Finds the taxa whose name holds this text, drawn or not; Return selects the first drawn"));
 
     tree->setObjectName(QStringLiteral("browserTree"));
     tree->setModel(proxy);
@@ -44,15 +55,36 @@ Browser::Browser(QWidget* parent)
     tree->header()->setSectionResizeMode(BrowserModel::NameColumn, QHeaderView::Stretch);
     tree->header()->setSectionResizeMode(BrowserModel::CountColumn, QHeaderView::ResizeToContents);
     tree->header()->setSectionResizeMode(BrowserModel::PercentageColumn, QHeaderView::ResizeToContents);
+    // The dock may be narrowed below the width of the columns: the tree scrolls sideways then.
+    tree->setMinimumWidth(80);
+    tree->setToolTip(tr("Double-click a taxon to step into it"));
+
+    notice->setObjectName(QStringLiteral("filterNotice"));
+    notice->setWordWrap(true);
+    notice->setContentsMargins(4, 2, 4, 2);
+    notice->hide();
+    undrawnTitle->setObjectName(QStringLiteral("undrawnTitle"));
+    undrawnTitle->setWordWrap(true);
+    undrawnTitle->setContentsMargins(4, 4, 4, 0);
+    undrawnTitle->hide();
+    undrawn->setObjectName(QStringLiteral("undrawnList"));
+    undrawn->setUniformItemSizes(true);
+    undrawn->setMinimumWidth(80);
+    undrawn->hide();
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(filter);
-    layout->addWidget(tree, 1);
+    layout->addWidget(notice);
+    layout->addWidget(tree, 3);
+    layout->addWidget(undrawnTitle);
+    layout->addWidget(undrawn, 2);
 
     connect(filter, &QLineEdit::textChanged, this, &Browser::slotFilterChanged);
     connect(filter, &QLineEdit::returnPressed, this, &Browser::slotFilterAccepted);
     connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &Browser::slotCurrentChanged);
+    connect(tree, &QTreeView::doubleClicked, this, &Browser::slotRowDoubleClicked);
+    connect(undrawn, &QListWidget::itemActivated, this, &Browser::slotUndrawnChosen);
 }
 
 Browser::~Browser() = default;
@@ -63,8 +95,44 @@ void Browser::setPieChart(PieChartItem* root)
     model->setPieChart(root);
     selectedId.clear();
     quiet = false;
+    drawnRows.clear();
+    std::vector<PieChartItem*> open;
+    if (root)
+        open.push_back(root);
+    while (!open.empty()) {
+        PieChartItem* item = open.back();
+        open.pop_back();
+        if (!item->isOthers()) {
+            const QList<PieChartItem::Position> chain = item->getChainPositions();
+            for (const PieChartItem::Position& position : chain)
+                drawnRows.insert(position.getRow(), item->getId());
+            drawnRows.insert(item->getPosition().getRow(), item->getId());
+        }
+        for (PieChartItem* child : item->sortedChildren<PieChartItem>())
+            open.push_back(child);
+    }
     if (root)
         tree->expandToDepth(filter->text().isEmpty() ? 0 : 99);
+    listUndrawn(filter->text());
+}
+
+void Browser::setChartTree(std::shared_ptr<const ChartTree> whole, bool raw)
+{
+    chartTree = std::move(whole);
+    rawNames = raw;
+    listUndrawn(filter->text());
+}
+
+QString Browser::getDrawnId(int node) const
+{
+    if (!chartTree || node < 0 || node >= chartTree->size())
+        return QString();
+    return drawnRows.value(chartTree->at(node).row);
+}
+
+QString Browser::getFilterNotice() const
+{
+    return notice->isHidden() ? QString() : notice->text();
 }
 
 PieChartItem* Browser::getPieChart() const
@@ -93,6 +161,7 @@ void Browser::slotFilterChanged(const QString& text)
     } else {
         tree->expandAll();
     }
+    listUndrawn(text);
     // The scene's selection stays while the filter hides it, and shows again when it is back.
     const QModelIndex selected = proxy->mapFromSource(model->indexOf(selectedId));
     if (selected.isValid()) {
@@ -138,6 +207,64 @@ void Browser::slotSelectItem(const QString& id)
     }
     quiet = false;
     selectedId = model->indexOf(id).isValid() ? id : QString();
+}
+
+void Browser::listUndrawn(const QString& text)
+{
+    undrawn->clear();
+    std::vector<int> matches;
+    if (chartTree && !text.isEmpty()) {
+        for (int node = 0; node < chartTree->size(); ++node) {
+            const ChartTree::Node& n = chartTree->at(node);
+            // Empty taxa are never drawn: nothing to step to.
+            if (n.total > 0 && !drawnRows.contains(n.row)
+                && chartTree->getName(node, rawNames).contains(text, Qt::CaseInsensitive))
+                matches.push_back(node);
+        }
+        std::stable_sort(matches.begin(), matches.end(),
+                         [this](int a, int b) { return chartTree->at(a).total > chartTree->at(b).total; });
+    }
+    const QLocale locale;
+    const int listed = std::min<int>(static_cast<int>(matches.size()), maximumUndrawn);
+    QHash<QString, int> named;
+    for (int i = 0; i < listed; ++i)
+        ++named[chartTree->getName(matches[static_cast<size_t>(i)], rawNames)];
+    for (int i = 0; i < listed; ++i) {
+        const int node = matches[static_cast<size_t>(i)];
+        QString text = chartTree->getName(node, rawNames);
+        // Taxa of one name in several places ("unclassified ...") are told apart by their parent.
+        const int parent = chartTree->at(node).parent;
+        if (named.value(text) > 1 && parent != ChartTree::none)
+            text += tr(" (in %1)").arg(chartTree->getName(parent, rawNames));
+        auto* item = new QListWidgetItem(text, undrawn);
+        item->setData(Qt::UserRole, node);
+        item->setToolTip(tr("%1\ncount %2; choose it to draw it")
+                             .arg(chartTree->getPath(node, rawNames).join(QStringLiteral(" \u203a ")),
+                                  locale.toString(chartTree->at(node).total)));
+    }
+    if (listed < static_cast<int>(matches.size()))
+        undrawnTitle->setText(tr("%1 matches not drawn, the largest %2 listed; choose one to draw it:")
+                                  .arg(locale.toString(qint64(matches.size())), locale.toString(listed)));
+    else
+        undrawnTitle->setText(tr("Not drawn (%1); choose one to draw it:").arg(listed));
+    undrawnTitle->setVisible(listed > 0);
+    undrawn->setVisible(listed > 0);
+
+    const bool drawnMatch = proxy->rowCount() > 0;
+    notice->setText(tr("No taxon matches \u201c%1\u201d.").arg(text));
+    notice->setVisible(!text.isEmpty() && !drawnMatch && matches.empty());
+}
+
+void Browser::slotUndrawnChosen(QListWidgetItem* item)
+{
+    if (item)
+        emit signalNodeChosen(item->data(Qt::UserRole).toInt());
+}
+
+void Browser::slotRowDoubleClicked()
+{
+    if (!selectedId.isEmpty())
+        emit signalItemEntered();
 }
 
 void Browser::slotCurrentChanged()

@@ -1,8 +1,14 @@
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 
+#include <memory>
+
+class QLabel;
 class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
 class QSortFilterProxyModel;
 class QTreeView;
 
@@ -10,11 +16,14 @@ namespace Sorvik {
 namespace Viewer {
 
 class BrowserModel;
+class ChartTree;
 class PieChartItem;
 
 // The drawn slices as a tree (name, count, share of the chart's centre) with a filter box that
-// finds taxa by name. Its selection follows the scene's and tells the scene of the user's
-// choice by the slice's id (empty when nothing is selected).
+// finds taxa by name, in the drawn slices and in the whole chart: the matches that are not drawn
+// are listed below the tree, and choosing one asks for it to be drawn. Its selection follows the
+// scene's and tells the scene of the user's choice by the slice's id (empty when nothing is
+// selected).
 class Browser : public QWidget
 {
     Q_OBJECT
@@ -28,9 +37,23 @@ public:
     // The id of the selected slice, or empty.
     QString getSelectedId() const;
 
-    // Shows only the slices whose name holds the text (any case), with their ancestors.
+    // The whole chart the drawn slices come from, searched by the filter; null searches only
+    // what is drawn. raw: the names as stored.
+    void setChartTree(std::shared_ptr<const ChartTree> chartTree, bool raw = false);
+    // The id of the slice drawn for the tree's node (alone or in a chain), or empty.
+    QString getDrawnId(int node) const;
+
+    // Shows only the slices whose name holds the text (any case), with their ancestors, and
+    // lists the chart's other matches.
     void setFilterText(const QString& text);
     QTreeView* getTreeView() const { return tree; }
+    // The matches not drawn, largest first; each item's data is its node in the chart tree.
+    QListWidget* getUndrawnList() const { return undrawn; }
+    // What the filter found, in words ("No taxon matches 'x'."); empty without a filter.
+    QString getFilterNotice() const;
+
+    // How many undrawn matches are listed at most.
+    static constexpr int maximumUndrawn = 200;
 
 public slots:
     // Selects the slice with this id; empty, unknown or filtered out clears the selection. Sends
@@ -39,16 +62,31 @@ public slots:
 
 signals:
     void signalSelectedItem(const QString& id);
+    // A row was double-clicked: the user wants to step into its slice, which is selected.
+    void signalItemEntered();
+    // The user chose a match that is not drawn: its node in the chart tree.
+    void signalNodeChosen(int node);
 
 private:
     void slotFilterChanged(const QString& text);
     void slotFilterAccepted();
     void slotCurrentChanged();
+    void slotUndrawnChosen(QListWidgetItem* item);
+    void slotRowDoubleClicked();
+    // Lists the whole chart's matches that are not drawn, and says when nothing matches.
+    void listUndrawn(const QString& text);
 
     BrowserModel* model = nullptr;
     QSortFilterProxyModel* proxy = nullptr;
     QLineEdit* filter = nullptr;
     QTreeView* tree = nullptr;
+    QLabel* notice = nullptr;
+    QLabel* undrawnTitle = nullptr;
+    QListWidget* undrawn = nullptr;
+    std::shared_ptr<const ChartTree> chartTree;
+    bool rawNames = false;
+    // The drawn slices' ids by the file rows they stand for, every node of a chain included.
+    QHash<int, QString> drawnRows;
     QString selectedId;
     bool quiet = false;
 };

@@ -263,6 +263,7 @@ void BuildNcbiPiechartAsyncTask::runNcbiOntologyStep()
         origin = downloadUrl.toString(QUrl::RemoveUserInfo);
     }
     Zem::Ncbi::TaxonomyDatabase database(archive);
+    database.setCancelCheck([this] { return !shouldContinue(); });
     database.open();
     Zem::Ncbi::TaxonomyBuilder builder(ncbiOntologyFile);
     builder.addDump(database, origin);
@@ -301,7 +302,7 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     if (shouldContinue())
         builder.build();
     if (shouldContinue()) {
-        setProgressMessage(0, tr("Piechart builded"));
+        setProgressMessage(0, tr("Pie chart built"));
         setProgressFinished(0);
     }
 }

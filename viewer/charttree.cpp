@@ -45,6 +45,7 @@ public:
         open.push_back(tree.add(parent, nameOf(id, data), countOf(data, Zem::Ontology::NodeKey::count),
                                 countOf(data, Zem::Ontology::NodeKey::accumCount), taxid, position.getRow(), named));
         tree.setIdentity(open.back(), id, data.value(Zem::Ontology::NodeKey::rank).toString());
+        tree.nodes.back().childrenStart = position.getChildrenStart();
     }
 
     void closeNode(const QString&, const QVariantMap&) override { open.pop_back(); }
@@ -100,6 +101,20 @@ void ChartTree::setIdentity(int node, const QString& id, const QString& rank)
 int ChartTree::indexOfRow(int row) const
 {
     return row >= 0 && static_cast<size_t>(row) < byRow.size() ? byRow[static_cast<size_t>(row)] : none;
+}
+
+Zem::Ontology::Reader::Position ChartTree::getPosition(int node) const
+{
+    const Node& n = at(node);
+    return Zem::Ontology::Reader::Position(n.row, n.childrenStart);
+}
+
+QList<Zem::Ontology::Reader::Position> ChartTree::getParentPositions(int node) const
+{
+    QList<Zem::Ontology::Reader::Position> positions;
+    for (int i = at(node).parent; i != none; i = at(i).parent)
+        positions.append(getPosition(i));
+    return positions;
 }
 
 QString ChartTree::getKey(int node) const

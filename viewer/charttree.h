@@ -43,6 +43,8 @@ public:
         int parent = none;
         // The node's row in the file; none for a node not read from one.
         int row = none;
+        // The row where the node's children's block begins, for stepping to the node.
+        int childrenStart = none;
         std::vector<int> children;
     };
 
@@ -60,6 +62,10 @@ public:
     const Node& at(int node) const { return nodes[static_cast<size_t>(node)]; }
     // The node read from this row of the file, or none.
     int indexOfRow(int row) const;
+    // Where the node lies in the file, for drawing a chart from it.
+    Zem::Ontology::Reader::Position getPosition(int node) const;
+    // The positions of the node's ancestors, nearest first, up to the root.
+    QList<Zem::Ontology::Reader::Position> getParentPositions(int node) const;
 
     // What identifies the node in any chart: "taxid:N" for NCBI-placed taxa, otherwise
     // "path:" and its names below the root, so that charts of the same input match.

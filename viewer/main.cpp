@@ -17,8 +17,10 @@ int main(int argc, char* argv[])
     parser.setApplicationDescription(QStringLiteral("Multi-ring pie charts of taxonomic classifications."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("CHART"), QStringLiteral("A chart saved by Sorvik, opened at start."),
-                                 QStringLiteral("[CHART]"));
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("A chart saved by Sorvik, opened at start, or an input file to make a "
+                                                "new chart from."),
+                                 QStringLiteral("[FILE]"));
     parser.process(app);
     const QStringList charts = parser.positionalArguments();
     if (charts.size() > 1)
@@ -29,7 +31,7 @@ int main(int argc, char* argv[])
         Sorvik::Viewer::MainWindow window;
         window.show();
         if (!charts.isEmpty())
-            window.openFile(charts.first());
+            window.openChartOrInput(charts.first());
         result = app.exec();
     }
     return result;

@@ -3,6 +3,7 @@
 #include "editor/mainwindow.h"
 #include "nu/multiprogresswidget.h"
 #include "nu/prompter.h"
+#include "nu/runinbackground.h"
 #include "ontology/buildersource.h"
 #include "ontology/inputformat.h"
 #include "ontology/ontology.h"
@@ -18,6 +19,7 @@
 #include "viewer/colourmap.h"
 #include "viewer/palette.h"
 #include "viewer/newpiechartwizard.h"
+#include "viewer/openedfile.h"
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 #include "viewer/scene.h"
@@ -34,15 +36,16 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
 #include <QSaveFile>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace Sorvik {
 namespace Viewer {
@@ -51,6 +54,9 @@ namespace {
 
 // File dialogs for charts open where the last chart was opened or saved.
 const QString chartFolder = QStringLiteral("chart");
+
+// Trees of more nodes than this are freed on another thread.
+constexpr int largeTree = 100000;
 
 // Shows the wait cursor while the interface thread is busy.
 class BusyCursor
@@ -104,7 +110,7 @@ MainWindow::Actions::Actions(MainWindow* window)
     fileOpen = make(file, tr("Open"), tr("Open previously saved charts"), QStringLiteral(":/icons/document-open.svg"),
                     QKeySequence::Open);
     fileSaveAs = make(file, tr("Save as"), tr("Save current piechart in file"),
-                      QStringLiteral(":/icons/document-save-as.svg"), QKeySequence::SaveAs);
+                      QStringLiteral(":/icons/document-save-as.svg"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     fileClose = make(nullptr, tr("Close"), tr("Close current piechart"), QString(), QKeySequence::Close);
     appPreferences = make(nullptr, tr("Preferences"), tr("Application preferences"),
                           QStringLiteral(":/icons/preferences-desktop.svg"));
@@ -205,6 +211,9 @@ MainWindow::MainWindow(QWidget* parent)
     connect(scene, &Scene::signalSelectedItem, this, &MainWindow::slotSelectItem);
     connect(scene, &Scene::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
     connect(scene, &Scene::signalSliceHovered, this, &MainWindow::slotSliceHovered);
+    connect(browser, &Browser::signalItemEntered, this, &MainWindow::slotNavigationStepInto);
+    connect(browser, &Browser::signalNodeChosen, this, &MainWindow::showTreeNode);
+    setAcceptDrops(true);
 
     slotFileClose();
 }
@@ -218,7 +227,7 @@ MainWindow::~MainWindow()
         task->slotSetCancelled();
         task = nullptr;
     }
-    finishLingeringTasks();
+    lingering.finish(task);
 }
 
 void MainWindow::createMenusAndToolBars()
@@ -267,13 +276,31 @@ QMessageBox::StandardButton MainWindow::message(QMessageBox::Icon icon, const QS
 
 void MainWindow::slotFileNew()
 {
-    if (task || !slotFileClose())
+    if (task)
         return;
     NewPiechartWizard wizard(this);
+    newChart(wizard);
+}
+
+void MainWindow::newChart(NewPiechartWizard& wizard)
+{
     if (prompter->exec(wizard) != QDialog::Accepted)
         return;
-    // A cancelled build still ending must not write the working file under the new chart.
-    finishLingeringTasks();
+    const Zem::Ontology::InputFormat* format = wizard.getFormat();
+    // The wizard finishes only with a format, chosen or detected; a file changed since would be
+    // refused when it is read.
+    if (!format)
+        return;
+    const QString problem = OpenedFile::getInputProblem(*format, wizard.getInputFileName());
+    if (!problem.isEmpty()) {
+        message(QMessageBox::Warning, tr("Problem reading input"), problem);
+        return;
+    }
+    // The open chart goes only now that the user has chosen what replaces it.
+    if (!slotFileClose())
+        return;
+    // A cancelled build still ending would delete the working file under the new chart.
+    lingering.wait(task);
     const App::Settings settings;
     // The data folder may have gone since it was chosen; a failure to make it shows when the
     // chart is written.
@@ -281,7 +308,6 @@ void MainWindow::slotFileNew()
     fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
     navigator.goToRoot();
     forgetTree();
-    const Zem::Ontology::InputFormat* format = wizard.getFormat();
     auto source = format->makeSource(wizard.getInputFileName(), wizard.getOptions());
     if (format->needsTaxonomy)
         startNcbiBuild(std::move(source));
@@ -318,7 +344,7 @@ void MainWindow::startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source)
     connect(task, &QThread::finished, &dialog, &QDialog::accept);
     connect(task, &QThread::finished, task, &QObject::deleteLater);
     // Kept so that it can be waited for if it outlives the dialog.
-    lingering.emplace_back(task);
+    lingering.add(task);
     task->start(QThread::InheritPriority);
     prompter->exec(dialog);
     showBuildReport();
@@ -363,6 +389,7 @@ void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source
         builder.count(false);
         builder.build();
     } catch (...) {
+        updateTitle();
         message(QMessageBox::Critical, tr("Problem opening piechart"), tr("Piechart couldn't be generated"));
         return;
     }
@@ -424,8 +451,10 @@ void MainWindow::generate()
     PieChartItem* chart = root.get();
     view->setPieChart(std::move(root));
     browser->setPieChart(chart);
+    browser->setChartTree(tree, App::Settings().isShowingRawNames());
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
+    updateTitle();
 }
 
 void MainWindow::slotGenerate()
@@ -452,6 +481,8 @@ void MainWindow::setClosed()
     navigator.goToRoot();
     clearPieChart();
     forgetTree();
+    shownFileName.clear();
+    updateTitle();
 }
 
 void MainWindow::loadTree()
@@ -464,14 +495,28 @@ void MainWindow::loadTree()
     } catch (const Palette::UnknownPaletteException&) {
         // A setting from another version: the default palette.
     }
-    if (!tree)
-        tree = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileHandler.getFileName())));
-    colours = std::make_shared<const ColourMap>(ColourMap::assign(*tree, palette, matchedColours));
+    // A chart of the whole NCBI taxonomy takes seconds to read and colour: the window goes on
+    // being drawn meanwhile.
+    const QString fileName = fileHandler.getFileName();
+    const QHash<QString, QColor> matched = matchedColours;
+    std::shared_ptr<const ChartTree> whole = tree;
+    std::shared_ptr<const ColourMap> map;
+    nu::runInBackground([&] {
+        if (!whole)
+            whole = std::make_shared<const ChartTree>(ChartTree::read(Zem::Ontology::Ontology(fileName)));
+        map = std::make_shared<const ColourMap>(ColourMap::assign(*whole, palette, matched));
+    });
+    tree = std::move(whole);
+    colours = std::move(map);
 }
 
 void MainWindow::forgetTree()
 {
-    tree.reset();
+    browser->setChartTree(nullptr);
+    // Freeing the tree of the whole NCBI taxonomy takes a tenth of a second or more.
+    std::shared_ptr<const ChartTree> old = std::move(tree);
+    if (old && old.use_count() == 1 && old->size() > largeTree)
+        nu::runInBackground([&old] { old.reset(); });
     colours.reset();
     matchedColours.clear();
     statusBar()->clearMessage();
@@ -479,14 +524,12 @@ void MainWindow::forgetTree()
 
 void MainWindow::slotFileOpen()
 {
-    if (!slotFileClose())
-        return;
     App::Settings settings;
     const QString fileName = prompter->getOpenFileName(this, settings.getLastFolder(chartFolder));
     if (fileName.isEmpty())
         return;
     settings.setLastFolder(chartFolder, fileName);
-    openFile(fileName);
+    openChartOrInput(fileName);
 }
 
 void MainWindow::openFile(const QString& fileName)
@@ -505,6 +548,7 @@ void MainWindow::openFile(const QString& fileName)
             throw OntologyNotCounterException();
         forgetTree();
         fileHandler.setOpened(fileName);
+        shownFileName = fileName;
         navigator.goToRoot();
         generate();
     } catch (const Zem::Ontology::Ontology::OpenDatabaseException&) {
@@ -524,8 +568,16 @@ void MainWindow::openFile(const QString& fileName)
 void MainWindow::slotFileSaveAs()
 {
     App::Settings settings;
-    const QString target = prompter->getSaveFileName(this, settings.getLastFolder(chartFolder));
-    if (target.isEmpty())
+    const QString given = prompter->getSaveFileName(this, settings.getLastFolder(chartFolder));
+    if (given.isEmpty())
+        return;
+    const QString target = OpenedFile::withChartSuffix(given);
+    // The file dialog asked about the name without the suffix.
+    if (target != given && QFileInfo::exists(target)
+        && prompter->message(this, QMessageBox::Question, tr("Save piechart"),
+                             tr("%1 already exists. Do you want to replace it?").arg(QDir::toNativeSeparators(target)),
+                             QMessageBox::Yes | QMessageBox::No)
+               != QMessageBox::Yes)
         return;
     settings.setLastFolder(chartFolder, target);
     if (!saveCopy(target)) {
@@ -534,6 +586,8 @@ void MainWindow::slotFileSaveAs()
         return;
     }
     fileHandler.setSaved();
+    shownFileName = target;
+    updateTitle();
 }
 
 bool MainWindow::saveCopy(const QString& target)
@@ -777,16 +831,94 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
 }
 
-void MainWindow::finishLingeringTasks()
+void MainWindow::openChartOrInput(const QString& fileName)
 {
-    for (QPointer<BuildNcbiPiechartAsyncTask>& lingeringTask : lingering) {
-        // Its destructor waits for its thread.
-        if (lingeringTask && lingeringTask != task)
-            delete lingeringTask.data();
+    if (offerNewChart(fileName) || !slotFileClose())
+        return;
+    openFile(fileName);
+}
+
+bool MainWindow::offerNewChart(const QString& fileName)
+{
+    const OpenedFile file(fileName);
+    if (file.getKind() != OpenedFile::Input)
+        return false;
+    const QMessageBox::StandardButton answer = prompter->message(
+        this, QMessageBox::Question, tr("Open file"),
+        tr("%1 is not a Sorvik pie chart, but it reads as %2.\n\nDo you want to make a new pie chart from it?")
+            .arg(QDir::toNativeSeparators(fileName), file.getFormat()->description),
+        QMessageBox::Yes | QMessageBox::No);
+    if (answer != QMessageBox::Yes || task)
+        return true;
+    NewPiechartWizard wizard(this);
+    wizard.setInput(file.getFormat(), fileName);
+    newChart(wizard);
+    return true;
+}
+
+void MainWindow::updateTitle()
+{
+    const QString program = tr("Sorvik Piechart Viewer");
+    if (!fileHandler.isOpened()) {
+        setWindowTitle(program);
+        setWindowModified(false);
+        return;
     }
-    lingering.erase(std::remove_if(lingering.begin(), lingering.end(),
-                                   [this](const QPointer<BuildNcbiPiechartAsyncTask>& t) { return !t || t != task; }),
-                    lingering.end());
+    const QString name = QFileInfo(shownFileName.isEmpty() ? fileHandler.getFileName() : shownFileName).fileName();
+    setWindowTitle(QStringLiteral("%1[*] \u2014 %2").arg(name, program));
+    setWindowModified(fileHandler.shouldSave());
+}
+
+void MainWindow::showTreeNode(int node)
+{
+    if (!tree || node < 0 || node >= tree->size())
+        return;
+    // From its parent the node is drawn beside its siblings; a node too small to be drawn
+    // there becomes the centre itself.
+    const int parent = tree->at(node).parent;
+    for (const int centre : {parent, node}) {
+        if (centre == ChartTree::none)
+            continue;
+        navigator.goToRoot();
+        navigator.goToLevel(tree->getPosition(centre), tree->getParentPositions(centre));
+        slotGenerate();
+        const QString id = browser->getDrawnId(node);
+        if (!id.isEmpty()) {
+            view->getScene()->slotSelectItem(id);
+            browser->slotSelectItem(id);
+            slotSelectItem(id);
+            return;
+        }
+        if (!tree)
+            return;
+    }
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    // A narrowed window keeps most of its width for the chart: the dock gives up width too.
+    const int most = width() * 2 / 5;
+    if (!dock->isFloating() && dock->width() > most)
+        resizeDocks({dock}, {most}, Qt::Horizontal);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.first().isLocalFile() && !task)
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() != 1 || !urls.first().isLocalFile() || task)
+        return;
+    event->acceptProposedAction();
+    // The drop ends before any dialog opens, so that the source application is not held.
+    const QString fileName = urls.first().toLocalFile();
+    QTimer::singleShot(0, this, [this, fileName] { openChartOrInput(fileName); });
 }
 
 ChartExports::Source MainWindow::getExportSource()

@@ -2,6 +2,7 @@
 
 #include "nu/appfilehandler.h"
 #include "viewer/chartexports.h"
+#include "viewer/lingeringtasks.h"
 #include "viewer/navigator.h"
 #include "viewer/settings.h"
 
@@ -37,6 +38,7 @@ class Browser;
 class BuildNcbiPiechartAsyncTask;
 class ChartTree;
 class ColourMap;
+class NewPiechartWizard;
 class View;
 
 // The viewer's main window: makes new charts from the wizard's input (Krona and QIIME files
@@ -100,6 +102,10 @@ public:
     // Opens a saved chart as File > Open does once the file is chosen; the window must be
     // closed. Refusals are shown, and leave it closed.
     void openFile(const QString& fileName);
+    // What File > Open, the command line and a dropped file do with a file: a saved chart
+    // replaces the open one (after the save question); an input file of a format Sorvik reads
+    // is offered as a new chart through the wizard, the open chart kept until it is finished.
+    void openChartOrInput(const QString& fileName);
 
     const nu::AppFileHandler& getFileHandler() const { return fileHandler; }
     const Actions& getActions() const { return *actions; }
@@ -134,8 +140,21 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    // Runs the wizard and, once it is finished and the open chart closed, builds the new chart.
+    void newChart(NewPiechartWizard& wizard);
+    // Asks whether to make a chart from a file of a format Sorvik reads; false when the file is
+    // no such input.
+    bool offerNewChart(const QString& fileName);
+    // The open file's name in the title, marked while the chart is unsaved.
+    void updateTitle();
+    // Draws the chart so that this node of the whole tree is drawn (from its parent when it can
+    // be) and selects it.
+    void showTreeNode(int node);
     void createMenusAndToolBars();
     void startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source);
     void buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source);
@@ -153,9 +172,6 @@ private:
     void forgetTree();
     // Copies the working chart to a file the user keeps, completely or not at all.
     bool saveCopy(const QString& target);
-    // Waits for build tasks still ending after a cancellation, so that none can still write
-    // the working file.
-    void finishLingeringTasks();
     QMessageBox::StandardButton message(QMessageBox::Icon icon, const QString& title, const QString& text);
     // Keeps what a finished build placed outside the taxonomy, and whether its taxonomy is old,
     // to be said once its progress dialog has closed.
@@ -175,11 +191,14 @@ private:
     QDockWidget* dock = nullptr;
     ChartExports* exports = nullptr;
     BuildNcbiPiechartAsyncTask* task = nullptr;
-    std::vector<QPointer<BuildNcbiPiechartAsyncTask>> lingering;
     std::unique_ptr<Zem::Ontology::BuildReport> builtReport;
     QString taxonomyHint;
+    LingeringTasks lingering;
     int maxLevels = App::Settings::firstViewMaxLevels;
     double minPercentage = App::Settings::firstViewMinPercentage;
+    // The file the open chart was opened from or last saved as, which the title names; empty
+    // for a new chart not saved yet.
+    QString shownFileName;
     std::shared_ptr<const ChartTree> tree;
     std::shared_ptr<const ColourMap> colours;
     // Colours taken from another chart (View > Match colours to…), by taxon key.

@@ -78,6 +78,19 @@ int NewPiechartWizard::getFilePage(const QString& word)
     return page ? page->page : InputFile;
 }
 
+void NewPiechartWizard::setInput(const Zem::Ontology::InputFormat* format, const QString& fileName)
+{
+    if (!format)
+        return;
+    const bool counts = format->word == QLatin1String("taxid-counts");
+    // The list with counts is chosen as a variant on the taxon-id list's page.
+    setField(QLatin1String("input-type-") + (counts ? QStringLiteral("taxids") : format->word), true);
+    if (format->word == QLatin1String("taxids") || counts)
+        setField(counts ? QStringLiteral("taxids-source-format-idcount") : QStringLiteral("taxids-source-format-id"), true);
+    const FilePage* page = findFilePage(format->word);
+    setField(QLatin1String(page ? page->fileField : "input-source-filename"), fileName);
+}
+
 const Zem::Ontology::InputFormat* NewPiechartWizard::getFormat() const
 {
     const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));

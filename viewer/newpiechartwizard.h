@@ -35,6 +35,9 @@ public:
     // The page that asks for the file of the format with this command-line word.
     static int getFilePage(const QString& word);
 
+    // Chooses the format and its file as the user would: the wizard opens with them filled in.
+    void setInput(const Zem::Ontology::InputFormat* format, const QString& fileName);
+
     // The chosen format, or the one found in the file; null while there is none.
     const Zem::Ontology::InputFormat* getFormat() const;
     QString getInputFileName() const;

@@ -43,7 +43,7 @@ PropertyBrush::Style::Style(const PropertyInfo& info, PropertyBrush& brush)
     : PropertyOption(info)
     , brush(brush)
 {
-    // The two "Piagonal" names are the ones users know from earlier charts; kept as they are.
+    // Files store the style's number, not these names.
     addOption(Qt::NoBrush, tr("No Pattern"));
     addOption(Qt::SolidPattern, tr("Solid Pattern"));
     addOption(Qt::Dense1Pattern, tr("Dense 1 Pattern"));
@@ -56,8 +56,8 @@ PropertyBrush::Style::Style(const PropertyInfo& info, PropertyBrush& brush)
     addOption(Qt::HorPattern, tr("Horizontal Pattern"));
     addOption(Qt::VerPattern, tr("Vertical Pattern"));
     addOption(Qt::CrossPattern, tr("Cross Pattern"));
-    addOption(Qt::BDiagPattern, tr("Backward Piagonal Pattern"));
-    addOption(Qt::FDiagPattern, tr("Forward Piagonal Pattern"));
+    addOption(Qt::BDiagPattern, tr("Backward Diagonal Pattern"));
+    addOption(Qt::FDiagPattern, tr("Forward Diagonal Pattern"));
     addOption(Qt::DiagCrossPattern, tr("Diagonal Crossing Pattern"));
 }
 

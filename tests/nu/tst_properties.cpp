@@ -323,8 +323,8 @@ void TestProperties::optionLists_data()
                                  << QStringList{"No Pattern", "Solid Pattern", "Dense 1 Pattern", "Dense 2 Pattern",
                                                 "Dense 3 Pattern", "Dense 4 Pattern", "Dense 5 Pattern",
                                                 "Dense 6 Pattern", "Dense 7 Pattern", "Horizontal Pattern",
-                                                "Vertical Pattern", "Cross Pattern", "Backward Piagonal Pattern",
-                                                "Forward Piagonal Pattern", "Diagonal Crossing Pattern"};
+                                                "Vertical Pattern", "Cross Pattern", "Backward Diagonal Pattern",
+                                                "Forward Diagonal Pattern", "Diagonal Crossing Pattern"};
     QTest::newRow("horizontal anchor") << "anchor.horizontal" << QStringList{"Left", "Center", "Right"};
     QTest::newRow("vertical anchor") << "anchor.vertical" << QStringList{"Top", "Center", "Bottom"};
 }

@@ -318,6 +318,35 @@ private slots:
         QCOMPARE(builder.getChanges().getDeletedNumber(), 0);
     }
 
+    void unpackingStopsWhenCancelled_data()
+    {
+        QTest::addColumn<int>("blocksBeforeCancel");
+        QTest::newRow("at the first block") << 0;
+        QTest::newRow("in the second file") << 1;
+        QTest::newRow("never") << 100;
+    }
+
+    void unpackingStopsWhenCancelled()
+    {
+        QFETCH(int, blocksBeforeCancel);
+        QVERIFY(writeSmallTaxdump(zip()));
+        int blocks = 0;
+        bool cancelled = false;
+        {
+            TaxonomyDatabase database(zip());
+            database.setCancelCheck([&blocks, blocksBeforeCancel] { return blocks++ >= blocksBeforeCancel; });
+            try {
+                database.open();
+            } catch (const TaxonomyDatabase::CancelledException&) {
+                cancelled = true;
+            }
+            QCOMPARE(blocks, blocksBeforeCancel < 100 ? blocksBeforeCancel + 1 : 2);
+        }
+        QCOMPARE(cancelled, blocksBeforeCancel < 100);
+        // Nothing unpacked is left behind.
+        QCOMPARE(QDir(top.filePath(QStringLiteral("tmp"))).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+    }
+
 private:
     QString path(const QString& name) const { return dir->filePath(name); }
     QString zip() const { return path(QStringLiteral("taxdmp.zip")); }

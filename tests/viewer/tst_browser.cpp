@@ -1,8 +1,11 @@
+#include "ontology/ontology.h"
 #include "tests/support/charts.h"
 #include "viewer/browser.h"
 #include "viewer/browsermodel.h"
+#include "viewer/charttree.h"
 #include "viewer/piechartitem.h"
 
+#include <QListWidget>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -96,6 +99,58 @@ private slots:
         browser->getTreeView()->setCurrentIndex(find(QStringLiteral("Archaea")));
         QCOMPARE(selected.count(), 1);
         QCOMPARE(selected.first().first().toString(), idOf(QStringLiteral("Archaea")));
+    }
+
+    // With two rings drawn, the filter lists the rest of the chart's matches below the tree.
+    void filterSearchesTheWholeChart_data()
+    {
+        QTest::addColumn<QString>("literal");
+        QTest::addColumn<QString>("filter");
+        QTest::addColumn<QStringList>("undrawn");
+        QTest::addColumn<QString>("notice");
+        QTest::newRow("a deep match") << tree << "lacto" << QStringList{"Lactobacillus"} << "";
+        QTest::newRow("drawn matches are not listed again") << tree << "bacteria" << QStringList{"Proteobacteria"} << "";
+        QTest::newRow("largest first") << tree << "A" << QStringList{"Lactobacillus", "Proteobacteria", "Euryarchaeota"}
+                                       << "";
+        QTest::newRow("empty taxa are never drawn") << tree << "viruses" << QStringList() << "No taxon matches \u201cviruses\u201d.";
+        QTest::newRow("nothing at all") << tree << "Homo" << QStringList() << "No taxon matches \u201cHomo\u201d.";
+        QTest::newRow("only drawn matches") << tree << "archaea" << QStringList() << "";
+        QTest::newRow("one name in two places")
+            << QStringLiteral("root(a=A:1(x=X(u1=unclassified:3)) b=B:1(y=Y(u2=unclassified:2)))") << "uncl"
+            << QStringList{"unclassified (in X)", "unclassified (in Y)"} << "";
+    }
+
+    void filterSearchesTheWholeChart()
+    {
+        QFETCH(QString, literal);
+        QFETCH(QString, filter);
+        QFETCH(QStringList, undrawn);
+        QFETCH(QString, notice);
+        const QString file = dir.filePath(QStringLiteral("whole.piechart"));
+        browser->setPieChart(nullptr);
+        chart = Sorvik::Test::chartOf(file, literal, 2);
+        browser->setPieChart(chart.get());
+        auto whole = std::make_shared<const Sorvik::Viewer::ChartTree>(
+            Sorvik::Viewer::ChartTree::read(Zem::Ontology::Ontology(file)));
+        browser->setChartTree(whole);
+        browser->setFilterText(filter);
+        QStringList listed;
+        QListWidget* list = browser->getUndrawnList();
+        for (int row = 0; row < list->count(); ++row)
+            listed << list->item(row)->text();
+        QCOMPARE(listed, undrawn);
+        QCOMPARE(browser->getFilterNotice(), notice);
+
+        // Choosing one asks for its node; drawn nodes have their slice's id.
+        if (!undrawn.isEmpty()) {
+            QSignalSpy chosen(browser.get(), &Browser::signalNodeChosen);
+            emit list->itemActivated(list->item(0));
+            QCOMPARE(chosen.count(), 1);
+            const int node = chosen.first().first().toInt();
+            QVERIFY(listed.first().startsWith(whole->getName(node)));
+            QVERIFY(browser->getDrawnId(node).isEmpty());
+        }
+        QCOMPARE(browser->getDrawnId(0), chart->getId());
     }
 
 private:

@@ -222,7 +222,7 @@ private slots:
 
         QCOMPARE(log.steps, qMakePair(8, 7));
         QCOMPARE(log.messages[0], (QStringList{"Retrieving data from NCBI...", "Building ontology...",
-                                               "Building piechart...", "Piechart builded"}));
+                                               "Building piechart...", "Pie chart built"}));
         const QStringList steps = log.messages[1];
         QCOMPARE(steps.size(), 8);
         QCOMPARE(steps.at(0), QStringLiteral("Downloading database..."));

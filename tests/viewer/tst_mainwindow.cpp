@@ -393,10 +393,11 @@ private slots:
         QCOMPARE(chart(), before);
         QVERIFY(window->getNavigator().isAtRoot());
 
-        // Closing a saved chart asks nothing; neither does a cancelled wizard.
+        // A cancelled wizard keeps the chart, and asks nothing.
+        const QString kept = state();
         window->slotFileNew();
         QCOMPARE(prompter->dialogs, QStringList{QStringLiteral("Sorvik::Viewer::NewPiechartWizard")});
-        QCOMPARE(state(), QStringLiteral("closed 000000"));
+        QCOMPARE(state(), kept);
         QVERIFY(!QFile::exists(working()));
         QVERIFY(shown().isEmpty());
     }
@@ -552,7 +553,11 @@ private slots:
         }
         if (most < 1) {
             QVERIFY(!chart());
-            QCOMPARE(shown(), QStringList{"Critical Problem opening piechart: Piechart couldn't be generated"});
+            // Refused before it is read when it does not look like its format.
+            QCOMPARE(shown().size(), 1);
+            QVERIFY2(shown().first() == QLatin1String("Critical Problem opening piechart: Piechart couldn't be generated")
+                         || shown().first().startsWith("Warning Problem reading input: " + file + " doesn't look like"),
+                     qPrintable(shown().first()));
             return;
         }
         QVERIFY2(chart(), qPrintable(shown().join(QLatin1Char('\n'))));
