@@ -75,7 +75,7 @@ private slots:
         for (const InputFormat& format : InputFormat::all())
             checked += format.check ? 1 : 0;
         QCOMPARE(whyNot.size(), checked);
-        QVERIFY2(whyNot.contains(QStringLiteral("not a Krona text file (line 1: 'Dear colleague,' is not a count)")),
+        QVERIFY2(whyNot.contains(QStringLiteral("not Krona text (line 1: 'Dear colleague,' is not a count)")),
                  qPrintable(whyNot.join('\n')));
         QVERIFY(!InputFormat::detect(Zem::Ontology::InputSample(QStringList()), &whyNot));
         QCOMPARE(whyNot, QStringList{"it is empty"});
@@ -88,12 +88,12 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("problem");
         QTest::newRow("none chosen") << "krona" << "<none>" << QByteArray()
-                                     << "No input file was chosen: choose a Krona text file to make the pie chart from.";
+                                     << "No input file was chosen: choose Krona text to make the pie chart from.";
         QTest::newRow("missing") << "krona" << "<missing>" << QByteArray() << "FILE doesn't exist.";
         QTest::newRow("folder") << "qiime" << "<folder>" << QByteArray() << "FILE is a folder, not a file.";
         QTest::newRow("empty") << "taxids" << "" << QByteArray() << "FILE is empty.";
         QTest::newRow("another format") << "taxids" << "viewer/small.krona.txt" << QByteArray()
-                                        << "FILE doesn't look like a list of NCBI taxon ids (one per line): line 2: "
+                                        << "FILE doesn't look like a list of NCBI taxon ids, one per line: line 2: "
                                            "'Bacteria' is not a taxon id.";
         QTest::newRow("good krona") << "krona" << "viewer/small.krona.txt" << QByteArray() << "";
         QTest::newRow("good ids with a stray header") << "taxids" << "" << QByteArray("id\n1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n")
