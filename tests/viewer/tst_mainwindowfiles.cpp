@@ -62,10 +62,6 @@ class TestMainWindowFiles : public QObject
 private slots:
     void initTestCase()
     {
-        // A settings store of its own: the other window tests, which may run at the same time,
-        // set the data folder too.
-        QVERIFY(home.isValid());
-        qputenv("HOME", QFile::encodeName(home.path()));
         QStandardPaths::setTestModeEnabled(true);
         Sorvik::initResources();
     }
@@ -352,7 +348,6 @@ private:
         QCoreApplication::processEvents();
     }
 
-    QTemporaryDir home;
     std::unique_ptr<QTemporaryDir> dir;
     std::shared_ptr<ScriptedPrompter> prompter;
     std::unique_ptr<MainWindow> window;
