@@ -41,6 +41,7 @@ void BuilderSource::load()
     }
     // One sample keeps its counts in the nodes, as a chart of one input always has.
     const bool apart = sampleSources.size() > 1;
+    setKeepFirstParent(apart);
     for (const auto& [sample, source] : sampleSources) {
         emit signalSourceReadingStart(index++, source->getDescription());
         source->read(*this);
