@@ -263,6 +263,29 @@ private slots:
                  qPrintable(unknown.err));
     }
 
+    void tableAndPageHoldEverySample()
+    {
+        const QString chart = path("study.piechart");
+        QCOMPARE(runCli({"build", "kreport", report("kraken2.kreport"), report("bracken.kreport"), "-o", chart, "-q"})
+                     .exitCode,
+                 0);
+        // All samples added up, then a column per sample.
+        const CliResult all = runCli({"table", chart});
+        QCOMPARE(all.exitCode, 0);
+        const QStringList lines = all.out.split(QLatin1Char('\n'));
+        QVERIFY2(lines.at(0).endsWith(QStringLiteral("\tclade_count\tpercent\tclade_count_kraken2\tclade_count_bracken")),
+                 qPrintable(lines.at(0)));
+        QVERIFY2(lines.at(1).endsWith(QStringLiteral("\t1250\t100\t1000\t250")), qPrintable(lines.at(1)));
+        const CliResult one = runCli({"table", chart, "--sample", "bracken"});
+        QCOMPARE(one.exitCode, 0);
+        QVERIFY2(one.out.split(QLatin1Char('\n')).at(1).endsWith(QStringLiteral("\t250\t100")), qPrintable(one.out));
+
+        const QString page = path("study.html");
+        QCOMPARE(runCli({"html", chart, "-o", page}).exitCode, 0);
+        const QByteArray html = fileContents(page);
+        QVERIFY(html.contains("\"name\":\"kraken2\"") && html.contains("\"name\":\"bracken\""));
+    }
+
     void realQiimeTablesBuildEveryColumn()
     {
         const QString folder = realDataPath(QStringLiteral("qiime"));
