@@ -227,6 +227,11 @@ private:
     int opened = 0;
 };
 
+const char* SourceChart::NotChartException::what() const noexcept
+{
+    return "the file is not a counted chart";
+}
+
 SourceChart::SourceChart(const QString& name, std::shared_ptr<Keys> k)
     : fileName(name)
     , keys(std::move(k))
@@ -242,7 +247,7 @@ void SourceChart::read(BuilderSource& builder)
 {
     const Ontology ontology(fileName);
     if (!ontology.isCounted() || ontology.getNodeNumber() < 1)
-        throw Ontology::InvalidFormatException();
+        throw NotChartException();
     // The samples first: a damaged table is refused before anything is added.
     const std::vector<ChartSamples::Stored> stored = ChartSamples::read(ontology);
     for (const auto& sample : stored)

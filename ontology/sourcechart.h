@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QString>
 
+#include <exception>
 #include <memory>
 
 namespace Zem {
@@ -29,11 +30,18 @@ public:
         qint64 lastNumber = 0;
     };
 
+    // An ontology that is no counted chart (a taxonomy, say).
+    class NotChartException : public std::exception
+    {
+    public:
+        const char* what() const noexcept override;
+    };
+
     SourceChart(const QString& fileName, std::shared_ptr<Keys> keys);
 
     QString getDescription() const override;
-    // Throws Ontology's exceptions for what is no chart, and ChartSamples::InvalidFormatException
-    // for a damaged samples table.
+    // Throws Ontology's exceptions for what is no ontology, NotChartException for one that is not
+    // counted, and ChartSamples::InvalidFormatException for a damaged samples table.
     void read(BuilderSource& builder) override;
 
 private:

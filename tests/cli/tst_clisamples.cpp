@@ -243,6 +243,24 @@ private slots:
         QCOMPARE(QDir(dir->path()).entryList(QDir::Files), QStringList{"study.piechart"});
     }
 
+    void mergeRefusesWhatIsNoChart()
+    {
+        const QString archive = path("taxdmp.zip");
+        QVERIFY(writeSmallTaxdump(archive));
+        const QString taxonomy = path("ncbi.ontology");
+        QCOMPARE(runCli({"import-taxonomy", archive, "-o", taxonomy, "-q"}).exitCode, 0);
+        const QString text = write("notes.txt", "not a chart\n");
+        const QString out = path("out.piechart");
+        const CliResult uncounted = runCli({"merge", taxonomy, "-o", out});
+        QCOMPARE(uncounted.exitCode, 1);
+        QVERIFY2(uncounted.err.contains(taxonomy + QStringLiteral(": the file is not a counted chart")),
+                 qPrintable(uncounted.err));
+        const CliResult notOntology = runCli({"merge", text, "-o", out});
+        QCOMPARE(notOntology.exitCode, 1);
+        QVERIFY2(notOntology.err.contains(text + QStringLiteral(": ")), qPrintable(notOntology.err));
+        QVERIFY(!QFileInfo::exists(out));
+    }
+
     void rendersOneSampleOrAll()
     {
         const QString chart = path("study.piechart");
