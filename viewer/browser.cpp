@@ -123,6 +123,19 @@ void Browser::setChartTree(std::shared_ptr<const ChartTree> whole, bool raw)
     listUndrawn(filter->text());
 }
 
+void Browser::setSamples(const QStringList& names, const std::vector<std::shared_ptr<const ChartTree>>& trees)
+{
+    quiet = true;
+    model->setSamples(names, trees);
+    quiet = false;
+    for (int column = BrowserModel::CountColumn; column < model->columnCount(); ++column)
+        tree->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    // The reset lost the tree's state: shown as after a new chart.
+    if (model->getPieChart())
+        tree->expandToDepth(filter->text().isEmpty() ? 0 : 99);
+    slotSelectItem(selectedId);
+}
+
 QString Browser::getDrawnId(int node) const
 {
     if (!chartTree || node < 0 || node >= chartTree->size())
