@@ -293,6 +293,10 @@ void Builder::writeExtras(QSqlDatabase&)
 {
 }
 
+void Builder::rowWritten(const Node&, int)
+{
+}
+
 void Builder::notifyBuildingStart()
 {
     int total = nodeNumber;
@@ -516,6 +520,7 @@ void Builder::Writer::insertNode(Node* node)
     // Prepared once, re-bound for every batch of rows.
     if (!insert)
         prepareInsert();
+    builder->rowWritten(*node, inserted);
     rows.push_back({node->id, static_cast<int>(node->children.size()), node->getDataString()});
     if (rows.size() == size_t(rowsPerStatement))
         flushRows();

@@ -169,7 +169,8 @@ public:
     // The same for sources that hold their nodes already, saving the look-ups by id.
     void addChild(Node* parent, Node* child);
 
-    void count(bool trim);
+    // Virtual so that a builder of several samples counts them all.
+    virtual void count(bool trim);
     void build();
     void setWriterCommitSize(int size);
 
@@ -192,6 +193,9 @@ protected:
     // Called as the file is written, before its last commit: a subclass adds tables or info rows
     // of its own there, so they are in the file when it takes its name, and never without it.
     virtual void writeExtras(QSqlDatabase& database);
+    // Called for every row as it is written, in row order: a node under several parents has a row
+    // under each.
+    virtual void rowWritten(const Node& node, int row);
 
     nu::ManualTimer timer{1000};
 
