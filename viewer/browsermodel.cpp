@@ -23,13 +23,13 @@ void BrowserModel::setPieChart(PieChartItem* root)
     entries.clear();
     ids.clear();
     if (root) {
-        entries.append(Entry{root, -1, 0, {}});
+        entries.append(Entry{root, -1, 0, {}, {}});
         // Iterative: a deep chart must not exhaust the stack.
         for (int e = 0; e < entries.size(); ++e) {
             const std::vector<PieChartItem*> children = entries[e].item->sortedChildren<PieChartItem>();
             for (PieChartItem* child : children) {
                 entries[e].children.append(entries.size());
-                entries.append(Entry{child, e, entries[e].children.size() - 1, {}});
+                entries.append(Entry{child, e, entries[e].children.size() - 1, {}, {}});
             }
         }
         for (int e = 0; e < entries.size(); ++e)
@@ -117,7 +117,7 @@ PieChartItem* BrowserModel::itemOf(const QModelIndex& index) const
 
 QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) const
 {
-    if (column < 0 || column >= ColumnCount || row < 0)
+    if (column < 0 || column >= columnCount() || row < 0)
         return QModelIndex();
     if (!parent.isValid()) {
         if (row > 0 || entries.isEmpty())

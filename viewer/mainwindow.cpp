@@ -17,6 +17,7 @@
 #include "viewer/buildreportdialog.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
+#include "viewer/comparewindow.h"
 #include "viewer/palette.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/openedfile.h"

@@ -125,7 +125,7 @@ public:
     SampleChooser* getSampleChooser() const { return sampleChooser; }
     QAction* getCompareAction() const { return viewCompare; }
     // The open View > Compare window, or null.
-    CompareWindow* getCompareWindow() const { return compareWindow; }
+    CompareWindow* getCompareWindow() const;
 
 public slots:
     void slotFileNew();

@@ -21,6 +21,11 @@
 namespace Sorvik {
 namespace Viewer {
 
+CompareWindow* MainWindow::getCompareWindow() const
+{
+    return compareWindow;
+}
+
 void MainWindow::createSampleControls(QMenu* viewMenu)
 {
     sampleChooser = new SampleChooser(this);
