@@ -175,6 +175,7 @@ private:
     // The open chart's samples, once its tree is read: the chooser filled anew for another chart.
     void updateSamples();
     void forgetSamples();
+    void showSampleColumns();
     // The tree of the sample drawn; the tree as read for a chart of one sample.
     std::shared_ptr<const ChartTree> getDrawnTree();
     SampleCharts::Options getDrawingOptions() const;

@@ -70,12 +70,25 @@ void MainWindow::updateSamples()
             compareWindow->slotColoursChanged();
     }
     viewCompare->setEnabled(sampleCharts->getCount() >= CompareDialog::minimumChosen);
+    showSampleColumns();
+}
+
+void MainWindow::showSampleColumns()
+{
+    // The Navigation panel's columns name the sample drawn, when there is a choice.
+    if (!sampleCharts || sampleCharts->getCount() < 2) {
+        browser->setSamples({}, {});
+        return;
+    }
+    const int current = sampleChooser->getCurrent();
+    browser->setSamples({sampleCharts->getNames().value(current)}, {sampleCharts->getTree(current)});
 }
 
 void MainWindow::forgetSamples()
 {
     sampleCharts.reset();
     sampleChooser->clear();
+    browser->setSamples({}, {});
     viewCompare->setEnabled(false);
     compared.clear();
     absentNote->hide();
@@ -122,7 +135,10 @@ void MainWindow::slotSampleChosen(int)
     // The same taxon stays selected where the new sample has it.
     const QString selected = browser->getSelectedId();
     slotGenerate();
-    if (!fileHandler.isOpened() || selected.isEmpty() || !view->getScene()->findItem(selected))
+    if (!fileHandler.isOpened())
+        return;
+    showSampleColumns();
+    if (selected.isEmpty() || !view->getScene()->findItem(selected))
         return;
     view->getScene()->slotSelectItem(selected);
     browser->slotSelectItem(selected);

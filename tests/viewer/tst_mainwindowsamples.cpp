@@ -101,6 +101,8 @@ private slots:
         QVERIFY(!chooser->getComboBox()->isEnabled());
         QVERIFY(!window->getCompareAction()->isEnabled());
         QVERIFY(window->findChild<QToolBar*>(QStringLiteral("samplesToolBar"))->isHidden());
+        QCOMPARE(window->getBrowser()->getTreeView()->model()->headerData(1, Qt::Horizontal).toString(),
+                 QStringLiteral("Count"));
         // The shortcut does nothing.
         window->getSampleChooser()->slotNext();
         QCOMPARE(chooser->getCurrent(), 0);
@@ -140,8 +142,13 @@ private slots:
         QVERIFY(chart()->getChainNames().contains(QStringLiteral("Bacteria")));
         QCOMPARE(countOf(window->getView(), QStringLiteral("Proteobacteria")), sample == 1 ? qint64(200) : qint64(50));
         QCOMPARE(colourOf(window->getView(), QStringLiteral("Proteobacteria")), proteobacteria);
-        // The Navigation panel lists the sample drawn.
+        // The Navigation panel lists the sample drawn, and names it.
         QCOMPARE(window->getBrowser()->getPieChart(), chart());
+        const QAbstractItemModel* listed = window->getBrowser()->getTreeView()->model();
+        QCOMPARE(listed->columnCount(), 3);
+        QCOMPARE(listed->headerData(1, Qt::Horizontal).toString(), study.at(sample).first);
+        QCOMPARE(listed->index(0, 1).data(Sorvik::Viewer::BrowserModel::SortRole).toLongLong(),
+                 chart()->getAccumCount());
         QVERIFY(window->getFileHandler().isOpened());
     }
 
