@@ -17,6 +17,7 @@
 #include "viewer/scene.h"
 #include "viewer/view.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -184,6 +185,7 @@ int main(int argc, char* argv[])
             sampleChooser->getNext()->trigger();
             wall.push_back(clock.nsecsElapsed() / 1e6);
             clock.restart();
+            QCoreApplication::processEvents();
             window.grab();
             paint.push_back(clock.nsecsElapsed() / 1e6);
             cpu.push_back(cpuMilliseconds() - startCpu);
@@ -217,7 +219,8 @@ int main(int argc, char* argv[])
     Sorvik::Viewer::CompareWindow* compare = window.getCompareWindow();
     compare->resize(1600, 1000);
     const double drawn = timer.nsecsElapsed() / 1e6;
-    compare->grab();
+    QCoreApplication::processEvents();
+        compare->grab();
     out << QStringLiteral("compare %1 samples: %2 ms to draw, %3 ms with the first paint, %4 ms processor\n")
                .arg(chooser->samples.size())
                .arg(drawn, 0, 'f', 1)
@@ -236,12 +239,14 @@ int main(int argc, char* argv[])
         compare->getGrid()->slotSelectItem(target->getId());
         timer.restart();
         compare->slotStepInto();
+        QCoreApplication::processEvents();
         compare->grab();
         into.push_back(timer.nsecsElapsed() / 1e6);
         if (i == 0 && !grabFolder.isEmpty())
             compare->grab().save(QDir(grabFolder).filePath(QStringLiteral("compare-stepped-in.png")));
         timer.restart();
         compare->slotStepOut();
+        QCoreApplication::processEvents();
         compare->grab();
         outOf.push_back(timer.nsecsElapsed() / 1e6);
     }

@@ -41,6 +41,8 @@ void BrowserModel::setPieChart(PieChartItem* root)
 
 void BrowserModel::setSamples(const QStringList& names, const std::vector<std::shared_ptr<const ChartTree>>& trees)
 {
+    if (names == sampleNames && trees == sampleTrees)
+        return;
     beginResetModel();
     sampleNames = names;
     sampleTrees = trees;
@@ -222,8 +224,9 @@ QVariant BrowserModel::headerData(int section, Qt::Orientation orientation, int 
             return QVariant();
         const QString& name = sampleNames.at(sample);
         const bool isCount = section == countColumn(sample);
+        // Short headers keep the columns narrow: the tool tip says whose share it is.
         if (role == Qt::DisplayRole)
-            return isCount ? name : tr("% %1").arg(name);
+            return isCount ? name : tr("%");
         if (role == Qt::ToolTipRole)
             return isCount ? tr("Count in %1").arg(name) : tr("Percentage of the chart's centre in %1").arg(name);
         return QVariant();

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Sorvik {
 namespace Viewer {
@@ -103,6 +104,9 @@ void CompareGrid::makeParts(int count)
         part.title = new QLabel(part.frame);
         part.title->setAlignment(Qt::AlignHCenter);
         part.title->setTextFormat(Qt::PlainText);
+        // A long title is cut rather than widening every column of the grid; its tool tip has it
+        // whole.
+        part.title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         part.note = new QLabel(part.frame);
         part.note->setAlignment(Qt::AlignHCenter);
         part.note->setWordWrap(true);
@@ -127,7 +131,9 @@ void CompareGrid::makeParts(int count)
 void CompareGrid::arrange()
 {
     const int titleHeight = parts.empty() ? 0 : parts.front().title->sizeHint().height();
-    const int wanted = columnsFor(getCount(), contentsRect().size(), titleHeight);
+    // Not shown yet, the widget has no size to go by: a square grid until it has.
+    const int wanted = isVisible() ? columnsFor(getCount(), contentsRect().size(), titleHeight)
+                                   : static_cast<int>(std::ceil(std::sqrt(static_cast<double>(getCount()))));
     if (wanted == columns)
         return;
     columns = wanted;

@@ -139,12 +139,14 @@ void CompareWindow::slotColoursChanged()
 
 void CompareWindow::slotGoRoot()
 {
+    grid->slotSelectItem(QString());
     navigator.goToRoot();
     redraw();
 }
 
 void CompareWindow::slotStepOut()
 {
+    grid->slotSelectItem(QString());
     navigator.goToUpperLevel(1);
     redraw();
 }
@@ -178,6 +180,8 @@ void CompareWindow::enter(PieChartItem* item)
     if (!item || item->isOthers() || item->getChainPositions().contains(navigator.getCurrentPosition()))
         return;
     navigator.goToLevel(item);
+    // The entered taxon is the centre now: nothing is selected, as in the main window.
+    grid->slotSelectItem(QString());
     redraw();
 }
 
@@ -236,16 +240,17 @@ void CompareWindow::slotChooseSamples()
     setSamples(dialog.getChosen());
 }
 
-QString CompareWindow::titleOf(int sample, const PieChartItem* chart) const
+QString CompareWindow::titleOf(int sample, const PieChartItem* chart, const QString& centreName) const
 {
     const QLocale locale;
     const QString name = charts->getNames().value(sample);
-    const QString total = locale.toString(charts->getTotals().value(sample));
+    const qint64 total = charts->getTotals().value(sample);
+    const QString title = tr("%1 \u2014 total %2").arg(name, locale.toString(total));
     if (navigator.isAtRoot())
-        return tr("%1 \u2014 total %2").arg(name, total);
-    if (!chart)
-        return tr("%1 \u2014 total %2; none here").arg(name, total);
-    return tr("%1 \u2014 total %2; here %3").arg(name, total, locale.toString(chart->getAccumCount()));
+        return title;
+    const qint64 here = chart ? chart->getAccumCount() : 0;
+    const double share = total > 0 ? 100.0 * static_cast<double>(here) / static_cast<double>(total) : 0.0;
+    return tr("%1\n%2: %3 (%4 %)").arg(title, centreName, locale.toString(here), locale.toString(share, 'f', 2));
 }
 
 void CompareWindow::redraw()
@@ -261,7 +266,7 @@ void CompareWindow::redraw()
         const QString centreName = whole && !whole->isEmpty() ? whole->getName(centreNode, options.rawNames) : QString();
         for (int i = 0; i < samples.size(); ++i) {
             CompareGrid::Cell cell;
-            cell.title = titleOf(samples.at(i), drawn[static_cast<size_t>(i)].get());
+            cell.title = titleOf(samples.at(i), drawn[static_cast<size_t>(i)].get(), centreName);
             cell.note = tr("No %1 in this sample.").arg(centreName);
             cell.chart = std::move(drawn[static_cast<size_t>(i)]);
             cells.push_back(std::move(cell));

@@ -71,8 +71,9 @@ private:
     void slotHovered(int cell, const QString& id);
     void enter(PieChartItem* item);
     void updateActions();
-    // The title of a cell: the sample's name and total, and the centre's count when stepped in.
-    QString titleOf(int sample, const PieChartItem* chart) const;
+    // The title of a cell: the sample's name and total, and the centre's count and share when
+    // stepped in.
+    QString titleOf(int sample, const PieChartItem* chart, const QString& centreName) const;
 
     std::shared_ptr<SampleCharts> charts;
     std::shared_ptr<nu::Prompter> prompter;

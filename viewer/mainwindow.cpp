@@ -457,6 +457,7 @@ void MainWindow::generate()
     view->setPieChart(std::move(root));
     browser->setPieChart(chart);
     browser->setChartTree(getDrawnTree(), App::Settings().isShowingRawNames());
+    showSampleColumns();
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
     updateTitle();

@@ -124,6 +124,7 @@ bool MainWindow::showAbsentCentre()
                             .arg(sample, tree->getName(centre, App::Settings().isShowingRawNames())));
     absentNote->show();
     browser->setChartTree(getDrawnTree(), App::Settings().isShowingRawNames());
+    showSampleColumns();
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
     updateTitle();
@@ -135,10 +136,7 @@ void MainWindow::slotSampleChosen(int)
     // The same taxon stays selected where the new sample has it.
     const QString selected = browser->getSelectedId();
     slotGenerate();
-    if (!fileHandler.isOpened())
-        return;
-    showSampleColumns();
-    if (selected.isEmpty() || !view->getScene()->findItem(selected))
+    if (!fileHandler.isOpened() || selected.isEmpty() || !view->getScene()->findItem(selected))
         return;
     view->getScene()->slotSelectItem(selected);
     browser->slotSelectItem(selected);

@@ -235,6 +235,8 @@ private slots:
         emit grid->getView(0)->getScene()->signalItemEntered();
         QCOMPARE(chartOf(grid->getView(0))->getChainNames().last(), QStringLiteral("Firmicutes"));
         QCOMPARE(chartOf(grid->getView(0))->getAccumCount(), qint64(180));
+        QCOMPARE(grid->getTitle(0)->text(), QStringLiteral("S1 \u2014 total 290\nFirmicutes: 180 (62.07 %)"));
+        QCOMPARE(grid->getTitle(2)->text(), QStringLiteral("S3 \u2014 total 100\nFirmicutes: 0 (0.00 %)"));
         QVERIFY(chartOf(grid->getView(1))->getChainNames().contains(QStringLiteral("Firmicutes")));
         QCOMPARE(chartOf(grid->getView(1))->getAccumCount(), qint64(10));
         // Absent from S3: no chart, and a note that says so.

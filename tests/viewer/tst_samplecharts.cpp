@@ -147,7 +147,10 @@ private slots:
         QCOMPARE(value(model, archaea, BrowserModel::countColumn(1)), qint64(0));
         QCOMPARE(model.index(archaea.row(), BrowserModel::percentageColumn(2), root).data().toString(),
                  QStringLiteral("50.00"));
-        QCOMPARE(model.headerData(BrowserModel::percentageColumn(1), Qt::Horizontal).toString(), QStringLiteral("% S2"));
+        QCOMPARE(model.headerData(BrowserModel::countColumn(1), Qt::Horizontal).toString(), QStringLiteral("S2"));
+        QVERIFY(model.headerData(BrowserModel::percentageColumn(1), Qt::Horizontal, Qt::ToolTipRole)
+                    .toString()
+                    .endsWith(QLatin1String("in S2")));
         // No samples: the slices' own figures again.
         model.setSamples({}, {});
         QCOMPARE(model.columnCount(), int(BrowserModel::ColumnCount));
