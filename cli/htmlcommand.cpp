@@ -58,6 +58,8 @@ int HtmlCommand::execute(const QCommandLineParser& parser)
     Viewer::ChartHtml page(*chart.getTree(), *chart.getColours());
     page.setTitle(parser.isSet(titleOption) ? parser.value(titleOption) : name);
     page.setFirstSampleName(name);
+    // The tree's counts are the first sample's; the others go along, one page for all.
+    page.addSamplesOf(*chart.getTree());
     page.setView(chart.getLevels(), chart.getPercent(), chart.isCollapsing());
     page.setRawNames(chart.isRawNames());
     try {

@@ -198,7 +198,7 @@ void Builder::link(Node* parent, Node* child)
     // The usual node has one parent, so "already a child?" is answered from the child itself;
     // only nodes that ever had several parents pay for a scan of the parent's children.
     if (!child->manyParents) {
-        if (child->parent == parent)
+        if (child->parent == parent || (keepFirstParent && child->parent))
             return;
         if (child->parent == nullptr) {
             child->parent = parent;

@@ -177,6 +177,9 @@ public:
     // Asked now and then during long loops; when it answers true, the loop throws
     // CancelledException. The build task points it at its thread's interruption request.
     void setCancelCheck(std::function<bool()> check);
+    // Whether a node linked under a parent stays there when linked under another: samples whose
+    // trees disagree (a report's taxon placed elsewhere) keep one tree, the first sample's.
+    void setKeepFirstParent(bool keep) { keepFirstParent = keep; }
     void checkCancelled(int step);
 
 signals:
@@ -225,6 +228,7 @@ private:
     uint hashSeed = 0;
     int writerCommitSize = 10000;
     bool counted = false;
+    bool keepFirstParent = false;
     std::function<bool()> cancelCheck;
 };
 

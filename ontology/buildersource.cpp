@@ -1,5 +1,6 @@
 #include "ontology/buildersource.h"
 
+#include "ontology/nodekeys.h"
 #include "ontology/pathids.h"
 #include "ontology/source.h"
 
@@ -41,6 +42,7 @@ void BuilderSource::load()
     }
     // One sample keeps its counts in the nodes, as a chart of one input always has.
     const bool apart = sampleSources.size() > 1;
+    setKeepFirstParent(apart);
     for (const auto& [sample, source] : sampleSources) {
         emit signalSourceReadingStart(index++, source->getDescription());
         source->read(*this);
@@ -59,12 +61,20 @@ void BuilderSource::count(bool trim)
         if (samples.size() == 1 && sampleSources.empty())
             samples.restore(0, *this);
         Builder::count(trim);
+        total = rootTotal();
         return;
     }
     samples.makeNamesUnique();
     samples.putSums(*this);
     Builder::count(trim);
+    total = rootTotal();
     samples.putFirst(*this);
+}
+
+qint64 BuilderSource::rootTotal() const
+{
+    const QString* text = getRoot() ? getRoot()->data.find(NodeKey::accumCount) : nullptr;
+    return text ? text->toLongLong() : 0;
 }
 
 void BuilderSource::writeExtras(QSqlDatabase& database)

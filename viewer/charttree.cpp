@@ -5,6 +5,8 @@
 #include "ontology/ontology.h"
 #include "viewer/taxonname.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <limits>
 
@@ -84,7 +86,7 @@ ChartTree ChartTree::read(const Zem::Ontology::Ontology& ontology)
     table->rows = ontology.getNodeNumber();
     std::vector<Zem::Ontology::ChartSamples::Stored> stored = Zem::Ontology::ChartSamples::read(ontology);
     if (stored.empty()) {
-        table->list.push_back({Zem::Ontology::ChartSamples::nameOfFile(ontology.getFileName()),
+        table->list.push_back({QFileInfo(ontology.getFileName()).completeBaseName(),
                                tree.isEmpty() ? 0 : tree.at(0).total});
     } else {
         for (auto& one : stored) {
