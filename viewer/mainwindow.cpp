@@ -362,12 +362,14 @@ void MainWindow::slotBuildNcbiPiechartFinished()
     disconnect(finished, nullptr, this, nullptr);
     switch (finished->getState()) {
     case nu::AsyncTask::Running:
-        // Ended without failing: the working chart is complete.
+        // Ended without failing: the working chart is complete. Its report is read first: the
+        // drawing turns the event loop, where the finished task may be deleted.
+        keepBuildReport(*finished);
         if (!firstTimeGenerate()) {
+            builtReport.reset();
+            taxonomyHint.clear();
             message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
             setClosed();
-        } else {
-            keepBuildReport(*finished);
         }
         break;
     case nu::AsyncTask::Failed:
