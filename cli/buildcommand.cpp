@@ -211,6 +211,12 @@ int BuildCommand::listSamples(const InputFormat& format, const QStringList& inpu
         for (const QString& name : names)
             derived << name.trimmed();
     }
+    if (!names.isEmpty() && samples.size() == 1) {
+        // A chart of one sample is today's chart, which has no place for a name.
+        err << "sorvik-cli " << getName() << ": note: a chart of one sample is named after its file; --name "
+            << "names the samples of a chart of several\n";
+        err.flush();
+    }
     derived = Zem::Ontology::ChartSamples::makeUnique(derived);
     for (size_t i = 0; i < samples.size(); ++i)
         samples[i].name = derived.at(int(i));

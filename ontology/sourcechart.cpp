@@ -8,7 +8,6 @@
 #include "ontology/reader.h"
 
 #include <QFileInfo>
-#include <QSet>
 
 #include <algorithm>
 #include <vector>
@@ -50,7 +49,11 @@ public:
             // The roots are one whatever their ids.
             node = builder.getRoot();
         } else if (!taxid.isEmpty()) {
-            node = keys.taxids.value(taxid.toString());
+            // Mostly the node's id is its taxon id, in every chart: found by id without a new
+            // text, and taken when it is the same taxon.
+            node = builder.findNode(id);
+            if (!node || !isTaxon(*node, taxid))
+                node = keys.taxids.value(taxid.toString());
         } else {
             node = keys.paths.value(pathAt(paths.size() - 1));
         }
@@ -64,15 +67,13 @@ public:
         }
         copyValues(node);
         open.push_back(node);
-        // A node the file holds under two parents is counted once.
         const int row = position.getRow();
-        if (row >= 0 && static_cast<size_t>(row) < byRow.size() && !seen.contains(id)) {
-            seen.insert(id);
+        if (row >= 0 && static_cast<size_t>(row) < byRow.size()) {
             byRow[static_cast<size_t>(row)] = node;
             bool ok = false;
             const qint64 count = value(NodeKey::count).toLongLong(&ok);
             if (ok && count > 0)
-                own.emplace_back(node, count);
+                own.push_back({node, count, row});
         }
         builder.notifySourceCurrentPos(++opened);
         builder.checkCancelled(opened);
@@ -85,18 +86,59 @@ public:
         open.pop_back();
     }
 
-    // The nodes' own counts as the file's values give them (a chart of one sample).
-    const std::vector<std::pair<Builder::Node*, qint64>>& getOwnCounts() const { return own; }
+    // Once read: the nodes' own counts as the file's values give them (a chart of one sample).
+    std::vector<std::pair<Builder::Node*, qint64>> getOwnCounts() const
+    {
+        std::vector<std::pair<Builder::Node*, qint64>> counts;
+        for (const Own& entry : own) {
+            if (nodeOfRow(entry.row))
+                counts.emplace_back(entry.node, entry.count);
+        }
+        return counts;
+    }
 
+    // Once read: the node of a row; none for a row that repeats a node of an earlier row (a node
+    // the file holds under two parents is counted once).
     Builder::Node* nodeOfRow(int row) const
     {
         return row >= 0 && static_cast<size_t>(row) < byRow.size() ? byRow[static_cast<size_t>(row)] : nullptr;
+    }
+
+    // Keeps the first row of each node.
+    void dropRepeatedRows()
+    {
+        std::vector<std::pair<Builder::Node*, int>> rows;
+        rows.reserve(byRow.size());
+        for (size_t r = 0; r < byRow.size(); ++r) {
+            if (byRow[r])
+                rows.emplace_back(byRow[r], static_cast<int>(r));
+        }
+        std::sort(rows.begin(), rows.end());
+        for (size_t i = 1; i < rows.size(); ++i) {
+            if (rows[i].first == rows[i - 1].first)
+                byRow[static_cast<size_t>(rows[i].second)] = nullptr;
+        }
     }
 
 protected:
     bool shouldKeepDataText() const override { return true; }
 
 private:
+    struct Own
+    {
+        Builder::Node* node;
+        qint64 count;
+        int row;
+    };
+
+    // Whether the builder's node is the taxon with this id.
+    static bool isTaxon(const Builder::Node& node, QStringView taxid)
+    {
+        if (const QString* own = node.data.find(NodeKey::taxid))
+            return QStringView(*own) == taxid;
+        return node.data.contains(NodeKey::scientificName) && QStringView(node.id) == taxid;
+    }
+
     void readValues(const QString& text)
     {
         if (nu::splitCompactJson(text, pairs))
@@ -181,8 +223,7 @@ private:
     std::vector<QString> keyTexts;
     std::vector<Builder::Node*> open;
     std::vector<Builder::Node*> byRow;
-    std::vector<std::pair<Builder::Node*, qint64>> own;
-    QSet<QString> seen;
+    std::vector<Own> own;
     int opened = 0;
 };
 
@@ -210,6 +251,7 @@ void SourceChart::read(BuilderSource& builder)
     builder.notifySourceTotalSize(ontology.getNodeNumber());
     Reader reader(ontology, builder, *keys);
     reader.read();
+    reader.dropRepeatedRows();
     addLinesRead(ontology.getNodeNumber());
 
     SampleCounts& samples = builder.getSamples();

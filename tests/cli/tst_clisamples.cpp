@@ -3,6 +3,7 @@
 #include "tests/support/clirunner.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/sqlfile.h"
+#include "tests/support/taxdump.h"
 #include "viewer/charttree.h"
 
 #include <QDir>
@@ -286,6 +287,31 @@ private slots:
         QVERIFY(html.contains("\"name\":\"kraken2\"") && html.contains("\"name\":\"bracken\""));
     }
 
+    void placesEachSampleInTheTaxonomy()
+    {
+        const QString archive = path("taxdmp.zip");
+        QVERIFY(writeSmallTaxdump(archive, true));
+        const QString taxonomy = path("ncbi.ontology");
+        QCOMPARE(runCli({"import-taxonomy", archive, "-o", taxonomy, "-q"}).exitCode, 0);
+        // A merged id counts under its new id, and a deleted one under "unknown", in its own sample.
+        const QString a = write("a.txt", "562\t5\n12\t1\n");
+        const QString b = write("b.txt", "9606\t2\n99\t1\n");
+        const QString chart = path("study.piechart");
+        const CliResult built = runCli({"build", "taxid-counts", a, b, "--taxonomy", taxonomy, "-o", chart, "-q"});
+        QVERIFY2(built.exitCode == 0, qPrintable(built.err));
+        const CliResult info = runCli({"info", chart});
+        QVERIFY2(info.out.endsWith(QStringLiteral("total: 6\nunknown: 0\nunclassified: 0\nsamples: 2\nsample: a\t6\nsample: b\t3\n")),
+                 qPrintable(info.out));
+        const ChartTree tree = ChartTree::read(Zem::Ontology::Ontology(chart));
+        const ChartTree second = tree.ofSample(1);
+        QCOMPARE(second.at(second.indexOfKey(QStringLiteral("taxid:9606"))).total, 2);
+        QCOMPARE(second.at(second.indexOfKey(QStringLiteral("taxid:562"))).total, 0);
+        QCOMPARE(tree.at(tree.indexOfKey(QStringLiteral("taxid:562"))).total, 6);
+        // What no sample holds is trimmed away: root, cellular organisms, Bacteria, Escherichia,
+        // E. coli, Homo sapiens and unknown remain.
+        QCOMPARE(tree.size(), 7);
+    }
+
     void realQiimeTablesBuildEveryColumn()
     {
         const QString folder = realDataPath(QStringLiteral("qiime"));
@@ -321,6 +347,14 @@ private slots:
 
 private:
     QString path(const char* name) const { return dir->filePath(QLatin1String(name)); }
+
+    QString write(const char* name, const QByteArray& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", name);
+        return file.fileName();
+    }
 
     std::unique_ptr<QTemporaryDir> dir;
 };
