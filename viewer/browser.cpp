@@ -123,6 +123,27 @@ void Browser::setChartTree(std::shared_ptr<const ChartTree> whole, bool raw)
     listUndrawn(filter->text());
 }
 
+void Browser::setSamples(const QStringList& names, const std::vector<std::shared_ptr<const ChartTree>>& trees)
+{
+    quiet = true;
+    model->setSamples(names, trees);
+    quiet = false;
+    for (int column = BrowserModel::CountColumn; column < model->columnCount(); ++column)
+        tree->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    // Beside the columns of several samples the name would be squeezed to nothing: it keeps a
+    // width of its own, and the panel scrolls sideways.
+    if (names.size() > 1) {
+        tree->header()->setSectionResizeMode(BrowserModel::NameColumn, QHeaderView::Interactive);
+        tree->header()->resizeSection(BrowserModel::NameColumn, 200);
+    } else {
+        tree->header()->setSectionResizeMode(BrowserModel::NameColumn, QHeaderView::Stretch);
+    }
+    // The reset lost the tree's state: shown as after a new chart.
+    if (model->getPieChart())
+        tree->expandToDepth(filter->text().isEmpty() ? 0 : 99);
+    slotSelectItem(selectedId);
+}
+
 QString Browser::getDrawnId(int node) const
 {
     if (!chartTree || node < 0 || node >= chartTree->size())

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QHash>
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 class QLabel;
 class QLineEdit;
@@ -40,6 +42,9 @@ public:
     // The whole chart the drawn slices come from, searched by the filter; null searches only
     // what is drawn. raw: the names as stored.
     void setChartTree(std::shared_ptr<const ChartTree> chartTree, bool raw = false);
+    // The samples shown: a count and a percentage column for each (see BrowserModel::setSamples);
+    // none for the slices' own counts.
+    void setSamples(const QStringList& names, const std::vector<std::shared_ptr<const ChartTree>>& trees);
     // The id of the slice drawn for the tree's node (alone or in a chain), or empty.
     QString getDrawnId(int node) const;
 

@@ -1,8 +1,11 @@
 #include "viewer/browsermodel.h"
 
+#include "viewer/charttree.h"
 #include "viewer/piechartitem.h"
 
 #include <QLocale>
+
+#include <algorithm>
 
 namespace Sorvik {
 namespace Viewer {
@@ -20,19 +23,71 @@ void BrowserModel::setPieChart(PieChartItem* root)
     entries.clear();
     ids.clear();
     if (root) {
-        entries.append(Entry{root, -1, 0, {}});
+        entries.append(Entry{root, -1, 0, {}, {}});
         // Iterative: a deep chart must not exhaust the stack.
         for (int e = 0; e < entries.size(); ++e) {
             const std::vector<PieChartItem*> children = entries[e].item->sortedChildren<PieChartItem>();
             for (PieChartItem* child : children) {
                 entries[e].children.append(entries.size());
-                entries.append(Entry{child, e, entries[e].children.size() - 1, {}});
+                entries.append(Entry{child, e, entries[e].children.size() - 1, {}, {}});
             }
         }
         for (int e = 0; e < entries.size(); ++e)
             ids.insert(entries[e].item->getId(), e);
     }
+    countSamples();
     endResetModel();
+}
+
+void BrowserModel::setSamples(const QStringList& names, const std::vector<std::shared_ptr<const ChartTree>>& trees)
+{
+    if (names == sampleNames && trees == sampleTrees)
+        return;
+    beginResetModel();
+    sampleNames = names;
+    sampleTrees = trees;
+    // A name without its tree counts nothing rather than reading past the end.
+    sampleTrees.resize(static_cast<size_t>(names.size()));
+    countSamples();
+    endResetModel();
+}
+
+void BrowserModel::countSamples()
+{
+    for (Entry& entry : entries)
+        entry.sampleCounts.clear();
+    // Parents before children: an "others" slice is counted from its siblings.
+    for (Entry& entry : entries) {
+        for (int s = 0; s < sampleNames.size(); ++s)
+            entry.sampleCounts.append(sampleCountOf(entry, s));
+    }
+}
+
+qint64 BrowserModel::sampleCountOf(const Entry& entry, int sample) const
+{
+    const ChartTree* tree = sampleTrees[static_cast<size_t>(sample)].get();
+    if (!tree)
+        return 0;
+    const auto totalOf = [tree](const PieChartItem* item) -> qint64 {
+        const int node = tree->indexOfRow(item->getPosition().getRow());
+        return node == ChartTree::none ? 0 : std::max<qint64>(0, tree->at(node).total);
+    };
+    if (!entry.item->isOthers())
+        return totalOf(entry.item);
+    // The taxa that "N others" gathers are this sample's part of the parent that neither the
+    // drawn siblings nor the parent's own count account for.
+    if (entry.parent < 0)
+        return 0;
+    const Entry& parent = entries[entry.parent];
+    const int node = tree->indexOfRow(parent.item->getPosition().getRow());
+    if (node == ChartTree::none)
+        return 0;
+    qint64 rest = tree->at(node).total - std::max<qint64>(0, tree->at(node).count);
+    for (const int sibling : parent.children) {
+        if (!entries[sibling].item->isOthers())
+            rest -= totalOf(entries[sibling].item);
+    }
+    return std::max<qint64>(0, rest);
 }
 
 PieChartItem* BrowserModel::getPieChart() const
@@ -64,7 +119,7 @@ PieChartItem* BrowserModel::itemOf(const QModelIndex& index) const
 
 QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) const
 {
-    if (column < 0 || column >= ColumnCount || row < 0)
+    if (column < 0 || column >= columnCount() || row < 0)
         return QModelIndex();
     if (!parent.isValid()) {
         if (row > 0 || entries.isEmpty())
@@ -100,7 +155,7 @@ int BrowserModel::rowCount(const QModelIndex& parent) const
 
 int BrowserModel::columnCount(const QModelIndex&) const
 {
-    return ColumnCount;
+    return sampleNames.isEmpty() ? int(ColumnCount) : 1 + 2 * sampleNames.size();
 }
 
 QVariant BrowserModel::data(const QModelIndex& index, int role) const
@@ -111,6 +166,8 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     const int column = index.column();
     if (role == IdRole)
         return item->getId();
+    if (column != NameColumn && !sampleNames.isEmpty())
+        return sampleData(entries[entryOf(index)], column, role);
     if (role == SortRole) {
         if (column == NameColumn)
             return item->getChainText();
@@ -135,10 +192,45 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     return QVariant();
 }
 
+QVariant BrowserModel::sampleData(const Entry& entry, int column, int role) const
+{
+    const int sample = (column - CountColumn) / 2;
+    if (sample >= sampleNames.size() || sample >= entry.sampleCounts.size())
+        return QVariant();
+    const qint64 count = entry.sampleCounts.at(sample);
+    const qint64 centre = entries.first().sampleCounts.value(sample);
+    const bool isCount = column == countColumn(sample);
+    const double share = centre > 0 ? 100.0 * static_cast<double>(count) / static_cast<double>(centre) : 0.0;
+    if (role == SortRole)
+        return isCount ? QVariant(count) : QVariant(share);
+    if (role == Qt::DisplayRole) {
+        if (isCount)
+            return QLocale().toString(count);
+        // Nothing at the centre in this sample: no share to speak of.
+        return centre > 0 ? QString::number(share, 'f', 2) : QString();
+    }
+    if (role == Qt::TextAlignmentRole)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    return QVariant();
+}
+
 QVariant BrowserModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation != Qt::Horizontal)
         return QVariant();
+    if (section > NameColumn && !sampleNames.isEmpty()) {
+        const int sample = (section - CountColumn) / 2;
+        if (sample >= sampleNames.size())
+            return QVariant();
+        const QString& name = sampleNames.at(sample);
+        const bool isCount = section == countColumn(sample);
+        // Short headers keep the columns narrow: the tool tip says whose share it is.
+        if (role == Qt::DisplayRole)
+            return isCount ? name : tr("%");
+        if (role == Qt::ToolTipRole)
+            return isCount ? tr("Count in %1").arg(name) : tr("Percentage of the chart's centre in %1").arg(name);
+        return QVariant();
+    }
     if (role == Qt::ToolTipRole && section == PercentageColumn)
         return tr("Percentage of the chart's centre");
     if (role != Qt::DisplayRole)

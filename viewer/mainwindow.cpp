@@ -17,6 +17,7 @@
 #include "viewer/buildreportdialog.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
+#include "viewer/comparewindow.h"
 #include "viewer/palette.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/openedfile.h"
@@ -243,7 +244,8 @@ void MainWindow::createMenusAndToolBars()
     fileMenu->addSeparator();
     fileMenu->addAction(actions->exit);
     menuBar()->addMenu(tr("&Navigation"))->addActions(actions->navigation->actions());
-    menuBar()->addMenu(tr("&View"))->addActions(actions->view->actions());
+    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
+    viewMenu->addActions(actions->view->actions());
     QMenu* toolsMenu = menuBar()->addMenu(tr("&Tools"));
     toolsMenu->addActions(actions->tools->actions());
     // The dock can be closed; this brings it back.
@@ -260,6 +262,7 @@ void MainWindow::createMenusAndToolBars()
     bar(tr("Navigation"), "navigationToolBar", actions->navigation);
     bar(tr("View"), "viewToolBar", actions->view);
     bar(tr("Tools"), "toolsToolBar", actions->tools);
+    createSampleControls(viewMenu);
 }
 
 void MainWindow::setPrompter(std::shared_ptr<nu::Prompter> p)
@@ -359,12 +362,14 @@ void MainWindow::slotBuildNcbiPiechartFinished()
     disconnect(finished, nullptr, this, nullptr);
     switch (finished->getState()) {
     case nu::AsyncTask::Running:
-        // Ended without failing: the working chart is complete.
+        // Ended without failing: the working chart is complete. Its report is read first: the
+        // drawing turns the event loop, where the finished task may be deleted.
+        keepBuildReport(*finished);
         if (!firstTimeGenerate()) {
+            builtReport.reset();
+            taxonomyHint.clear();
             message(QMessageBox::Critical, tr("Problem creating new pie chart"), tr("Pie chart couldn't be generated"));
             setClosed();
-        } else {
-            keepBuildReport(*finished);
         }
         break;
     case nu::AsyncTask::Failed:
@@ -442,19 +447,24 @@ void MainWindow::generate()
         builder.setMinPercentage(minPercentage);
         builder.setCollapse(settings.isCollapsing());
         builder.setRawNames(settings.isShowingRawNames());
-        builder.setTree(tree, colours);
+        builder.setTree(getDrawnTree(), colours);
         builder.read();
         root = builder.takeRootItem();
     }
+    if (!root && showAbsentCentre())
+        return;
     if (!root)
         throw OntologyEmptyException();
     PieChartItem* chart = root.get();
     view->setPieChart(std::move(root));
     browser->setPieChart(chart);
-    browser->setChartTree(tree, App::Settings().isShowingRawNames());
+    browser->setChartTree(getDrawnTree(), App::Settings().isShowingRawNames());
+    showSampleColumns();
     actions->setFileOpened();
     actions->updateNavigation(navigator.isAtRoot());
     updateTitle();
+    if (compareWindow)
+        compareWindow->setOptions(getDrawingOptions());
 }
 
 void MainWindow::slotGenerate()
@@ -470,6 +480,7 @@ void MainWindow::slotGenerate()
 
 void MainWindow::clearPieChart()
 {
+    absentNote->hide();
     browser->setPieChart(nullptr);
     view->setPieChart(nullptr);
 }
@@ -508,11 +519,13 @@ void MainWindow::loadTree()
     });
     tree = std::move(whole);
     colours = std::move(map);
+    updateSamples();
 }
 
 void MainWindow::forgetTree()
 {
     browser->setChartTree(nullptr);
+    forgetSamples();
     // Freeing the tree of the whole NCBI taxonomy takes a tenth of a second or more.
     std::shared_ptr<const ChartTree> old = std::move(tree);
     if (old && old.use_count() == 1 && old->size() > largeTree)
@@ -789,8 +802,10 @@ void MainWindow::slotSliceHovered(const QString& id)
     const QString path = node != ChartTree::none
                              ? tree->getPath(node, App::Settings().isShowingRawNames()).join(QStringLiteral(" › "))
                              : slice->getChainText();
-    const double whole = tree && !tree->isEmpty() && tree->at(0).total > 0
-                             ? 100.0 * slice->getAccumCount() / tree->at(0).total
+    // The share of the whole chart is of the sample drawn.
+    const std::shared_ptr<const ChartTree> drawn = tree ? getDrawnTree() : nullptr;
+    const double whole = drawn && !drawn->isEmpty() && drawn->at(0).total > 0
+                             ? 100.0 * slice->getAccumCount() / drawn->at(0).total
                              : slice->getPercentage();
     // Counts rather than reads: a QIIME chart counts its table's values.
     statusBar()->showMessage(tr("%1: count %2, %3 % of the centre, %4 % of the whole chart")
@@ -929,13 +944,13 @@ ChartExports::Source MainWindow::getExportSource()
         return from;
     try {
         loadTree();
+        from.tree = getDrawnTree();
     } catch (...) {
         // The working file went away under the window: nothing to export.
         from.chart = nullptr;
         return from;
     }
     const App::Settings settings;
-    from.tree = tree;
     from.colours = colours;
     from.fileName = fileHandler.getFileName();
     from.centre = std::max(0, tree->indexOfRow(navigator.getCurrentPosition().getRow()));

@@ -4,6 +4,7 @@
 #include "viewer/chartexports.h"
 #include "viewer/lingeringtasks.h"
 #include "viewer/navigator.h"
+#include "viewer/samplecharts.h"
 #include "viewer/settings.h"
 
 #include <QColor>
@@ -19,6 +20,8 @@
 class QAction;
 class QActionGroup;
 class QDockWidget;
+class QLabel;
+class QMenu;
 
 namespace nu {
 class Prompter;
@@ -38,7 +41,9 @@ class Browser;
 class BuildNcbiPiechartAsyncTask;
 class ChartTree;
 class ColourMap;
+class CompareWindow;
 class NewPiechartWizard;
+class SampleChooser;
 class View;
 
 // The viewer's main window: makes new charts from the wizard's input (Krona and QIIME files
@@ -116,6 +121,11 @@ public:
     int getMaxLevels() const { return maxLevels; }
     double getMinPercentage() const { return minPercentage; }
     bool isBuilding() const { return task != nullptr; }
+    // The samples of the open chart: which one is drawn, Previous and Next.
+    SampleChooser* getSampleChooser() const { return sampleChooser; }
+    QAction* getCompareAction() const { return viewCompare; }
+    // The open View > Compare window, or null.
+    CompareWindow* getCompareWindow() const;
 
 public slots:
     void slotFileNew();
@@ -135,6 +145,10 @@ public slots:
     void slotViewMatchColours();
     // Shows the hovered slice's path, count and shares in the status bar.
     void slotSliceHovered(const QString& id);
+    // Draws another sample of the chart with the same centre, levels and colours.
+    void slotSampleChosen(int sample);
+    // Asks which samples to compare and shows them side by side.
+    void slotViewCompare();
     void slotToolsEditor();
     void slotHelpAbout();
 
@@ -156,6 +170,18 @@ private:
     // be) and selects it.
     void showTreeNode(int node);
     void createMenusAndToolBars();
+    // The sample chooser on a tool bar of its own, Previous, Next and Compare in the View menu.
+    void createSampleControls(QMenu* viewMenu);
+    // The open chart's samples, once its tree is read: the chooser filled anew for another chart.
+    void updateSamples();
+    void forgetSamples();
+    void showSampleColumns();
+    // The tree of the sample drawn; the tree as read for a chart of one sample.
+    std::shared_ptr<const ChartTree> getDrawnTree();
+    SampleCharts::Options getDrawingOptions() const;
+    // A chart of several samples whose centre holds nothing in the sample drawn: an empty view
+    // that says so, the chart kept open to step out of it or choose another sample.
+    bool showAbsentCentre();
     void startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source);
     void buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source);
     // Marks the new chart unsaved and draws it; false when it could not be drawn.
@@ -203,6 +229,13 @@ private:
     std::shared_ptr<const ColourMap> colours;
     // Colours taken from another chart (View > Match colours to…), by taxon key.
     QHash<QString, QColor> matchedColours;
+    SampleChooser* sampleChooser = nullptr;
+    QAction* viewCompare = nullptr;
+    QLabel* absentNote = nullptr;
+    std::shared_ptr<SampleCharts> sampleCharts;
+    QPointer<CompareWindow> compareWindow;
+    // The samples last compared, chosen again by default.
+    QList<int> compared;
 };
 
 } // namespace Viewer
