@@ -187,18 +187,23 @@ std::vector<SourceKreport::Row> SourceCombinedKreport::rowsOfColumn(const Sample
         if (kept[i] && parents[i] >= 0)
             kept[size_t(parents[i])] = 1;
     }
+    // A row kept for its children whose own value was passed over counts none.
+    const auto count = [&sampleTable, this](size_t row, int which) {
+        const double value = sampleTable.getValue(row, column, which);
+        return std::isnan(value) ? qint64(0) : qint64(value);
+    };
     std::vector<Row> rows;
     unclassified = 0;
     for (size_t i = 0; i < all.size(); ++i) {
         if (!kept[i])
             continue;
         const SampleTable::Row& row = all[i];
-        const qint64 clade = qint64(sampleTable.getValue(i, column, 0));
+        const qint64 clade = count(i, 0);
         if (row.keys.at(0) == QLatin1String("0")) {
             unclassified = addCounts(unclassified, clade);
             continue;
         }
-        rows.push_back(Row{clade, qint64(sampleTable.getValue(i, column, 1)), row.depth, row.line, row.keys.at(0),
+        rows.push_back(Row{clade, count(i, 1), row.depth, row.line, row.keys.at(0),
                            row.keys.at(1), row.keys.at(2)});
     }
     return rows;

@@ -8,7 +8,9 @@
 #include "viewer/newpiechartwizard_qiimesourcefilewizardpage.h"
 #include "viewer/newpiechartwizard_taxidssourcefilewizardpage.h"
 
+#include <QFileInfo>
 #include <QIcon>
+#include <QSet>
 #include <QVariant>
 
 namespace Sorvik {
@@ -105,21 +107,97 @@ const Zem::Ontology::InputFormat* NewPiechartWizard::getFormat() const
 
 QString NewPiechartWizard::getInputFileName() const
 {
+    return getInputFileNames().value(0);
+}
+
+QStringList NewPiechartWizard::getInputFileNames() const
+{
     const Zem::Ontology::InputFormat* format = getFormat();
     if (!format)
-        return QString();
-    // Detection reads the file named on the input file page, whatever format it finds.
+        return QStringList();
+    // Detection reads the files named on the input file page, whatever format it finds.
     const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));
     const FilePage* page = typePage->getChosenWord() == detectWord ? nullptr : findFilePage(format->word);
-    return field(QLatin1String(page ? page->fileField : "input-source-filename")).toString();
+    return NewPieChartWizard_SourceFileWizardPage::splitFileNames(
+        field(QLatin1String(page ? page->fileField : "input-source-filename")).toString());
 }
 
 Zem::Ontology::InputFormat::Options NewPiechartWizard::getOptions() const
 {
     Zem::Ontology::InputFormat::Options options;
-    options.column = field(QStringLiteral("qiime-source-column")).toInt();
+    const auto* columnPage = static_cast<const NewPieChartWizard_QiimeSourceColumnWizardPage*>(page(QiimeColumn));
+    options.column = columnPage->getChosenColumns().value(0, 0);
     options.keepUnclassified = field(QStringLiteral("input-keep-unclassified")).toBool();
     return options;
+}
+
+QList<QPair<int, QString>> NewPiechartWizard::getColumnsOf(const QString& fileName) const
+{
+    const auto* columnPage = static_cast<const NewPieChartWizard_QiimeSourceColumnWizardPage*>(page(QiimeColumn));
+    // The page offers the first file's columns; with all of them, every file gives its own.
+    const QStringList names = columnPage->isAllColumns() ? getFormat()->readColumns(fileName) : columnPage->getColumns();
+    QList<QPair<int, QString>> columns;
+    for (int i = 0; i < names.size(); ++i) {
+        if (columnPage->isAllColumns() || columnPage->getChosenColumns().contains(i))
+            columns.append({i, names.at(i)});
+    }
+    // A file without the columns stays a sample, for its reader to say what is wrong with it.
+    if (names.isEmpty())
+        columns.append({0, QString()});
+    return columns;
+}
+
+std::vector<NewPiechartWizard::Sample> NewPiechartWizard::getSamples() const
+{
+    const Zem::Ontology::InputFormat* format = getFormat();
+    std::vector<Sample> samples;
+    if (!format)
+        return samples;
+    const QStringList fileNames = getInputFileNames();
+    QSet<QString> used;
+    const auto add = [&samples, &used](QString name, const QString& fileName, const Zem::Ontology::InputFormat::Options& options) {
+        // Two files of one name in different folders, or a column named twice.
+        const QString base = name;
+        for (int n = 2; used.contains(name); ++n)
+            name = QStringLiteral("%1 (%2)").arg(base).arg(n);
+        used.insert(name);
+        samples.push_back(Sample{name, fileName, options});
+    };
+    for (const QString& fileName : fileNames) {
+        Zem::Ontology::InputFormat::Options options = getOptions();
+        if (!format->readColumns) {
+            add(sampleNameOf(fileName), fileName, options);
+            continue;
+        }
+        for (const auto& [column, name] : getColumnsOf(fileName)) {
+            options.column = column;
+            const QString fileSample = sampleNameOf(fileName);
+            add(name.isEmpty() ? fileSample : fileNames.size() > 1 ? fileSample + QLatin1Char(' ') + name : name, fileName, options);
+        }
+    }
+    return samples;
+}
+
+QString NewPiechartWizard::sampleNameOf(const QString& fileName)
+{
+    static const QStringList extensions{
+        QStringLiteral(".gz"),      QStringLiteral(".txt"),   QStringLiteral(".tsv"),     QStringLiteral(".tab"),
+        QStringLiteral(".csv"),     QStringLiteral(".kreport"), QStringLiteral(".kreport2"), QStringLiteral(".report"),
+        QStringLiteral(".profile"), QStringLiteral(".krona"), QStringLiteral(".bracken"), QStringLiteral(".kraken"),
+        QStringLiteral(".kraken2"), QStringLiteral(".reads"), QStringLiteral(".out"),
+    };
+    QString name = QFileInfo(fileName).fileName();
+    for (bool stripped = true; stripped;) {
+        stripped = false;
+        for (const QString& extension : extensions) {
+            if (name.size() > extension.size() && name.endsWith(extension, Qt::CaseInsensitive)) {
+                name.chop(extension.size());
+                stripped = true;
+                break;
+            }
+        }
+    }
+    return name;
 }
 
 } // namespace Viewer

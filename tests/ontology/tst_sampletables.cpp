@@ -217,6 +217,10 @@ private slots:
             << "kreport-combined"
             << kreportHeader + "1\t9\t0\t9\t0\t0\t0\tR\t1\troot\n1\t9\t0\t0\t0\t0\t0\tD\t2\t  A\n1\t9\t9\t9\t9\t0\t0\tS\t3\t    B\n"
             << 0 << "root:9(A:0(B:9))" << "";
+        QTest::newRow("kreport: a bad value above the sample's reads")
+            << "kreport-combined"
+            << kreportHeader + "1\t9\t0\t9\t0\t0\t0\tR\t1\troot\n1\t9\t0\tx\t0\t0\t0\tD\t2\t  A\n1\t9\t9\t9\t9\t0\t0\tS\t3\t    B\n"
+            << 0 << "root:9(A:0(B:9))" << "line 3: 'x' is not a count";
         QTest::newRow("kreport: no header") << "kreport-combined" << QByteArray("1\t9\t0\tR\t1\troot\n") << 0 << "root"
                                             << "line 1: it is no header of combined reports";
         QTest::newRow("kreport: a sample beyond the table")
