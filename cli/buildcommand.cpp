@@ -6,6 +6,7 @@
 #include "cli/progressbar.h"
 #include "cli/taskrunner.h"
 #include "ontology/buildersource.h"
+#include "ontology/chartsamples.h"
 #include "ontology/inputformat.h"
 #include "ontology/inputsample.h"
 #include "ontology/nodekeys.h"
@@ -17,6 +18,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QTextStream>
 
 #include <unistd.h>
@@ -29,6 +31,8 @@ using Zem::Ontology::InputFormat;
 namespace {
 // The FORMAT that asks for the format to be told from the file.
 const QString autoWord = QStringLiteral("auto");
+const QString allColumnsOption = QStringLiteral("all-columns");
+const QString nameOption = QStringLiteral("name");
 } // namespace
 
 QString BuildCommand::getName() const
@@ -60,7 +64,10 @@ void BuildCommand::setUp(QCommandLineParser& parser)
     for (const InputFormat& format : InputFormat::all())
         formats << QStringLiteral("%1 (%2)").arg(format.word, format.description);
     parser.addPositionalArgument(QStringLiteral("FORMAT"), formats.join(QStringLiteral(", ")) + QLatin1Char('.'));
-    parser.addPositionalArgument(QStringLiteral("INPUT"), QStringLiteral("The input file."));
+    parser.addPositionalArgument(QStringLiteral("INPUT"),
+                                 QStringLiteral("The input file; several make a chart of several samples, one per "
+                                                "file, named after it."),
+                                 QStringLiteral("INPUT..."));
     parser.addOption({{QStringLiteral("o"), QStringLiteral("output")}, QStringLiteral("The chart file to write."),
                       QStringLiteral("OUT")});
     parser.addOption({{QStringLiteral("t"), QStringLiteral("taxonomy")},
@@ -74,6 +81,12 @@ void BuildCommand::setUp(QCommandLineParser& parser)
                       QStringLiteral("The value column of %1, 0 for the first sample column (default 0).")
                           .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })),
                       QStringLiteral("N"), QStringLiteral("0")});
+    parser.addOption({allColumnsOption,
+                      QStringLiteral("One sample per value column of %1, named by the header.")
+                          .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); }))});
+    parser.addOption({nameOption,
+                      QStringLiteral("The samples' names, one per sample in their order, separated by commas."),
+                      QStringLiteral("A,B,...")});
     parser.addOption({QStringLiteral("no-unclassified"),
                       QStringLiteral("Leaves unclassified reads out of %1 (they have a slice of their own by default).")
                           .arg(InputFormat::listWords([](const InputFormat& f) { return f.hasUnclassified; }))});
@@ -85,17 +98,16 @@ void BuildCommand::setUp(QCommandLineParser& parser)
 
 int BuildCommand::execute(const QCommandLineParser& parser)
 {
-    const QStringList arguments = parser.positionalArguments();
+    QStringList arguments = parser.positionalArguments();
     if (arguments.size() < 2)
         return usage(arguments.isEmpty() ? QStringLiteral("missing FORMAT and INPUT") : QStringLiteral("missing INPUT"));
-    if (arguments.size() > 2)
-        return usage(QStringLiteral("too many arguments"));
-    const bool detect = arguments.at(0) == autoWord;
-    const InputFormat* format = detect ? nullptr : InputFormat::find(arguments.at(0));
-    const QString input = arguments.at(1);
+    const QString word = arguments.takeFirst();
+    const QStringList inputs = arguments;
+    const bool detect = word == autoWord;
+    const InputFormat* format = detect ? nullptr : InputFormat::find(word);
     if (!format && !detect) {
         return usage(QStringLiteral("unknown format '%1' (use %2 or %3)")
-                         .arg(arguments.at(0), autoWord, InputFormat::getWords().join(QStringLiteral(", "))));
+                         .arg(word, autoWord, InputFormat::getWords().join(QStringLiteral(", "))));
     }
     const QString output = parser.value(QStringLiteral("output"));
     if (output.isEmpty())
@@ -110,21 +122,25 @@ int BuildCommand::execute(const QCommandLineParser& parser)
     options.column = parser.value(QStringLiteral("column")).toInt(&columnOk);
     if (!columnOk || options.column < 0)
         return usage(QStringLiteral("--column needs a number from 0"));
+    if (parser.isSet(allColumnsOption) && parser.isSet(QStringLiteral("column")))
+        return usage(QStringLiteral("--column and --all-columns exclude each other"));
     options.keepUnclassified = !parser.isSet(QStringLiteral("no-unclassified"));
 
-    // Pipes are welcome too (process substitution, /dev/stdin); folders are not.
-    const QFileInfo inputInfo(input);
-    if (!inputInfo.exists() || inputInfo.isDir() || !inputInfo.isReadable())
-        return fail(QStringLiteral("cannot read %1").arg(input));
-    if (QFileInfo(output).absoluteFilePath() == inputInfo.absoluteFilePath())
-        return usage(QStringLiteral("OUT must not be INPUT"));
+    for (const QString& input : inputs) {
+        // Pipes are welcome too (process substitution, /dev/stdin); folders are not.
+        const QFileInfo inputInfo(input);
+        if (!inputInfo.exists() || inputInfo.isDir() || !inputInfo.isReadable())
+            return fail(QStringLiteral("cannot read %1").arg(input));
+        if (QFileInfo(output).absoluteFilePath() == inputInfo.absoluteFilePath())
+            return usage(QStringLiteral("OUT must not be INPUT"));
+    }
     if (detect) {
         // A pipe can be read only once, and telling its format would use up its first lines.
-        if (!inputInfo.isFile())
+        if (!QFileInfo(inputs.first()).isFile())
             return usage(QStringLiteral("%1 needs a file, not a pipe: name the format").arg(autoWord));
         // Options that do not apply to the format found are passed over: a script may give
-        // them for whatever comes.
-        const int detected = detectFormat(input, format);
+        // them for whatever comes. The first input tells the format of all.
+        const int detected = detectFormat(inputs.first(), format);
         if (detected != Success)
             return detected;
     }
@@ -134,19 +150,71 @@ int BuildCommand::execute(const QCommandLineParser& parser)
         return fail(noDataFolderMessage());
     if (format->needsTaxonomy && QFileInfo(taxonomy).absoluteFilePath() == QFileInfo(output).absoluteFilePath())
         return usage(QStringLiteral("OUT must not be the taxonomy file"));
-    // A pipe goes to the source unchecked.
-    if (inputInfo.isFile()) {
+    const bool allColumns = parser.isSet(allColumnsOption) && format->readColumns;
+    for (const QString& input : inputs) {
+        // A pipe goes to the source unchecked.
+        if (!QFileInfo(input).isFile())
+            continue;
         const int problem = checkInput(*format, input, options);
         if (problem != Success)
             return problem;
     }
+    const QStringList names = parser.isSet(nameOption)
+                                  ? parser.value(nameOption).split(QLatin1Char(','))
+                                  : QStringList();
+    std::vector<SampleInput> samples;
+    const int listed = listSamples(*format, inputs, names, allColumns, options, samples);
+    if (listed != Success)
+        return listed;
 
     ProgressBar bar(err, !parser.isSet(QStringLiteral("quiet")) && ::isatty(STDERR_FILENO));
-    auto source = format->makeSource(input, options);
+    const QString label = inputs.size() == 1 ? inputs.first() : QStringLiteral("the inputs");
     Zem::Ontology::BuildReport report;
-    const int built = format->needsTaxonomy ? buildWithTask(std::move(source), output, taxonomy, bar, report)
-                                            : buildPaths(std::move(source), input, output, bar, report);
-    return built == Success ? finish(report, input, output, parser.isSet(QStringLiteral("strict"))) : built;
+    const int built = format->needsTaxonomy ? buildWithTask(*format, samples, output, taxonomy, bar, report)
+                                            : buildPaths(*format, samples, label, output, bar, report);
+    return built == Success ? finish(report, label, output, parser.isSet(QStringLiteral("strict"))) : built;
+}
+
+int BuildCommand::listSamples(const InputFormat& format, const QStringList& inputs, const QStringList& names,
+                              bool allColumns, const InputFormat::Options& options, std::vector<SampleInput>& samples)
+{
+    QStringList derived;
+    for (const QString& input : inputs) {
+        if (!allColumns) {
+            samples.push_back({QString(), input, options});
+            derived << Zem::Ontology::ChartSamples::nameOfFile(input);
+            continue;
+        }
+        const QStringList columns = format.readColumns(input);
+        if (columns.isEmpty())
+            return fail(QStringLiteral("%1 has no %2 header with value columns").arg(input, format.name));
+        for (int column = 0; column < columns.size(); ++column) {
+            InputFormat::Options one = options;
+            one.column = column;
+            samples.push_back({QString(), input, one});
+            derived << columns.at(column).trimmed();
+        }
+    }
+    if (!names.isEmpty()) {
+        if (names.size() != int(samples.size()))
+            return usage(QStringLiteral("--name gives %1 names for %2 samples").arg(names.size()).arg(samples.size()));
+        QSet<QString> seen;
+        for (const QString& name : names) {
+            if (name.trimmed().isEmpty())
+                return usage(QStringLiteral("--name gives an empty name"));
+            if (seen.contains(name.trimmed()))
+                return usage(QStringLiteral("--name gives '%1' twice: each sample needs a name of its own")
+                                 .arg(name.trimmed()));
+            seen.insert(name.trimmed());
+        }
+        derived.clear();
+        for (const QString& name : names)
+            derived << name.trimmed();
+    }
+    derived = Zem::Ontology::ChartSamples::makeUnique(derived);
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i].name = derived.at(int(i));
+    return Success;
 }
 
 int BuildCommand::finish(const Zem::Ontology::BuildReport& report, const QString& input, const QString& output,
@@ -171,6 +239,10 @@ int BuildCommand::checkOptions(const QCommandLineParser& parser, const InputForm
     }
     if (parser.isSet(QStringLiteral("column")) && !format.readColumns) {
         return usage(QStringLiteral("--column applies to %1 only")
+                         .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })));
+    }
+    if (parser.isSet(allColumnsOption) && !format.readColumns) {
+        return usage(QStringLiteral("--all-columns applies to %1 only")
                          .arg(InputFormat::listWords([](const InputFormat& f) { return bool(f.readColumns); })));
     }
     if (parser.isSet(QStringLiteral("no-unclassified")) && !format.hasUnclassified) {
@@ -218,8 +290,9 @@ int BuildCommand::checkInput(const InputFormat& format, const QString& input, co
     return Success;
 }
 
-int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, const QString& output,
-                                const QString& taxonomy, ProgressBar& bar, Zem::Ontology::BuildReport& report)
+int BuildCommand::buildWithTask(const InputFormat& format, const std::vector<SampleInput>& samples,
+                                const QString& output, const QString& taxonomy, ProgressBar& bar,
+                                Zem::Ontology::BuildReport& report)
 {
     // A chart given as the taxonomy would add its counts to the input's, and a rebuild would
     // overwrite it.
@@ -236,7 +309,8 @@ int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, c
     auto task = std::make_unique<Viewer::BuildNcbiPiechartAsyncTask>();
     task->setNcbiOntologyFile(taxonomy);
     task->setTargetFile(output);
-    task->setSource(std::move(source));
+    for (const SampleInput& sample : samples)
+        task->addSample(sample.name, format.makeSource(sample.file, sample.options));
     task->setKeepEmptyChart(false);
     // A cancelled or failed run leaves the earlier chart and the cache as they were.
     const int state = TaskRunner::run(*task, bar);
@@ -256,13 +330,15 @@ int BuildCommand::buildWithTask(std::unique_ptr<Zem::Ontology::Source> source, c
     return Success;
 }
 
-int BuildCommand::buildPaths(std::unique_ptr<Zem::Ontology::Source> source, const QString& input,
-                             const QString& output, ProgressBar& bar, Zem::Ontology::BuildReport& report)
+int BuildCommand::buildPaths(const InputFormat& format, const std::vector<SampleInput>& samples,
+                             const QString& input, const QString& output, ProgressBar& bar,
+                             Zem::Ontology::BuildReport& report)
 {
     Interruption interruption;
     try {
         Zem::Ontology::BuilderSource builder(output);
-        builder.addSource(std::move(source));
+        for (const SampleInput& sample : samples)
+            builder.addSample(sample.name, format.makeSource(sample.file, sample.options));
         builder.setCancelCheck(&Interruption::isRequested);
         bar.follow(builder, QStringLiteral("Building piechart..."), 3);
         builder.load();

@@ -5,6 +5,7 @@
 #include "cli/htmlcommand.h"
 #include "cli/importtaxonomycommand.h"
 #include "cli/infocommand.h"
+#include "cli/mergecommand.h"
 #include "cli/rendercommand.h"
 #include "cli/tablecommand.h"
 #include "cli/updatetaxonomycommand.h"
@@ -22,6 +23,7 @@ CommandLine::CommandLine(QTextStream& o, QTextStream& e)
     commands.push_back(std::make_unique<ImportTaxonomyCommand>(out, err));
     commands.push_back(std::make_unique<UpdateTaxonomyCommand>(out, err));
     commands.push_back(std::make_unique<BuildCommand>(out, err));
+    commands.push_back(std::make_unique<MergeCommand>(out, err));
     commands.push_back(std::make_unique<RenderCommand>(out, err));
     commands.push_back(std::make_unique<TableCommand>(out, err));
     commands.push_back(std::make_unique<HtmlCommand>(out, err));

@@ -1,5 +1,6 @@
 #include "cli/infocommand.h"
 
+#include "ontology/chartsamples.h"
 #include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "ontology/rootreader.h"
@@ -18,7 +19,8 @@ QString InfoCommand::getName() const
 QString InfoCommand::getSummary() const
 {
     return QStringLiteral("Prints the node number, counted flag, root and total of an ontology file, and of a "
-                          "chart its unknown and unclassified reads.");
+                          "chart its unknown and unclassified reads (of its first sample) and its samples with "
+                          "their totals.");
 }
 
 void InfoCommand::setUp(QCommandLineParser& parser)
@@ -42,6 +44,22 @@ void InfoCommand::printPlacedReads(const Zem::Ontology::Ontology& ontology)
     out << "unknown: " << unknown << '\n' << "unclassified: " << unclassified << '\n';
 }
 
+QStringList InfoCommand::listSamples(const Zem::Ontology::Ontology& ontology)
+{
+    using Zem::Ontology::ChartSamples;
+    QStringList lines;
+    const std::vector<ChartSamples::Stored> samples = ChartSamples::read(ontology);
+    if (samples.empty())
+        return lines;
+    lines << QStringLiteral("samples: %1").arg(samples.size());
+    for (const ChartSamples::Stored& sample : samples) {
+        const auto entries = ChartSamples::decode(sample.counts, ontology.getNodeNumber());
+        const qint64 total = !entries.empty() && entries.front().row == 0 ? entries.front().total : 0;
+        lines << QStringLiteral("sample: %1\t%2").arg(sample.name).arg(total);
+    }
+    return lines;
+}
+
 int InfoCommand::execute(const QCommandLineParser& parser)
 {
     const QStringList files = parser.positionalArguments();
@@ -51,6 +69,7 @@ int InfoCommand::execute(const QCommandLineParser& parser)
 
     try {
         const Zem::Ontology::Ontology ontology(file);
+        const QStringList samples = listSamples(ontology);
         const auto node = Zem::Ontology::RootReader::read(ontology);
         const QString& root = node.id;
         const QString total = node.data.value(Zem::Ontology::NodeKey::accumCount).toString();
@@ -60,6 +79,8 @@ int InfoCommand::execute(const QCommandLineParser& parser)
             << "total: " << total << '\n';
         if (ontology.isCounted())
             printPlacedReads(ontology);
+        for (const QString& line : samples)
+            out << line << '\n';
         out.flush();
         return Success;
     } catch (const std::exception& e) {

@@ -11,8 +11,9 @@ class Ontology;
 namespace Sorvik {
 namespace Cli {
 
-// sorvik-cli info FILE: the header values and root of an ontology file, and for a chart the
-// reads it holds under "unknown" and "unclassified".
+// sorvik-cli info FILE: the header values and root of an ontology file, for a chart the reads it
+// holds under "unknown" and "unclassified", and for a chart of several samples their names and
+// totals ("samples: N", then "sample: NAME<TAB>TOTAL" each).
 class InfoCommand : public Command
 {
 public:
@@ -27,6 +28,8 @@ protected:
 
 private:
     void printPlacedReads(const Zem::Ontology::Ontology& ontology);
+    // Nothing for a chart of one sample; throws for a damaged samples table before printing.
+    QStringList listSamples(const Zem::Ontology::Ontology& ontology);
 };
 
 } // namespace Cli

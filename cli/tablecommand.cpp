@@ -69,15 +69,36 @@ int TableCommand::execute(const QCommandLineParser& parser)
     } catch (const std::exception& e) {
         return fail(chartFile + QLatin1String(": ") + QString::fromUtf8(e.what()));
     }
-    // A chart holds one sample so far, named after its file.
+    // One sample's counts, or all of them: the chart's own columns then hold every sample added up.
     const QString sample = parser.value(sampleOption);
-    const QString only = QFileInfo(chartFile).completeBaseName();
-    if (!sample.isEmpty() && sample != allSamples && sample != only)
-        return fail(QStringLiteral("%1: the chart has no sample \"%2\"; its sample is \"%3\"")
-                        .arg(chartFile, sample, only));
+    std::vector<Viewer::ChartTree::Sample> samples = tree->getSamples();
+    bool columns = false;
+    if (!sample.isEmpty() && sample != allSamples) {
+        const int index = tree->indexOfSample(sample);
+        if (index == Viewer::ChartTree::none) {
+            QStringList names;
+            for (const auto& one : samples)
+                names << QLatin1Char('"') + one.name + QLatin1Char('"');
+            return fail(QStringLiteral("%1: the chart has no sample \"%2\"; its %3 %4")
+                            .arg(chartFile, sample,
+                                 names.size() == 1 ? QStringLiteral("sample is") : QStringLiteral("samples are"),
+                                 names.join(QStringLiteral(", "))));
+        }
+        if (index != tree->getSample())
+            tree = std::make_shared<const Viewer::ChartTree>(tree->ofSample(index));
+    } else if (samples.size() > 1) {
+        tree = std::make_shared<const Viewer::ChartTree>(tree->ofSample(Viewer::ChartTree::allSamples));
+        columns = true;
+    }
 
     Viewer::ChartTable table(*tree);
     table.setRawNames(parser.isSet(rawNamesOption));
+    for (int i = 0; columns && i < static_cast<int>(samples.size()); ++i) {
+        std::vector<qint64> counts;
+        std::vector<qint64> totals;
+        tree->getCounts(i, counts, totals);
+        table.addSample(samples[static_cast<size_t>(i)].name, std::move(totals));
+    }
     try {
         if (!output.isEmpty()) {
             table.save(output, format);

@@ -6,12 +6,14 @@
 #include "nu/linereader.h"
 #include "nu/parser/bcp.h"
 #include "ontology/buildersource.h"
+#include "ontology/chartsamples.h"
 #include "ontology/inputformat.h"
 #include "ontology/inputsample.h"
 #include "ontology/ontology.h"
 #include "ontology/reader.h"
 #include "ontology/rootreader.h"
 #include "ontology/sourcebcp.h"
+#include "ontology/sourcechart.h"
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekronatext.h"
 #include "ontology/sourcemgtaxatext.h"
@@ -271,6 +273,45 @@ void runOntology(const QByteArray& data)
     }
 }
 
+// A chart of two samples whose second sample's counts are the input, after its first byte: the
+// samples table read as merging reads it. The first byte alone is also the number of rows the
+// counts are decoded against.
+void runSamples(const QByteArray& data)
+{
+    try {
+        ChartSamples::decode(data.mid(1), data.isEmpty() ? 0 : quint8(data.at(0)));
+    } catch (const ChartSamples::InvalidFormatException&) {
+    }
+    const QString chart = workFolder().filePath(QStringLiteral("samples.ontology"));
+    QFile::remove(chart);
+    {
+        BuilderSource builder(chart);
+        builder.addSample(QStringLiteral("a"), std::make_unique<SourceKronaText>(writeInput(
+                                                   "3\tBacteria\tFirmicutes\n5\tBacteria\n", QStringLiteral("a.krona"))));
+        builder.addSample(QStringLiteral("b"),
+                          std::make_unique<SourceKronaText>(writeInput("2\tArchaea\n", QStringLiteral("b.krona"))));
+        builder.load();
+        builder.count(false);
+        builder.build();
+    }
+    {
+        nu::database::Connection connection(QStringLiteral("fuzz-samples"), chart, false);
+        if (!connection.open())
+            return;
+        QSqlQuery query(connection.getDatabase());
+        query.prepare(QStringLiteral("UPDATE samples SET counts = ? WHERE sample = 1"));
+        query.bindValue(0, data.mid(1));
+        query.exec();
+    }
+    try {
+        BuilderSource merged(outputFile());
+        SourceChart(chart, std::make_shared<SourceChart::Keys>()).read(merged);
+        merged.count(false);
+        merged.build();
+    } catch (const ChartSamples::InvalidFormatException&) {
+    }
+}
+
 QByteArray gzip(const QByteArray& data)
 {
     z_stream z{};
@@ -350,7 +391,7 @@ const std::map<QString, std::function<void(const QByteArray&)>>& targets()
         {QStringLiteral("krona"), runKrona},             {QStringLiteral("qiime"), runQiime},
         {QStringLiteral("bcp"), runBcp},                 {QStringLiteral("taxdump"), runTaxdump},
         {QStringLiteral("chartfile"), runChartFile},     {QStringLiteral("ontology"), runOntology},
-        {QStringLiteral("linereader"), runLineReader},
+        {QStringLiteral("linereader"), runLineReader},   {QStringLiteral("samples"), runSamples},
         {QStringLiteral("detect"), runDetect},
     };
     static const bool formats = [] {
@@ -437,6 +478,10 @@ void writeSeeds(const QString& target, const QString& folderName)
     const QDir folder(folderName);
     if (target == QLatin1String("ontology")) {
         writeOntologySeeds(folder);
+    } else if (target == QLatin1String("samples")) {
+        // Counts of rows 0, 1 and 3 of a chart of four rows, and of none.
+        writeSeed(folder.filePath(QStringLiteral("entries")), QByteArray("\x04\x01\x02\x05\x01\x02\x00\x02\x03\x00", 10));
+        writeSeed(folder.filePath(QStringLiteral("empty")), QByteArray("\x04", 1));
     } else if (target == QLatin1String("bcp")) {
         writeSeed(folder.filePath(QStringLiteral("small.dmp")),
                   smallNodes + "562\t|\tEscherichia coli\t|\t\t|\tscientific name\t|\n562\t|\tE. coli\t|\t\t|\tsynonym\t|");

@@ -198,7 +198,7 @@ void Builder::link(Node* parent, Node* child)
     // The usual node has one parent, so "already a child?" is answered from the child itself;
     // only nodes that ever had several parents pay for a scan of the parent's children.
     if (!child->manyParents) {
-        if (child->parent == parent)
+        if (child->parent == parent || (keepFirstParent && child->parent))
             return;
         if (child->parent == nullptr) {
             child->parent = parent;
@@ -290,6 +290,10 @@ void Builder::build()
 }
 
 void Builder::writeExtras(QSqlDatabase&)
+{
+}
+
+void Builder::rowWritten(const Node&, int)
 {
 }
 
@@ -516,6 +520,7 @@ void Builder::Writer::insertNode(Node* node)
     // Prepared once, re-bound for every batch of rows.
     if (!insert)
         prepareInsert();
+    builder->rowWritten(*node, inserted);
     rows.push_back({node->id, static_cast<int>(node->children.size()), node->getDataString()});
     if (rows.size() == size_t(rowsPerStatement))
         flushRows();

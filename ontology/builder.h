@@ -169,13 +169,17 @@ public:
     // The same for sources that hold their nodes already, saving the look-ups by id.
     void addChild(Node* parent, Node* child);
 
-    void count(bool trim);
+    // Virtual so that a builder of several samples counts them all.
+    virtual void count(bool trim);
     void build();
     void setWriterCommitSize(int size);
 
     // Asked now and then during long loops; when it answers true, the loop throws
     // CancelledException. The build task points it at its thread's interruption request.
     void setCancelCheck(std::function<bool()> check);
+    // Whether a node linked under a parent stays there when linked under another: samples whose
+    // trees disagree (a report's taxon placed elsewhere) keep one tree, the first sample's.
+    void setKeepFirstParent(bool keep) { keepFirstParent = keep; }
     void checkCancelled(int step);
 
 signals:
@@ -192,6 +196,9 @@ protected:
     // Called as the file is written, before its last commit: a subclass adds tables or info rows
     // of its own there, so they are in the file when it takes its name, and never without it.
     virtual void writeExtras(QSqlDatabase& database);
+    // Called for every row as it is written, in row order: a node under several parents has a row
+    // under each.
+    virtual void rowWritten(const Node& node, int row);
 
     nu::ManualTimer timer{1000};
 
@@ -221,6 +228,7 @@ private:
     uint hashSeed = 0;
     int writerCommitSize = 10000;
     bool counted = false;
+    bool keepFirstParent = false;
     std::function<bool()> cancelCheck;
 };
 

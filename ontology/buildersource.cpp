@@ -21,18 +21,76 @@ void BuilderSource::addSource(std::unique_ptr<Source> source)
         sources.push_back(std::move(source));
 }
 
+void BuilderSource::addSample(const QString& name, std::unique_ptr<Source> source)
+{
+    if (source)
+        sampleSources.emplace_back(samples.add(name), std::move(source));
+}
+
+void BuilderSource::setSampleStep(std::function<void(BuilderSource&)> step)
+{
+    sampleStep = std::move(step);
+}
+
 void BuilderSource::load()
 {
-    for (size_t i = 0; i < sources.size(); ++i) {
-        emit signalSourceReadingStart(static_cast<int>(i), sources[i]->getDescription());
-        sources[i]->read(*this);
+    int index = 0;
+    for (const auto& source : sources) {
+        emit signalSourceReadingStart(index++, source->getDescription());
+        source->read(*this);
     }
+    // One sample keeps its counts in the nodes, as a chart of one input always has.
+    const bool apart = sampleSources.size() > 1;
+    setKeepFirstParent(apart);
+    for (const auto& [sample, source] : sampleSources) {
+        emit signalSourceReadingStart(index++, source->getDescription());
+        source->read(*this);
+        if (sampleStep)
+            sampleStep(*this);
+        if (apart)
+            samples.take(sample, *this);
+    }
+}
+
+void BuilderSource::count(bool trim)
+{
+    severalSamples = samples.size() > 1;
+    if (!severalSamples) {
+        // A single sample given by a source of samples (one chart merged) is a plain chart.
+        if (samples.size() == 1 && sampleSources.empty())
+            samples.restore(0, *this);
+        Builder::count(trim);
+        return;
+    }
+    samples.makeNamesUnique();
+    samples.putSums(*this);
+    Builder::count(trim);
+    samples.putFirst(*this);
+}
+
+void BuilderSource::writeExtras(QSqlDatabase& database)
+{
+    if (!severalSamples)
+        return;
+    if (!ChartSamples::write(database, samples.encode(*this)))
+        throw StatementExecException();
+}
+
+void BuilderSource::rowWritten(const Node& node, int row)
+{
+    if (severalSamples)
+        samples.noteRow(node, row);
 }
 
 BuildReport BuilderSource::getReport() const
 {
     BuildReport report;
-    for (const auto& source : sources) {
+    std::vector<const Source*> all;
+    for (const auto& source : sources)
+        all.push_back(source.get());
+    for (const auto& sample : sampleSources)
+        all.push_back(sample.second.get());
+    for (const Source* source : all) {
         BuildReport read;
         read.linesRead = source->getLinesRead();
         read.linesSkipped = source->getLinesSkipped();

@@ -67,6 +67,25 @@ void NodeData::insert(const QString& key, const QString& value)
     ++count;
 }
 
+bool NodeData::remove(const QString& key)
+{
+    Entry* first = entries();
+    for (int i = 0; i < count; ++i) {
+        if (first[i].first != key)
+            continue;
+        if (spill) {
+            spill->erase(spill->begin() + i);
+        } else {
+            for (int j = i; j + 1 < count; ++j)
+                local[j] = std::move(local[j + 1]);
+            local[count - 1] = Entry();
+        }
+        --count;
+        return true;
+    }
+    return false;
+}
+
 QVariantMap NodeData::toVariantMap() const
 {
     QVariantMap map;

@@ -30,6 +30,8 @@ public:
     bool contains(const QString& key) const { return find(key) != nullptr; }
     // Sets the value of key, replacing an earlier one.
     void insert(const QString& key, const QString& value);
+    // Takes the value of key away; false when there was none.
+    bool remove(const QString& key);
 
     int size() const { return count; }
     bool isEmpty() const { return count == 0; }

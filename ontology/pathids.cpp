@@ -1,6 +1,7 @@
 #include "ontology/pathids.h"
 
 #include "ontology/nodekeys.h"
+#include "ontology/source.h"
 
 #include <QHash>
 
@@ -89,9 +90,17 @@ void PathIds::addCount(int node, qint64 count)
 
 void PathIds::writeCounts()
 {
-    for (const PathNode& path : nodes) {
-        if (path.counted)
-            path.node->data.insert(NodeKey::count, QString::number(path.count));
+    // Added to what the node holds, and then forgotten: the next path source's counts add up
+    // with these, and a sample taken apart in between starts from none.
+    for (PathNode& path : nodes) {
+        if (!path.counted)
+            continue;
+        qint64 sum = path.count;
+        if (const QString* earlier = path.node->data.find(NodeKey::count))
+            sum = Source::addCounts(earlier->toLongLong(), sum);
+        path.node->data.insert(NodeKey::count, QString::number(sum));
+        path.count = 0;
+        path.counted = false;
     }
 }
 

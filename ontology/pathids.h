@@ -15,7 +15,7 @@ namespace Ontology {
 // often a name recurs elsewhere ("unclassified", empty ranks). The root is "root" and has no name;
 // every other node gets a short id that no other node of the builder has ("p" and a number) and
 // its name as the value "name", so memory grows with the number of nodes, not with the length of
-// their paths. Counts given for a path add up.
+// their paths. Counts given for a path add up, with what the node held before.
 class PathIds
 {
 public:

@@ -72,7 +72,14 @@ void BuildNcbiPiechartAsyncTask::setTargetFile(const QString& fileName)
 
 void BuildNcbiPiechartAsyncTask::setSource(std::unique_ptr<Zem::Ontology::Source> input)
 {
-    source = std::move(input);
+    samples.clear();
+    addSample(QString(), std::move(input));
+}
+
+void BuildNcbiPiechartAsyncTask::addSample(const QString& name, std::unique_ptr<Zem::Ontology::Source> input)
+{
+    if (input)
+        samples.emplace_back(name, std::move(input));
 }
 
 void BuildNcbiPiechartAsyncTask::setWriterCommitSize(int size)
@@ -158,10 +165,10 @@ void BuildNcbiPiechartAsyncTask::run()
                 setProgressFinished(0);
             }
         } else if (isCachedTaxonomyUsable()) {
-            setProgressMax(0, 4);
+            setProgressMax(0, chartSteps());
             runPiechartStep();
         } else {
-            setProgressMax(0, 8);
+            setProgressMax(0, 4 + chartSteps());
             runDownloadStep();
             runNcbiOntologyStep();
             runPiechartStep();
@@ -179,6 +186,12 @@ void BuildNcbiPiechartAsyncTask::run()
     }
     QMutexLocker lock(&downloaderMutex);
     downloader.reset();
+}
+
+int BuildNcbiPiechartAsyncTask::chartSteps() const
+{
+    // Reading the taxonomy and each input, counting, writing.
+    return 3 + std::max(1, static_cast<int>(samples.size()));
 }
 
 void BuildNcbiPiechartAsyncTask::advanceStep()
@@ -284,14 +297,19 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
         return;
     BuilderSource builder(targetFile);
     builder.addSource(std::make_unique<Zem::Ontology::SourceOntology>(ncbiOntologyFile));
-    builder.addSource(std::move(source));
+    for (auto& [name, input] : samples)
+        builder.addSample(name, std::move(input));
+    samples.clear();
+    // Each sample's reads are placed before the next sample's come.
+    Zem::Ontology::BuildReport placed;
+    builder.setSampleStep([this, &placed](BuilderSource& loaded) {
+        if (shouldContinue())
+            placed.add(placeTaxa(loaded));
+    });
     prepareBuilder(builder);
     setProgressMessage(0, tr("Building piechart..."));
     if (shouldContinue())
         builder.load();
-    Zem::Ontology::BuildReport placed;
-    if (shouldContinue())
-        placed = placeTaxa(builder);
     if (shouldContinue()) {
         builder.count(true);
         keepReport(builder, placed);

@@ -10,6 +10,8 @@
 #include <atomic>
 #include <exception>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace nu {
 class FileDownloader;
@@ -66,6 +68,9 @@ public:
     QString getTargetFile() const { return targetFile; }
     // The user's input; the task owns it until the chart step hands it to its builder.
     void setSource(std::unique_ptr<Zem::Ontology::Source> input);
+    // Or several samples, each a name and its input (made by InputFormat::makeSource): one chart
+    // of them all, each input's reads placed in the taxonomy on their own.
+    void addSample(const QString& name, std::unique_ptr<Zem::Ontology::Source> input);
     void setWriterCommitSize(int size);
     void setDownloadUrl(const QUrl& url);
     QUrl getDownloadUrl() const { return downloadUrl; }
@@ -109,6 +114,7 @@ private:
     bool shouldContinue() const;
     bool isCachedTaxonomyUsable() const;
     void advanceStep();
+    int chartSteps() const;
     void prepareBuilder(Zem::Ontology::BuilderSource& builder);
     void runDownloadStep();
     void runNcbiOntologyStep();
@@ -122,7 +128,7 @@ private:
 
     QString ncbiOntologyFile;
     QString targetFile = QStringLiteral("target.piechart");
-    std::unique_ptr<Zem::Ontology::Source> source;
+    std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> samples;
     int writerCommitSize = 10000;
     int step = 0;
     // Made and destroyed on the task's thread; the mutex lets a cancellation reach it.

@@ -3,6 +3,7 @@
 #include "nu/graphics/baseitem.h"
 #include "nu/graphics/placedtext.h"
 #include "nu/graphics/sceneimage.h"
+#include "viewer/chartgrid.h"
 #include "viewer/piechartitem.h"
 
 #include <QGraphicsItem>
@@ -92,6 +93,8 @@ QRectF ChartImage::getChartRect() const
     // items would grow with every ring.
     if (const auto* slices = dynamic_cast<const PieChartItem*>(&chart))
         return slices->getChartRect();
+    if (const auto* grid = dynamic_cast<const ChartGrid*>(&chart))
+        return grid->getChartRect();
     QRectF area;
     if (const auto* item = dynamic_cast<const nu::graphics::BaseItem*>(&chart))
         area = item->getAreaRect();
@@ -108,17 +111,33 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     // were given: measured again at about the final scale, the margins come out even.
     // The labels are laid out once for that scale, measured, and drawn as measured.
     auto* slices = dynamic_cast<PieChartItem*>(&chart);
-    if (slices && !area.isEmpty()) {
+    auto* grid = dynamic_cast<ChartGrid*>(&chart);
+    if ((slices || grid) && !area.isEmpty()) {
         const QSizeF key = legend.getSize() * legendScale;
         const double width = legend.isEmpty() ? area.width() : area.width() * 1.1 + key.width();
         const double longer = std::max({width, area.height(), key.height()}) * 1.06;
-        slices->setLabelPixelsPerUnit(size / longer);
-        area = slices->getDrawnRect(size / longer);
+        if (slices) {
+            slices->setLabelPixelsPerUnit(size / longer);
+            area = slices->getDrawnRect(size / longer);
+        } else {
+            // Fitted to what it draws, the grid shrinks: it is measured once more at the new scale.
+            grid->setLabelPixelsPerUnit(size / longer);
+            area = grid->getDrawnRect(size / longer);
+            const double again = std::max({legend.isEmpty() ? area.width() : area.width() * 1.1 + key.width(),
+                                           area.height(), key.height()})
+                                 * 1.06;
+            grid->setLabelPixelsPerUnit(size / again);
+            area = grid->getDrawnRect(size / again);
+        }
     }
-    const auto release = [slices] {
+    const auto release = [slices, grid] {
         if (slices)
             slices->setLabelPixelsPerUnit(0);
+        if (grid)
+            grid->setLabelPixelsPerUnit(0);
     };
+    // The title is lettered as the (first) chart's labels are.
+    const PieChartItem* lettering = slices ? slices : (grid ? grid->chartAt(0) : nullptr);
     std::vector<std::unique_ptr<QGraphicsItem>> extras;
     std::unique_ptr<QGraphicsItem> key;
     if (!legend.isEmpty()) {
@@ -136,7 +155,7 @@ void ChartImage::draw(const std::function<void(const nu::graphics::SceneImage&)>
     }
     if (!title.isEmpty() && !area.isEmpty()) {
         // Centred above everything, in bold, never wider than what it stands over.
-        QFont font = slices ? slices->getText().font : QFont();
+        QFont font = lettering ? lettering->getText().font : QFont();
         font.setBold(true);
         auto heading = std::make_unique<TextItem>(title, font);
         const QRectF natural = heading->boundingRect();

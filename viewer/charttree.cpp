@@ -1,10 +1,14 @@
 #include "viewer/charttree.h"
 
+#include "ontology/chartsamples.h"
 #include "ontology/nodekeys.h"
 #include "ontology/ontology.h"
 #include "viewer/taxonname.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
+#include <limits>
 
 namespace Sorvik {
 namespace Viewer {
@@ -21,7 +25,21 @@ qint64 countOf(const QVariantMap& data, const QString& key)
 // Separates the names of a path key; no name holds it (formats split lines and paths at tabs).
 const QChar pathSeparator = QLatin1Char('\t');
 
+qint64 saturatingAdd(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
+}
+
 } // namespace
+
+// The samples of a chart of several, as its file holds them.
+struct ChartTree::SampleTable
+{
+    std::vector<Sample> list;
+    std::vector<QByteArray> counts;
+    int rows = 0;
+};
 
 // Reads every node of a file into the tree.
 class ChartTree::Loader : public Zem::Ontology::Reader
@@ -63,7 +81,95 @@ ChartTree ChartTree::read(const Zem::Ontology::Ontology& ontology)
         return tree;
     Loader loader(ontology, tree);
     loader.read();
+
+    auto table = std::make_shared<SampleTable>();
+    table->rows = ontology.getNodeNumber();
+    std::vector<Zem::Ontology::ChartSamples::Stored> stored = Zem::Ontology::ChartSamples::read(ontology);
+    if (stored.empty()) {
+        table->list.push_back({QFileInfo(ontology.getFileName()).completeBaseName(),
+                               tree.isEmpty() ? 0 : tree.at(0).total});
+    } else {
+        for (auto& one : stored) {
+            // Checked whole here, so that a damaged table is refused when the chart opens.
+            const auto entries = Zem::Ontology::ChartSamples::decode(one.counts, table->rows);
+            const qint64 total = !entries.empty() && entries.front().row == 0 ? entries.front().total : 0;
+            table->list.push_back({one.name, total});
+            table->counts.push_back(std::move(one.counts));
+        }
+    }
+    tree.samples = std::move(table);
     return tree;
+}
+
+std::vector<ChartTree::Sample> ChartTree::getSamples() const
+{
+    if (samples)
+        return samples->list;
+    return {Sample{QStringLiteral("sample"), isEmpty() ? 0 : at(0).total}};
+}
+
+int ChartTree::getSampleCount() const
+{
+    return samples ? static_cast<int>(samples->list.size()) : 1;
+}
+
+int ChartTree::indexOfSample(const QString& name) const
+{
+    const std::vector<Sample> list = getSamples();
+    for (size_t i = 0; i < list.size(); ++i) {
+        if (list[i].name == name)
+            return static_cast<int>(i);
+    }
+    return none;
+}
+
+void ChartTree::getCounts(int which, std::vector<qint64>& counts, std::vector<qint64>& totals) const
+{
+    counts.assign(nodes.size(), 0);
+    totals.assign(nodes.size(), 0);
+    if (which != allSamples && (which < 0 || which >= getSampleCount()))
+        return;
+    if (!samples || samples->counts.empty()) {
+        // One sample: the nodes hold it.
+        for (size_t i = 0; i < nodes.size(); ++i) {
+            counts[i] = nodes[i].count;
+            totals[i] = nodes[i].total;
+        }
+        return;
+    }
+    const int first = which == allSamples ? 0 : which;
+    const int last = which == allSamples ? static_cast<int>(samples->counts.size()) - 1 : which;
+    for (int s = first; s <= last; ++s) {
+        for (const auto& entry :
+             Zem::Ontology::ChartSamples::decode(samples->counts[static_cast<size_t>(s)], samples->rows)) {
+            const int node = indexOfRow(entry.row);
+            if (node == none)
+                continue;
+            counts[static_cast<size_t>(node)] = saturatingAdd(counts[static_cast<size_t>(node)], entry.count);
+            totals[static_cast<size_t>(node)] = saturatingAdd(totals[static_cast<size_t>(node)], entry.total);
+        }
+    }
+}
+
+ChartTree ChartTree::ofSample(int which) const
+{
+    ChartTree copy(*this);
+    if (which == sample)
+        return copy;
+    std::vector<qint64> counts;
+    std::vector<qint64> totals;
+    getCounts(which, counts, totals);
+    copy.setCounts(counts, totals);
+    copy.sample = which;
+    return copy;
+}
+
+void ChartTree::setCounts(const std::vector<qint64>& counts, const std::vector<qint64>& totals)
+{
+    for (size_t i = 0; i < nodes.size(); ++i) {
+        nodes[i].count = counts[i];
+        nodes[i].total = totals[i];
+    }
 }
 
 int ChartTree::add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid, int row,

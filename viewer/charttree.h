@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <memory>
 #include <vector>
 
 namespace Zem {
@@ -22,10 +23,25 @@ namespace Viewer {
 // and children, and where it lies in the file. What must be decided on the whole tree rather
 // than on the part on screen is decided here: the colours, which nodes form single-child chains,
 // the full path above the chart's centre, and what names empty ranks take. Node 0 is the root.
+//
+// Samples: a chart may count several samples over one tree. The nodes' counts are one sample's
+// (the first, as read); ofSample() gives the same tree, node for node, with another sample's
+// counts, or with all samples added up. To draw sample s, give a PieChartBuilder the tree
+// ofSample(s) with the colours of the tree as read (ColourMap::assign colours a chart of several
+// samples on all of them together, so a taxon keeps its colour in every sample).
 class ChartTree
 {
 public:
     static constexpr int none = -1;
+    // The sample number of a tree whose counts are all samples' added up.
+    static constexpr int allSamples = -2;
+
+    struct Sample
+    {
+        QString name;
+        // The root's total in the sample.
+        qint64 total = 0;
+    };
 
     struct Node
     {
@@ -48,8 +64,23 @@ public:
         std::vector<int> children;
     };
 
-    // Reads the whole file; throws what the reader throws.
+    // Reads the whole file and its samples; throws what the reader throws, and
+    // ChartSamples::InvalidFormatException for a damaged samples table.
     static ChartTree read(const Zem::Ontology::Ontology& ontology);
+
+    // The chart's samples in their order; a chart of one sample has one, named after its file
+    // (a tree not read from a file: one named "sample").
+    std::vector<Sample> getSamples() const;
+    int getSampleCount() const;
+    // The sample of this name, or none.
+    int indexOfSample(const QString& name) const;
+    // Whose counts the nodes hold: a sample's number, or allSamples.
+    int getSample() const { return sample; }
+    // This tree with the counts of the sample (0 for a node it lacks), or of all samples added
+    // up (allSamples). Throws ChartSamples::InvalidFormatException for a damaged table.
+    ChartTree ofSample(int sample) const;
+    // One sample's own and accumulated counts, one per node in the tree's order.
+    void getCounts(int sample, std::vector<qint64>& counts, std::vector<qint64>& totals) const;
 
     // Adds a node below parent (none for the root, which must come first); returns its index.
     int add(int parent, const QString& rawName, qint64 count, qint64 total, const QString& taxid = QString(),
@@ -100,6 +131,9 @@ public:
 
 private:
     class Loader;
+    struct SampleTable;
+
+    void setCounts(const std::vector<qint64>& counts, const std::vector<qint64>& totals);
 
     QString cleanName(int node) const;
 
@@ -108,6 +142,9 @@ private:
     // The shown names, cleaned once: charts are redrawn from the same tree many times.
     mutable std::vector<QString> shownNames;
     mutable QHash<QString, int> byKey;
+    // The samples of the file, kept encoded (shared by every tree of the same chart).
+    std::shared_ptr<const SampleTable> samples;
+    int sample = 0;
 };
 
 } // namespace Viewer

@@ -19,6 +19,10 @@ QRgb opaque(const QColor& colour)
 
 ColourMap ColourMap::assign(const ChartTree& tree, const Palette& palette, const QHash<QString, QColor>& given)
 {
+    // A chart of several samples is coloured on all of them together: a taxon has one colour in
+    // every sample, whichever sample's tree is given.
+    if (tree.getSampleCount() > 1 && tree.getSample() != ChartTree::allSamples)
+        return assign(tree.ofSample(ChartTree::allSamples), palette, given);
     ColourMap map;
     map.colours.assign(static_cast<size_t>(tree.size()), 0);
     if (tree.isEmpty())

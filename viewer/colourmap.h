@@ -17,6 +17,7 @@ class Palette;
 // out, the levels and the minimum share never change a taxon's colour. The taxa of the first
 // level that branches (see ChartTree::getFirstBranchingLevel) each get a base colour of the
 // palette (the largest the most distinct);
+// a chart of several samples is coloured on all its samples added up, the same for each of them;
 // the taxa below them take shades of it, lighter outward. Unclassified reads are grey in every
 // palette. The nodes above the first branching have no colour (they are drawn in a faint grey).
 // The same tree and palette always give the same colours.

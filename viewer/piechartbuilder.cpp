@@ -7,6 +7,7 @@
 #include "viewer/piechartitem.h"
 #include "viewer/taxonname.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace Sorvik {
@@ -130,7 +131,9 @@ void PieChartBuilder::openNode(const QString& id, const QVariantMap& data, const
         items.push_back(std::move(open));
         return;
     }
-    const qint64 count = accumCount(data);
+    // The tree's counts when it has the node: they may be another sample's than the file's.
+    const int node = nodeOf(position);
+    const qint64 count = node != ChartTree::none ? std::max<qint64>(0, tree->at(node).total) : accumCount(data);
     if (items.empty()) {
         rootCount = count;
         // A slice's count is an int while accumulated counts of huge inputs are 64-bit. All counts
@@ -151,7 +154,6 @@ void PieChartBuilder::openNode(const QString& id, const QVariantMap& data, const
         return;
     }
 
-    const int node = nodeOf(position);
     const QString name = node != ChartTree::none ? tree->getName(node, rawNames)
                                                  : (rawNames ? getName(id, data) : TaxonName::clean(getName(id, data)));
     if (collapse && node != ChartTree::none && tree->isChain(node)) {

@@ -52,7 +52,9 @@ public:
     // Names as stored, rank prefixes and all, instead of cleaned ones.
     void setRawNames(bool on) { rawNames = on; }
     // The whole tree and its colours, when the caller keeps them between charts; without them
-    // the builder reads the tree itself and colours it with the palette.
+    // the builder reads the tree itself and colours it with the palette. The slices take the
+    // tree's counts, so the tree of one sample (ChartTree::ofSample) draws that sample: give
+    // every sample's tree the same colours for one colour per taxon.
     void setTree(std::shared_ptr<const ChartTree> tree, std::shared_ptr<const ColourMap> colours);
     void setPalette(const Palette& palette) { this->palette = palette; }
 
