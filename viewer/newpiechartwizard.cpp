@@ -1,5 +1,7 @@
 #include "viewer/newpiechartwizard.h"
 
+#include "ontology/chartsamples.h"
+#include "ontology/source.h"
 #include "viewer/newpiechartwizard_inputfilewizardpage.h"
 #include "viewer/newpiechartwizard_inputtypewizardpage.h"
 #include "viewer/newpiechartwizard_kronasourcefilewizardpage.h"
@@ -10,7 +12,6 @@
 
 #include <QFileInfo>
 #include <QIcon>
-#include <QSet>
 #include <QVariant>
 
 namespace Sorvik {
@@ -131,6 +132,16 @@ Zem::Ontology::InputFormat::Options NewPiechartWizard::getOptions() const
     return options;
 }
 
+std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> NewPiechartWizard::makeSampleSources() const
+{
+    std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> sources;
+    const Zem::Ontology::InputFormat* format = getFormat();
+    // All made before any is read: the columns of one table share one reading of it.
+    for (const Sample& sample : getSamples())
+        sources.emplace_back(sample.name, format->makeSource(sample.fileName, sample.options));
+    return sources;
+}
+
 QList<QPair<int, QString>> NewPiechartWizard::getColumnsOf(const QString& fileName) const
 {
     const auto* columnPage = static_cast<const NewPieChartWizard_QiimeSourceColumnWizardPage*>(page(QiimeColumn));
@@ -154,50 +165,26 @@ std::vector<NewPiechartWizard::Sample> NewPiechartWizard::getSamples() const
     if (!format)
         return samples;
     const QStringList fileNames = getInputFileNames();
-    QSet<QString> used;
-    const auto add = [&samples, &used](QString name, const QString& fileName, const Zem::Ontology::InputFormat::Options& options) {
-        // Two files of one name in different folders, or a column named twice.
-        const QString base = name;
-        for (int n = 2; used.contains(name); ++n)
-            name = QStringLiteral("%1 (%2)").arg(base).arg(n);
-        used.insert(name);
-        samples.push_back(Sample{name, fileName, options});
-    };
+    QStringList names;
     for (const QString& fileName : fileNames) {
         Zem::Ontology::InputFormat::Options options = getOptions();
+        const QString fileSample = Zem::Ontology::ChartSamples::nameOfFile(fileName);
         if (!format->readColumns) {
-            add(sampleNameOf(fileName), fileName, options);
+            names << fileSample;
+            samples.push_back(Sample{QString(), fileName, options});
             continue;
         }
         for (const auto& [column, name] : getColumnsOf(fileName)) {
             options.column = column;
-            const QString fileSample = sampleNameOf(fileName);
-            add(name.isEmpty() ? fileSample : fileNames.size() > 1 ? fileSample + QLatin1Char(' ') + name : name, fileName, options);
+            names << (name.isEmpty() ? fileSample : fileNames.size() > 1 ? fileSample + QLatin1Char(' ') + name : name);
+            samples.push_back(Sample{QString(), fileName, options});
         }
     }
+    // Two files of one name in different folders, or a column named twice.
+    names = Zem::Ontology::ChartSamples::makeUnique(names);
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i].name = names.at(int(i));
     return samples;
-}
-
-QString NewPiechartWizard::sampleNameOf(const QString& fileName)
-{
-    static const QStringList extensions{
-        QStringLiteral(".gz"),      QStringLiteral(".txt"),   QStringLiteral(".tsv"),     QStringLiteral(".tab"),
-        QStringLiteral(".csv"),     QStringLiteral(".kreport"), QStringLiteral(".kreport2"), QStringLiteral(".report"),
-        QStringLiteral(".profile"), QStringLiteral(".krona"), QStringLiteral(".bracken"), QStringLiteral(".kraken"),
-        QStringLiteral(".kraken2"), QStringLiteral(".reads"), QStringLiteral(".out"),
-    };
-    QString name = QFileInfo(fileName).fileName();
-    for (bool stripped = true; stripped;) {
-        stripped = false;
-        for (const QString& extension : extensions) {
-            if (name.size() > extension.size() && name.endsWith(extension, Qt::CaseInsensitive)) {
-                name.chop(extension.size());
-                stripped = true;
-                break;
-            }
-        }
-    }
-    return name;
 }
 
 } // namespace Viewer

@@ -6,6 +6,8 @@
 #include <QPair>
 #include <QWizard>
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace Sorvik {
@@ -62,10 +64,9 @@ public:
     // file and the column when there are several files). Reads the tables' headers for "All
     // columns"; empty while no format or file is chosen.
     std::vector<Sample> getSamples() const;
-
-    // A sample's name from its file: the name without its folder and the extensions of input
-    // files ("gut_A.kreport.gz" gives "gut_A").
-    static QString sampleNameOf(const QString& fileName);
+    // Each sample's name and source, as a build of several samples takes them
+    // (BuilderSource::addSample, BuildNcbiPiechartAsyncTask::addSample).
+    std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> makeSampleSources() const;
 
 private:
     // The chosen columns' places and names; all of the file's with "All columns".

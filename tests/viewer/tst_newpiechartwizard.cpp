@@ -1,6 +1,9 @@
 #include "viewer/newpiechartwizard.h"
 
+#include "ontology/buildersource.h"
+#include "ontology/chartsamples.h"
 #include "ontology/inputformat.h"
+#include "ontology/ontology.h"
 #include "viewer/newpiechartwizard_sourcefilewizardpage.h"
 #include "tests/support/fixtures.h"
 
@@ -143,10 +146,9 @@ private slots:
     void columnsOfATableAreSamples_data();
     void columnsOfATableAreSamples();
     void finishWaitsForAFile();
+    void samplesFeedABuildOfSeveral();
     void fileNamesOfTheLine_data();
     void fileNamesOfTheLine();
-    void sampleNamesOfFiles_data();
-    void sampleNamesOfFiles();
 };
 
 namespace {
@@ -305,6 +307,41 @@ void TestNewPiechartWizard::finishWaitsForAFile()
     QVERIFY(wizard.button(QWizard::FinishButton)->isEnabled());
 }
 
+// The chosen samples make one chart of them all, each sample's total its column's.
+void TestNewPiechartWizard::samplesFeedABuildOfSeveral()
+{
+    QTemporaryDir dir;
+    NewPiechartWizard wizard;
+    wizard.restart();
+    check(wizard, QStringLiteral("Detect from the file"));
+    wizard.next();
+    fileEdit(wizard, wizard.currentId())->setText(fixture("tables/combined.kreport"));
+    wizard.next();
+    wizard.currentPage()->findChild<QCheckBox*>(QStringLiteral("allColumnsCheckBox"))->setChecked(true);
+    const QString chart = dir.filePath(QStringLiteral("study.piechart"));
+    {
+        Zem::Ontology::BuilderSource builder(chart);
+        for (auto& [name, source] : wizard.makeSampleSources())
+            builder.addSample(name, std::move(source));
+        builder.load();
+        builder.count(true);
+        builder.build();
+        QVERIFY(!builder.getReport().hasSkips());
+    }
+    const Zem::Ontology::Ontology ontology(chart);
+    const std::vector<Zem::Ontology::ChartSamples::Stored> samples = Zem::Ontology::ChartSamples::read(ontology);
+    QStringList totals;
+    for (const auto& sample : samples) {
+        const auto entries = Zem::Ontology::ChartSamples::decode(sample.counts, ontology.getNodeNumber());
+        qint64 total = 0;
+        for (const auto& entry : entries)
+            total = std::max(total, entry.total);
+        totals << QStringLiteral("%1=%2").arg(sample.name).arg(total);
+    }
+    // gut_A: 90 classified and 10 unclassified reads; gut_B: 150 and 50.
+    QCOMPARE(totals, (QStringList{"gut_A=100", "gut_B=200"}));
+}
+
 void TestNewPiechartWizard::fileNamesOfTheLine_data()
 {
     QTest::addColumn<QString>("text");
@@ -325,25 +362,6 @@ void TestNewPiechartWizard::fileNamesOfTheLine()
         QCOMPARE(Sorvik::Viewer::NewPieChartWizard_SourceFileWizardPage::splitFileNames(
                      Sorvik::Viewer::NewPieChartWizard_SourceFileWizardPage::joinFileNames(files)),
                  files);
-}
-
-void TestNewPiechartWizard::sampleNamesOfFiles_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("folder and extension") << "/data/run1/gut_A.kreport" << "gut_A";
-    QTest::newRow("compressed") << "gut_A.kreport.gz" << "gut_A";
-    QTest::newRow("several extensions") << "S1.bracken.tsv" << "S1";
-    QTest::newRow("an unknown extension stays") << "S1.v2.k2" << "S1.v2.k2";
-    QTest::newRow("only an extension") << "/data/.txt" << ".txt";
-    QTest::newRow("dots in the name") << "sample.2024.txt" << "sample.2024";
-}
-
-void TestNewPiechartWizard::sampleNamesOfFiles()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, name);
-    QCOMPARE(NewPiechartWizard::sampleNameOf(file), name);
 }
 
 // Detection: the page says which format it found, or why none, and goes on as that format's own
