@@ -41,6 +41,7 @@ void SampleTable::load(BuilderSource& builder, const Reader& reader)
     opened = false;
     linesRead = 0;
     columns = 0;
+    headerLine = 0;
     rows.clear();
     values.clear();
     skips.clear();
@@ -63,8 +64,9 @@ bool SampleTable::nextLine(nu::LineReader& lines, BuilderSource& builder)
     return true;
 }
 
-void SampleTable::setColumns(int count, int valuesPerColumn)
+void SampleTable::setColumns(int count, int valuesPerColumn, qint64 line)
 {
+    headerLine = line;
     columns = std::max(0, count);
     width = std::max(1, valuesPerColumn);
 }
@@ -94,7 +96,15 @@ void SampleTable::skip(qint64 line, int column, const QString& reason)
     skips.push_back(Skip{line, column, reason});
 }
 
-void SampleTable::forEachSkip(int column, const std::function<void(qint64, const QString&)>& skipped) const
+void SampleTable::loadColumn(BuilderSource& builder, const Reader& reader, int column, const Skipped& skipped)
+{
+    load(builder, reader);
+    forEachSkip(column, skipped);
+    if (columns > 0 && (column < 0 || column >= columns))
+        skipped(headerLine, QStringLiteral("there is no sample %1: the table has %2").arg(column + 1).arg(columns));
+}
+
+void SampleTable::forEachSkip(int column, const Skipped& skipped) const
 {
     for (const Skip& skip : skips) {
         if (skip.column < 0 || skip.column == column)

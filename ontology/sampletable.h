@@ -49,12 +49,18 @@ public:
     // Reads the file the first time it is asked; a read that was cancelled or failed is tried
     // again by the next.
     void load(BuilderSource& builder, const Reader& reader);
+    // Loads the table for the reading of one column, and calls skipped for all it passes over:
+    // whole rows, the column's own values, and the column itself where the table has no such
+    // sample.
+    using Skipped = std::function<void(qint64 line, const QString& reason)>;
+    void loadColumn(BuilderSource& builder, const Reader& reader, int column, const Skipped& skipped);
 
     // Moves lines to its next line, with the builder's progress and cancel check.
     static bool nextLine(nu::LineReader& lines, BuilderSource& builder);
 
-    // The number of sample columns, and of values each has per row.
-    void setColumns(int count, int valuesPerColumn);
+    // The number of sample columns, and of values each has per row, as the header on that line
+    // names them.
+    void setColumns(int count, int valuesPerColumn, qint64 headerLine);
     int getColumnCount() const { return columns; }
     // A row and room for its values, 0 until set.
     void addRow(const Row& row);
@@ -65,7 +71,7 @@ public:
 
     void skip(qint64 line, int column, const QString& reason);
     // Calls skipped for every skip of a whole row or of this column's value, in line order.
-    void forEachSkip(int column, const std::function<void(qint64 line, const QString& reason)>& skipped) const;
+    void forEachSkip(int column, const Skipped& skipped) const;
     qint64 getLinesRead() const { return linesRead; }
 
     QString getFileName() const { return fileName; }
@@ -79,6 +85,7 @@ private:
     bool loaded = false;
     qint64 linesRead = 0;
     int columns = 0;
+    qint64 headerLine = 0;
     int width = 1;
     std::vector<Row> rows;
     std::vector<double> values;

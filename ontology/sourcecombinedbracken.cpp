@@ -109,7 +109,7 @@ void SourceCombinedBracken::readTable(SampleTable& table, nu::LineReader& lines,
                            QStringLiteral("it is no header with the column taxonomy_id and _num columns"));
                 return;
             }
-            table.setColumns(int(samples.size()), 1);
+            table.setColumns(int(samples.size()), 1, lines.getLineNumber());
             needed = std::max(places.taxid, samples.back()) + 1;
             continue;
         }
@@ -134,11 +134,9 @@ void SourceCombinedBracken::readTable(SampleTable& table, nu::LineReader& lines,
 
 void SourceCombinedBracken::read(BuilderSource& builder)
 {
-    table->load(builder, &SourceCombinedBracken::readTable);
+    table->loadColumn(builder, &SourceCombinedBracken::readTable, column,
+                      [this](qint64 line, const QString& reason) { skipLine(line, reason); });
     addLinesRead(table->getLinesRead());
-    table->forEachSkip(column, [this](qint64 line, const QString& reason) { skipLine(line, reason); });
-    if (table->isOpen() && table->getColumnCount() > 0 && (column < 0 || column >= table->getColumnCount()))
-        skipLine(0, QStringLiteral("there is no sample %1: the table has %2").arg(column + 1).arg(table->getColumnCount()));
     QHash<QString, qint64> counts;
     const std::vector<SampleTable::Row>& rows = table->getRows();
     for (size_t i = 0; i < rows.size(); ++i) {

@@ -134,7 +134,7 @@ void SourceCombinedKreport::readTable(SampleTable& table, nu::LineReader& lines,
                 table.skip(lines.getLineNumber(), -1, QStringLiteral("it is no header of combined reports"));
                 return;
             }
-            table.setColumns(samples, 2);
+            table.setColumns(samples, 2, lines.getLineNumber());
             layout = rowLayout(line.count(QLatin1Char('\t')) + 1);
             continue;
         }
@@ -211,11 +211,9 @@ std::vector<SourceKreport::Row> SourceCombinedKreport::rowsOfColumn(const Sample
 
 void SourceCombinedKreport::read(BuilderSource& builder)
 {
-    table->load(builder, &SourceCombinedKreport::readTable);
+    table->loadColumn(builder, &SourceCombinedKreport::readTable, column,
+                      [this](qint64 line, const QString& reason) { skipLine(line, reason); });
     addLinesRead(table->getLinesRead());
-    table->forEachSkip(column, [this](qint64 line, const QString& reason) { skipLine(line, reason); });
-    if (table->isOpen() && table->getColumnCount() > 0 && (column < 0 || column >= table->getColumnCount()))
-        skipLine(0, QStringLiteral("there is no sample %1: the table has %2").arg(column + 1).arg(table->getColumnCount()));
     qint64 unclassified = 0;
     const std::vector<Row> rows = rowsOfColumn(*table, unclassified);
     buildTree(builder, rows, keepUnclassified ? unclassified : 0);

@@ -106,7 +106,7 @@ void SourceMergedMetaphlan::readTable(SampleTable& table, nu::LineReader& lines,
                 table.skip(lines.getLineNumber(), -1, QStringLiteral("it is no header of a merged table"));
                 return;
             }
-            table.setColumns(fields.size() - first, 1);
+            table.setColumns(fields.size() - first, 1, lines.getLineNumber());
             continue;
         }
         QString taxid;
@@ -135,14 +135,13 @@ void SourceMergedMetaphlan::readTable(SampleTable& table, nu::LineReader& lines,
 
 void SourceMergedMetaphlan::read(BuilderSource& builder)
 {
-    table->load(builder, &SourceMergedMetaphlan::readTable);
+    table->loadColumn(builder, &SourceMergedMetaphlan::readTable, column,
+                      [this](qint64 line, const QString& reason) { skipLine(line, reason); });
     addLinesRead(table->getLinesRead());
-    table->forEachSkip(column, [this](qint64 line, const QString& reason) { skipLine(line, reason); });
-    if (table->isOpen() && table->getColumnCount() > 0 && (column < 0 || column >= table->getColumnCount()))
-        skipLine(0, QStringLiteral("there is no sample %1: the table has %2").arg(column + 1).arg(table->getColumnCount()));
 
-    PathIds paths(builder);
-    clades.assign(1, Clade{-1, false, 0, 0.0});
+    // One path table for every sample of the chart: a clade is one node in all of them.
+    PathIds& paths = builder.getPathIds();
+    clades.assign(1, Clade{-1, true, false, 0, 0.0});
     double unclassified = 0.0;
     const std::vector<SampleTable::Row>& rows = table->getRows();
     for (size_t i = 0; i < rows.size(); ++i) {

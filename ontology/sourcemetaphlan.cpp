@@ -180,8 +180,8 @@ QString SourceMetaphlan::check(const InputSample& sample)
 
 void SourceMetaphlan::read(BuilderSource& builder)
 {
-    PathIds paths(builder);
-    clades.assign(1, Clade{-1, false, 0, 0.0});
+    PathIds& paths = builder.getPathIds();
+    clades.assign(1, Clade{-1, true, false, 0, 0.0});
     nu::LineReader lines(fileName);
     if (!lines.isOpen())
         return;
@@ -225,9 +225,13 @@ QString SourceMetaphlan::addClade(BuilderSource& builder, PathIds& paths, const 
     for (const QStringRef& piece : clade.split(QLatin1Char('|'))) {
         const int parent = node;
         node = paths.child(parent, QStringView(piece.constData(), piece.size()));
-        if (node < int(clades.size()))
+        if (size_t(node) >= clades.size())
+            clades.resize(size_t(paths.size()));
+        Clade& level = clades[size_t(node)];
+        if (level.used)
             continue;
-        clades.push_back(Clade{parent, false, 0, 0.0});
+        level.used = true;
+        level.parent = parent;
         const QString id = paths.getId(node);
         builder.addData(id, NodeKey::name, nameOf(piece).toString());
         builder.addData(id, NodeKey::rank, rankOf(piece));
@@ -235,7 +239,9 @@ QString SourceMetaphlan::addClade(BuilderSource& builder, PathIds& paths, const 
     Clade& given = clades[size_t(node)];
     if (given.given)
         return QStringLiteral("the clade was given on line %1 already").arg(given.line);
-    given = Clade{given.parent, true, line, value};
+    given.given = true;
+    given.line = line;
+    given.value = value;
     if (!taxid.isEmpty())
         builder.addData(paths.getId(node), NodeKey::taxid, taxid);
     return QString();
@@ -249,6 +255,8 @@ void SourceMetaphlan::writeCounts(BuilderSource& builder, PathIds& paths, double
     std::vector<qint64> childSum(clades.size(), 0);
     for (size_t i = clades.size() - 1; i > 0; --i) {
         const Clade& clade = clades[i];
+        if (!clade.used)
+            continue;
         const qint64 total = clade.given ? std::llround(clade.value * multiplier) : childSum[i];
         paths.addCount(int(i), std::max<qint64>(0, total - childSum[i]));
         childSum[size_t(clade.parent)] = addCounts(childSum[size_t(clade.parent)], total);

@@ -44,12 +44,15 @@ public:
 
 protected:
     // A clade of the tree, by its path id's number.
+    // The path ids may be shared with other sources (the samples of one chart): a clade this
+    // source did not reach is not used.
     struct Clade
     {
-        int parent;
-        bool given;
-        qint64 line;
-        double value;
+        int parent = -1;
+        bool used = false;
+        bool given = false;
+        qint64 line = 0;
+        double value = 0.0;
     };
 
     static void readHeader(const QString& line, Layout& layout);

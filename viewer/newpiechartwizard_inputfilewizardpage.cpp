@@ -25,6 +25,8 @@ NewPieChartWizard_InputFileWizardPage::NewPieChartWizard_InputFileWizardPage(QWi
     connect(ui->fileNameLineEdit, &QLineEdit::textChanged, this, [this] {
         if (isDetecting())
             detect();
+        else
+            ui->detectionLabel->hide();
     });
 }
 
@@ -117,8 +119,12 @@ bool NewPieChartWizard_InputFileWizardPage::validatePage()
         return true;
     // A table of samples goes on to its column page.
     const QStringList columns = format->readColumns(getFileName());
-    if (columns.isEmpty())
+    if (columns.isEmpty()) {
+        ui->detectionLabel->setText(tr("%1 has no header that names sample columns of %2.")
+                                        .arg(QFileInfo(getFileName()).fileName(), format->description));
+        ui->detectionLabel->show();
         return false;
+    }
     emit signalSourceColumnsRetrieved(columns);
     return true;
 }

@@ -225,7 +225,7 @@ private slots:
                                             << "line 1: it is no header of combined reports";
         QTest::newRow("kreport: a sample beyond the table")
             << "kreport-combined" << kreportHeader + "1\t9\t9\t4\t4\t5\t5\tR\t1\troot\n" << 2 << "root"
-            << "line 0: there is no sample 3: the table has 2";
+            << "line 1: there is no sample 3: the table has 2";
         QTest::newRow("metaphlan: a bad value in another sample")
             << "metaphlan-merged" << metaphlanHeader + "k__A\t2\t-5\t100\n" << 1 << "root(A:1000000)" << "";
         QTest::newRow("metaphlan: a bad value in this sample")

@@ -145,6 +145,7 @@ private slots:
     void severalFilesAreSeveralSamples();
     void columnsOfATableAreSamples_data();
     void columnsOfATableAreSamples();
+    void aTableWithoutColumnsIsSaid();
     void finishWaitsForAFile();
     void samplesFeedABuildOfSeveral();
     void fileNamesOfTheLine_data();
@@ -276,6 +277,25 @@ void TestNewPiechartWizard::columnsOfATableAreSamples()
     }
     QCOMPARE(describe(wizard.getSamples()), samples);
     QCOMPARE(wizard.getOptions().column, wizard.getSamples().front().options.column);
+}
+
+// A file that is no table of samples keeps the user on the file page, saying why.
+void TestNewPiechartWizard::aTableWithoutColumnsIsSaid()
+{
+    NewPiechartWizard wizard;
+    wizard.restart();
+    check(wizard, QStringLiteral("Merged MetaPhlAn table (merge_metaphlan_tables.py)"));
+    wizard.next();
+    fileEdit(wizard, wizard.currentId())->setText(fixture("formats/metaphlan4.txt"));
+    wizard.next();
+    QCOMPARE(wizard.currentId(), int(NewPiechartWizard::InputFile));
+    auto* label = wizard.currentPage()->findChild<QLabel*>(QStringLiteral("detectionLabel"));
+    QVERIFY(label->isVisibleTo(wizard.currentPage()));
+    QCOMPARE(label->text(), QStringLiteral("metaphlan4.txt has no header that names sample columns of a merged MetaPhlAn table."));
+    fileEdit(wizard, wizard.currentId())->setText(fixture("tables/merged-metaphlan4.txt"));
+    QVERIFY(!label->isVisibleTo(wizard.currentPage()));
+    wizard.next();
+    QCOMPARE(wizard.currentId(), int(NewPiechartWizard::QiimeColumn));
 }
 
 // Finish is offered only once a file is named, and, for a table, a column chosen.
