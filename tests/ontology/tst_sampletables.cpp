@@ -314,6 +314,33 @@ private slots:
         QCOMPARE(describeTree(builder), QStringLiteral("root(A:1000000)"));
     }
 
+    // The samples of one chart share its tree: a clade or taxon is one node, whichever samples
+    // hold it, and each sample's total is its own.
+    void samplesOfOneChartShareTheTree_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("samples");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("metaphlan") << "metaphlan-merged" << "merged-metaphlan3.txt" << 3 << "Bacteria";
+        QTest::newRow("kreport") << "kreport-combined" << "combined.kreport" << 2 << "Escherichia coli";
+    }
+
+    void samplesOfOneChartShareTheTree()
+    {
+        QFETCH(QString, format);
+        QFETCH(QString, file);
+        QFETCH(int, samples);
+        QFETCH(QString, name);
+        BuilderSource builder(output());
+        for (int column = 0; column < samples; ++column)
+            builder.addSample(QStringLiteral("S%1").arg(column), make(format, tableFile(file), column, true));
+        builder.load();
+        builder.count(true);
+        QCOMPARE(countNamed(builder.getRoot(), name), 1);
+        QVERIFY(!builder.getReport().hasSkips());
+    }
+
     // A cancelled reading leaves nothing behind: the next source reads the table again.
     void cancelledReadingIsReadAgain()
     {
@@ -345,6 +372,14 @@ private:
         options.column = column;
         options.keepUnclassified = keep;
         return InputFormat::find(word)->makeSource(file, options);
+    }
+
+    static int countNamed(const Builder::Node* node, const QString& name)
+    {
+        int found = node->data.value(NodeKey::name).toString() == name ? 1 : 0;
+        for (const Builder::Node* child : node->children)
+            found += countNamed(child, name);
+        return found;
     }
 
     static void collectTaxids(const Builder::Node* node, QHash<QString, qint64>& byTaxid)
