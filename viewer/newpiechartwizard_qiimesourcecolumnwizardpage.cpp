@@ -14,7 +14,9 @@ NewPieChartWizard_QiimeSourceColumnWizardPage::NewPieChartWizard_QiimeSourceColu
     registerField(QStringLiteral("qiime-source-all-columns"), ui->allColumnsCheckBox);
     connect(ui->columnListWidget, &QListWidget::itemSelectionChanged, this, &QWizardPage::completeChanged);
     connect(ui->allColumnsCheckBox, &QCheckBox::toggled, this, [this](bool all) {
-        // All columns leave nothing to pick.
+        // All columns leave nothing to pick, and show as all chosen.
+        if (all)
+            ui->columnListWidget->selectAll();
         ui->columnListWidget->setEnabled(!all);
         emit completeChanged();
     });
