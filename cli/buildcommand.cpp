@@ -345,8 +345,7 @@ int BuildCommand::buildPaths(const InputFormat& format, const std::vector<Sample
         report = builder.getReport();
         builder.count(false);
         // Refused before OUT is touched, so that an earlier chart there stays.
-        const QString* total = builder.getRoot()->data.find(Zem::Ontology::NodeKey::accumCount);
-        if (!total || total->toLongLong() <= 0) {
+        if (builder.getTotal() <= 0) {
             bar.finish();
             return fail(QStringLiteral("no counted taxa in %1").arg(input));
         }
@@ -364,14 +363,19 @@ int BuildCommand::buildPaths(const InputFormat& format, const std::vector<Sample
 
 int BuildCommand::checkCounted(const QString& input, const QString& output)
 {
-    QString total;
+    qint64 total = 0;
     try {
         const Zem::Ontology::Ontology ontology(output);
-        total = Zem::Ontology::RootReader::read(ontology).data.value(Zem::Ontology::NodeKey::accumCount).toString();
+        total = Zem::Ontology::RootReader::read(ontology).data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong();
+        // A chart of several samples counts something when any sample does.
+        for (const auto& sample : Zem::Ontology::ChartSamples::read(ontology)) {
+            if (!sample.counts.isEmpty())
+                total = std::max<qint64>(total, 1);
+        }
     } catch (const std::exception& e) {
         return fail(QStringLiteral("%1: %2").arg(output, QString::fromUtf8(e.what())));
     }
-    if (total.toLongLong() <= 0) {
+    if (total <= 0) {
         // An empty chart is no result: a script testing for the file must not take it for one.
         QFile::remove(output);
         return fail(QStringLiteral("no counted taxa in %1").arg(input));

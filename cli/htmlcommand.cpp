@@ -57,15 +57,9 @@ int HtmlCommand::execute(const QCommandLineParser& parser)
     const QString name = QFileInfo(chartFile).completeBaseName();
     Viewer::ChartHtml page(*chart.getTree(), *chart.getColours());
     page.setTitle(parser.isSet(titleOption) ? parser.value(titleOption) : name);
+    page.setFirstSampleName(name);
     // The tree's counts are the first sample's; the others go along, one page for all.
-    const auto samples = chart.getTree()->getSamples();
-    page.setFirstSampleName(samples.size() > 1 ? samples.front().name : name);
-    for (size_t i = 1; i < samples.size(); ++i) {
-        Viewer::ChartHtml::Sample sample;
-        sample.name = samples[i].name;
-        chart.getTree()->getCounts(static_cast<int>(i), sample.counts, sample.totals);
-        page.addSample(std::move(sample));
-    }
+    page.addSamplesOf(*chart.getTree());
     page.setView(chart.getLevels(), chart.getPercent(), chart.isCollapsing());
     page.setRawNames(chart.isRawNames());
     try {

@@ -93,12 +93,8 @@ int TableCommand::execute(const QCommandLineParser& parser)
 
     Viewer::ChartTable table(*tree);
     table.setRawNames(parser.isSet(rawNamesOption));
-    for (int i = 0; columns && i < static_cast<int>(samples.size()); ++i) {
-        std::vector<qint64> counts;
-        std::vector<qint64> totals;
-        tree->getCounts(i, counts, totals);
-        table.addSample(samples[static_cast<size_t>(i)].name, std::move(totals));
-    }
+    if (columns)
+        table.addSamplesOf(*tree);
     try {
         if (!output.isEmpty()) {
             table.save(output, format);

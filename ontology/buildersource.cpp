@@ -1,5 +1,6 @@
 #include "ontology/buildersource.h"
 
+#include "ontology/nodekeys.h"
 #include "ontology/pathids.h"
 #include "ontology/source.h"
 
@@ -60,12 +61,20 @@ void BuilderSource::count(bool trim)
         if (samples.size() == 1 && sampleSources.empty())
             samples.restore(0, *this);
         Builder::count(trim);
+        total = rootTotal();
         return;
     }
     samples.makeNamesUnique();
     samples.putSums(*this);
     Builder::count(trim);
+    total = rootTotal();
     samples.putFirst(*this);
+}
+
+qint64 BuilderSource::rootTotal() const
+{
+    const QString* text = getRoot() ? getRoot()->data.find(NodeKey::accumCount) : nullptr;
+    return text ? text->toLongLong() : 0;
 }
 
 void BuilderSource::writeExtras(QSqlDatabase& database)

@@ -39,6 +39,8 @@ public:
     virtual void load();
     // Counts every sample (see SampleCounts).
     void count(bool trim) override;
+    // Once counted: what all samples hold together (the root's total for one sample).
+    qint64 getTotal() const { return total; }
     // What the sources read and passed over, all together.
     BuildReport getReport() const;
 
@@ -61,12 +63,15 @@ signals:
     void signalSourceCurrentPos(qint64 position);
 
 private:
+    qint64 rootTotal() const;
+
     std::vector<std::unique_ptr<Source>> sources;
     // Sources of samples, with their sample numbers.
     std::vector<std::pair<int, std::unique_ptr<Source>>> sampleSources;
     std::function<void(BuilderSource&)> sampleStep;
     SampleCounts samples;
     bool severalSamples = false;
+    qint64 total = 0;
     std::unique_ptr<PathIds> pathIds;
     // Positions past the range of an int are scaled down by this many bits for the throttle.
     int positionShift = 0;

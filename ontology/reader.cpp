@@ -90,7 +90,9 @@ void Reader::read(const Node& top)
     std::vector<Frame> stack;
 
     auto open = [&](Node node) {
+        openText = &node.text;
         openNode(node.id, node.data, Position(node.row, currentRow));
+        openText = nullptr;
         Frame frame;
         const int n = node.count;
         const bool childData = shouldReadChildData();

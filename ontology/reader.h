@@ -101,6 +101,8 @@ protected:
     virtual bool shouldKeepDataText() const { return false; }
     Node readNode(bool withData = true);
     void read(const Node& node);
+    // While openNode() runs: the node's values as the file's text, when shouldKeepDataText().
+    const QString& getOpenText() const { return *openText; }
 
 private:
     std::unique_ptr<nu::database::Connection> connection;
@@ -108,6 +110,7 @@ private:
     int currentRow = 0;
     int childrenStart = 1;
     bool keepText = false;
+    const QString* openText = nullptr;
 };
 
 } // namespace Ontology

@@ -1,5 +1,6 @@
 #include "ontology/sourcechart.h"
 
+#include "nu/compactjson.h"
 #include "ontology/buildersource.h"
 #include "ontology/chartsamples.h"
 #include "ontology/nodekeys.h"
@@ -15,7 +16,8 @@
 namespace Zem {
 namespace Ontology {
 
-// Matches the chart's nodes with the builder's, row by row.
+// Matches the chart's nodes with the builder's, row by row. The values are read from the file's
+// text: a merge reads millions of rows.
 class SourceChart::Reader : public Zem::Ontology::Reader
 {
 public:
@@ -27,29 +29,40 @@ public:
     {
     }
 
-    void openNode(const QString& id, const QVariantMap& data, const Position& position) override
+    void openNode(const QString& id, const QVariantMap&, const Position& position) override
     {
-        QString path;
-        const QString key = keyOf(id, data, paths.empty() ? QString() : paths.back(), path);
+        readValues(getOpenText());
+        QStringView name = value(NodeKey::scientificName);
+        const bool ncbi = !name.isNull();
+        if (name.isEmpty())
+            name = value(NodeKey::name);
+        if (name.isEmpty())
+            name = id;
+        QStringView taxid = value(NodeKey::taxid);
+        if (taxid.isEmpty() && ncbi)
+            taxid = id;
+        names.push_back(name.toString());
+        paths.emplace_back();
+
         Builder::Node* node = nullptr;
-        if (paths.empty()) {
+        const bool root = open.empty();
+        if (root) {
             // The roots are one whatever their ids.
             node = builder.getRoot();
-            if (!node) {
-                node = builder.getNode(id);
-                builder.addChild(node, node);
-            }
-            copyValues(node, data);
+        } else if (!taxid.isEmpty()) {
+            node = keys.taxids.value(taxid.toString());
         } else {
-            node = keys.nodes.value(key);
-            if (!node) {
-                node = builder.getNode(freeId(id));
-                builder.addChild(open.back(), node);
-            }
-            copyValues(node, data);
+            node = keys.paths.value(pathAt(paths.size() - 1));
         }
-        keys.nodes.insert(key, node);
-        paths.push_back(path);
+        if (!node) {
+            node = builder.getNode(freeId(id));
+            builder.addChild(root ? node : open.back(), node);
+            if (!taxid.isEmpty())
+                keys.taxids.insert(taxid.toString(), node);
+            else
+                keys.paths.insert(pathAt(paths.size() - 1), node);
+        }
+        copyValues(node);
         open.push_back(node);
         // A node the file holds under two parents is counted once.
         const int row = position.getRow();
@@ -57,7 +70,7 @@ public:
             seen.insert(id);
             byRow[static_cast<size_t>(row)] = node;
             bool ok = false;
-            const qint64 count = data.value(NodeKey::count).toString().toLongLong(&ok);
+            const qint64 count = value(NodeKey::count).toLongLong(&ok);
             if (ok && count > 0)
                 own.emplace_back(node, count);
         }
@@ -67,6 +80,7 @@ public:
 
     void closeNode(const QString&, const QVariantMap&) override
     {
+        names.pop_back();
         paths.pop_back();
         open.pop_back();
     }
@@ -79,7 +93,49 @@ public:
         return row >= 0 && static_cast<size_t>(row) < byRow.size() ? byRow[static_cast<size_t>(row)] : nullptr;
     }
 
+protected:
+    bool shouldKeepDataText() const override { return true; }
+
 private:
+    void readValues(const QString& text)
+    {
+        if (nu::splitCompactJson(text, pairs))
+            return;
+        // Escapes or numbers: the general way, into texts of our own.
+        pairs.clear();
+        slow.clear();
+        const QVariantMap values = nu::fromCompactJson(text);
+        for (auto it = values.constBegin(); it != values.constEnd(); ++it)
+            slow.push_back({it.key(), it.value().toString()});
+        for (const auto& pair : slow)
+            pairs.emplace_back(pair.first, pair.second);
+    }
+
+    QStringView value(const QString& key) const
+    {
+        for (const auto& pair : pairs) {
+            if (pair.first == key)
+                return pair.second.isNull() ? QStringView(u"") : pair.second;
+        }
+        return QStringView();
+    }
+
+    // The path key of the open node at depth: "path:" and the names below the root, joined by
+    // tabs, which no name holds. Made only for nodes without a taxon id and their ancestors.
+    const QString& pathAt(size_t depth)
+    {
+        QString& path = paths[depth];
+        if (path.isNull()) {
+            if (depth == 0)
+                path = QStringLiteral("path:");
+            else if (depth == 1)
+                path = QStringLiteral("path:") + names[depth];
+            else
+                path = pathAt(depth - 1) + QLatin1Char('\t') + names[depth];
+        }
+        return path;
+    }
+
     QString freeId(const QString& id)
     {
         if (!id.isEmpty() && !builder.findNode(id))
@@ -91,17 +147,38 @@ private:
         return fresh;
     }
 
-    static void copyValues(Builder::Node* node, const QVariantMap& data)
+    // Later charts' values replace earlier ones, as a build of all inputs replaces them.
+    void copyValues(Builder::Node* node)
     {
-        for (auto it = data.constBegin(); it != data.constEnd(); ++it) {
-            if (it.key() != NodeKey::count && it.key() != NodeKey::accumCount)
-                node->data.insert(it.key(), it.value().toString());
+        for (const auto& [key, text] : pairs) {
+            if (key == NodeKey::count || key == NodeKey::accumCount)
+                continue;
+            const QString name = shared(key);
+            const QString* earlier = node->data.find(name);
+            if (earlier && QStringView(*earlier) == text)
+                continue;
+            node->data.insert(name, text.toString());
         }
+    }
+
+    // One copy of each key for all nodes.
+    QString shared(QStringView key)
+    {
+        for (const QString& known : keyTexts) {
+            if (QStringView(known) == key)
+                return known;
+        }
+        keyTexts.push_back(key.toString());
+        return keyTexts.back();
     }
 
     BuilderSource& builder;
     Keys& keys;
+    std::vector<std::pair<QStringView, QStringView>> pairs;
+    std::vector<std::pair<QString, QString>> slow;
+    std::vector<QString> names;
     std::vector<QString> paths;
+    std::vector<QString> keyTexts;
     std::vector<Builder::Node*> open;
     std::vector<Builder::Node*> byRow;
     std::vector<std::pair<Builder::Node*, qint64>> own;
@@ -118,27 +195,6 @@ SourceChart::SourceChart(const QString& name, std::shared_ptr<Keys> k)
 QString SourceChart::getDescription() const
 {
     return fileName;
-}
-
-QString SourceChart::keyOf(const QString& id, const QVariantMap& data, const QString& parentPath, QString& path)
-{
-    QString name = data.value(NodeKey::scientificName).toString();
-    const bool ncbi = !name.isEmpty() || data.contains(NodeKey::scientificName);
-    if (name.isEmpty())
-        name = data.value(NodeKey::name).toString();
-    if (name.isEmpty())
-        name = id;
-    // The root's path is empty; below it, the names joined by tabs, which no name holds.
-    if (parentPath.isNull())
-        path = QStringLiteral("path:");
-    else if (parentPath == QLatin1String("path:"))
-        path = parentPath + name;
-    else
-        path = parentPath + QLatin1Char('\t') + name;
-    QString taxid = data.value(NodeKey::taxid).toString();
-    if (taxid.isEmpty() && ncbi)
-        taxid = id;
-    return taxid.isEmpty() ? path : QStringLiteral("taxid:") + taxid;
 }
 
 void SourceChart::read(BuilderSource& builder)

@@ -21,10 +21,11 @@ namespace Ontology {
 class SourceChart : public Source
 {
 public:
-    // What the charts joined into one builder share: the nodes by key.
+    // What the charts joined into one builder share: the nodes by taxon id and by path.
     struct Keys
     {
-        QHash<QString, Builder::Node*> nodes;
+        QHash<QString, Builder::Node*> taxids;
+        QHash<QString, Builder::Node*> paths;
         qint64 lastNumber = 0;
     };
 
@@ -34,10 +35,6 @@ public:
     // Throws Ontology's exceptions for what is no chart, and ChartSamples::InvalidFormatException
     // for a damaged samples table.
     void read(BuilderSource& builder) override;
-
-    // The match key of a node with these values, below a node whose path key is parentPath
-    // (empty for the root); path gets the node's own path key.
-    static QString keyOf(const QString& id, const QVariantMap& data, const QString& parentPath, QString& path);
 
 private:
     class Reader;

@@ -314,8 +314,7 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
         builder.count(true);
         keepReport(builder, placed);
     }
-    if (shouldContinue() && !keepEmptyChart
-        && builder.getRoot()->data.value(Zem::Ontology::NodeKey::accumCount).toString().toLongLong() <= 0)
+    if (shouldContinue() && !keepEmptyChart && builder.getTotal() <= 0)
         throw EmptyChartException();
     if (shouldContinue())
         builder.build();

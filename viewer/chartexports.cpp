@@ -186,7 +186,10 @@ void ChartExports::slotExportTable()
 bool ChartExports::exportTable(const QString& fileName)
 {
     return run(fileName, [&](const Source& from) {
-        ChartTable numbers(*from.tree);
+        // A chart of several samples: all of them added up, then a column for each.
+        const ChartTree all = from.tree->getSampleCount() > 1 ? from.tree->ofSample(ChartTree::allSamples) : ChartTree();
+        ChartTable numbers(from.tree->getSampleCount() > 1 ? all : *from.tree);
+        numbers.addSamplesOf(*from.tree);
         numbers.setRawNames(from.rawNames);
         numbers.save(fileName, ChartTable::formatOf(fileName));
     });
@@ -202,10 +205,13 @@ void ChartExports::slotExportHtml()
 bool ChartExports::exportHtml(const QString& fileName)
 {
     return run(fileName, [&](const Source& from) {
-        ChartHtml page(*from.tree, *from.colours);
+        // A chart of several samples: the page starts on the first, with a chooser for the others.
+        const ChartTree first = from.tree->getSampleCount() > 1 ? from.tree->ofSample(0) : ChartTree();
+        ChartHtml page(from.tree->getSampleCount() > 1 ? first : *from.tree, *from.colours);
         const QString title = defaultTitle(from);
         page.setTitle(title);
         page.setFirstSampleName(title);
+        page.addSamplesOf(*from.tree);
         page.setView(from.maxLevels, from.minPercent, from.collapse);
         page.setRawNames(from.rawNames);
         page.setCentre(from.centre);

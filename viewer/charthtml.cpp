@@ -104,6 +104,20 @@ void ChartHtml::addSample(Sample sample)
     samples.push_back(std::move(sample));
 }
 
+void ChartHtml::addSamplesOf(const ChartTree& chart)
+{
+    if (chart.getSampleCount() < 2)
+        return;
+    const auto list = chart.getSamples();
+    setFirstSampleName(list.front().name);
+    for (size_t i = 1; i < list.size(); ++i) {
+        Sample sample;
+        sample.name = list[i].name;
+        chart.getCounts(static_cast<int>(i), sample.counts, sample.totals);
+        addSample(std::move(sample));
+    }
+}
+
 std::vector<int> ChartHtml::depthFirst() const
 {
     std::vector<int> order;

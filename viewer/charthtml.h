@@ -52,6 +52,9 @@ public:
     // The tree's own counts are the first sample, named so; more may be added.
     void setFirstSampleName(const QString& name) { firstSample = name; }
     void addSample(Sample sample);
+    // The samples of a chart of several, when the page's tree holds its first: names that one
+    // and adds the others. Nothing for a chart of one.
+    void addSamplesOf(const ChartTree& chart);
 
     // The chart's data as compact JSON, safe to stand inside a <script> element.
     QByteArray getData() const;

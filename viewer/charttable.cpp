@@ -59,6 +59,19 @@ void ChartTable::addSample(const QString& name, std::vector<qint64> cladeCounts)
     samples.push_back({name, std::move(cladeCounts)});
 }
 
+void ChartTable::addSamplesOf(const ChartTree& chart)
+{
+    if (chart.getSampleCount() < 2)
+        return;
+    const auto list = chart.getSamples();
+    for (size_t i = 0; i < list.size(); ++i) {
+        std::vector<qint64> counts;
+        std::vector<qint64> totals;
+        chart.getCounts(static_cast<int>(i), counts, totals);
+        addSample(list[i].name, std::move(totals));
+    }
+}
+
 QStringList ChartTable::getHeader() const
 {
     QStringList header{QStringLiteral("id"),        QStringLiteral("taxid"),       QStringLiteral("name"),

@@ -47,6 +47,9 @@ public:
     void setRawNames(bool raw) { rawNames = raw; }
     // A column of one sample's clade counts, one per node of the tree in its order.
     void addSample(const QString& name, std::vector<qint64> cladeCounts);
+    // A column for each sample of a chart of several (its tree, node for node this table's);
+    // nothing for a chart of one.
+    void addSamplesOf(const ChartTree& chart);
 
     QStringList getHeader() const;
     // The fields of the node's row, unquoted.
