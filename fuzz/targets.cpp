@@ -358,6 +358,24 @@ void runFormat(const QString& word, const QByteArray& data)
     load(one(format->makeSource(writeInput(data, word + QStringLiteral(".txt")), options)));
 }
 
+// The tables of samples: their column names, then a few columns read as the build of several
+// samples reads them, one source per column sharing one reading of the file.
+void runSampleTable(const QString& word, const QByteArray& data)
+{
+    const InputFormat* format = InputFormat::find(word);
+    const QString input = writeInput(data, word + QStringLiteral(".txt"));
+    const int columns = int(format->readColumns(input).size());
+    std::vector<std::unique_ptr<Source>> sources;
+    for (int column : {0, columns - 1, columns + 1}) {
+        InputFormat::Options options;
+        options.column = column;
+        options.keepUnclassified = data.size() % 2 == 0;
+        sources.push_back(format->makeSource(input, options));
+    }
+    for (std::unique_ptr<Source>& source : sources)
+        load(one(std::move(source)));
+}
+
 // Telling the format of a file: every format's check on the same sample.
 void runDetect(const QByteArray& data)
 {
@@ -384,6 +402,14 @@ const std::map<QString, std::function<void(const QByteArray&)>>& targets()
         return true;
     }();
     (void)formats;
+    static const bool tables = [] {
+        for (const char* word : {"kreport-combined", "metaphlan-merged", "bracken-combined"}) {
+            const QString name = QLatin1String(word);
+            all.emplace(name, [name](const QByteArray& data) { runSampleTable(name, data); });
+        }
+        return true;
+    }();
+    (void)tables;
     return all;
 }
 

@@ -12,7 +12,8 @@ namespace Sorvik {
 namespace Fuzz {
 
 // frequencies, mgtaxa, krona, qiime, bcp, taxdump, chartfile, ontology, linereader, detect, samples, and
-// the classifier formats kreport, bracken, metaphlan, kraken-reads, kaiju and centrifuge.
+// the classifier formats kreport, bracken, metaphlan, kraken-reads, kaiju and centrifuge, and the
+// tables of samples kreport-combined, metaphlan-merged and bracken-combined.
 QStringList getTargetNames();
 
 // Runs the named target on one input; false for an unknown name.

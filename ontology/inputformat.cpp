@@ -1,10 +1,13 @@
 #include "ontology/inputformat.h"
 
 #include "ontology/inputsample.h"
+#include "ontology/sourcecombinedbracken.h"
+#include "ontology/sourcecombinedkreport.h"
 #include "ontology/sourcefrequencies.h"
 #include "ontology/sourcekrakenreads.h"
 #include "ontology/sourcekreport.h"
 #include "ontology/sourcekronatext.h"
+#include "ontology/sourcemergedmetaphlan.h"
 #include "ontology/sourcemetaphlan.h"
 #include "ontology/sourcemgtaxatext.h"
 #include "ontology/sourceqiimetext.h"
@@ -103,6 +106,38 @@ InputFormat taxonTable(const char* word, const QString& name, const QString& des
     return format;
 }
 
+// The tables that hold many samples side by side, one sample per column. Each comes before the
+// single-sample format it resembles (the combined reports' rows are report rows with more
+// columns) and before QIIME, which would take any header and numbers.
+void addSampleTables(std::vector<InputFormat>& formats)
+{
+    formats.push_back(entry("kreport-combined", QStringLiteral("combined Kraken-style reports"),
+                            QStringLiteral("combined Kraken-style reports"),
+                            QStringLiteral("Combined Kraken-style reports (combine_kreports.py)"), 5,
+                            &SourceCombinedKreport::check, [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceCombinedKreport>(file, options.column, options.keepUnclassified);
+                            }));
+    formats.back().hasUnclassified = true;
+    formats.back().readColumns = &SourceCombinedKreport::readColumnNames;
+    formats.push_back(entry("bracken-combined", QStringLiteral("combined Bracken tables"),
+                            QStringLiteral("combined Bracken tables"),
+                            QStringLiteral("Combined Bracken tables (combine_bracken_outputs.py)"), 35,
+                            &SourceCombinedBracken::check, [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceCombinedBracken>(file, options.column, options.keepUnclassified);
+                            }));
+    formats.back().needsTaxonomy = true;
+    formats.back().readColumns = &SourceCombinedBracken::readColumnNames;
+    formats.push_back(entry("metaphlan-merged", QStringLiteral("merged MetaPhlAn table"),
+                            QStringLiteral("a merged MetaPhlAn table"),
+                            QStringLiteral("Merged MetaPhlAn table (merge_metaphlan_tables.py)"), 25,
+                            &SourceMergedMetaphlan::check, [](const QString& file, const Options& options) {
+                                return std::make_unique<SourceMergedMetaphlan>(file, options.column, options.keepUnclassified,
+                                                                               InputFormat::abundanceMultiplier);
+                            }));
+    formats.back().hasUnclassified = true;
+    formats.back().readColumns = &SourceMergedMetaphlan::readColumnNames;
+}
+
 // Detection order: a report's rows and a profile's rows would pass as Krona lines, the tables
 // with headers and per-read lines are told by their own marks, a taxon-id list would pass as a
 // QIIME table without a header's names, and Krona text (a number, then anything) comes last.
@@ -162,6 +197,7 @@ std::vector<InputFormat> makeTable()
     formats.push_back(taxonTable("centrifuge", QStringLiteral("Centrifuge"), QStringLiteral("a Centrifuge report"),
                                  QStringLiteral("Centrifuge report"),
                                  {QStringLiteral("taxID"), QStringLiteral("numReads"), QStringLiteral("name")}));
+    addSampleTables(formats);
     return formats;
 }
 

@@ -50,7 +50,7 @@ public:
     QString fileName;
     bool keepUnclassified = true;
 
-private:
+protected:
     struct Row
     {
         qint64 clade;

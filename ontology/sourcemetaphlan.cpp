@@ -15,7 +15,6 @@ namespace Ontology {
 namespace {
 
 const QString unclassifiedId = QStringLiteral("unclassified");
-constexpr double maximumShare = 1000.0;
 
 // Taxon ids, empty pieces for clades without one, and MetaPhlAn 4's genome bins ("SGB4933").
 bool isTaxidPath(const QStringRef& text)
@@ -105,14 +104,8 @@ void SourceMetaphlan::readHeader(const QString& line, Layout& layout)
         layout = named;
 }
 
-QString SourceMetaphlan::parseRow(const QVector<QStringRef>& fields, const Layout& layout, double& value, QString& taxid)
+QString SourceMetaphlan::checkClade(const QStringRef& clade)
 {
-    // Without a header: the name and the value, or the name, the taxon ids and the value.
-    const int valueColumn = layout.value >= 0 ? layout.value : (fields.size() >= 3 ? 2 : 1);
-    const int taxidColumn = layout.value >= 0 ? layout.taxid : (fields.size() >= 3 ? 1 : -1);
-    if (fields.size() <= std::max({valueColumn, taxidColumn, layout.clade}))
-        return QStringLiteral("it has %1 columns, not %2").arg(fields.size()).arg(valueColumn + 1);
-    const QStringRef clade = fields.at(layout.clade).trimmed();
     if (clade.isEmpty())
         return QStringLiteral("it names no clade");
     if (!isUnclassified(clade)) {
@@ -121,18 +114,41 @@ QString SourceMetaphlan::parseRow(const QVector<QStringRef>& fields, const Layou
                 return QStringLiteral("%1 is not a clade name with a rank prefix").arg(quoted(piece));
         }
     }
+    return QString();
+}
+
+QString SourceMetaphlan::readShare(const QStringRef& text, double& value)
+{
     bool ok = false;
-    value = fields.at(valueColumn).trimmed().toDouble(&ok);
+    value = text.trimmed().toDouble(&ok);
     // Shares are percent; far larger values are no share, and could overflow the sums.
     if (!ok || !std::isfinite(value) || value < 0.0 || value > maximumShare)
-        return QStringLiteral("%1 is not an abundance").arg(quoted(fields.at(valueColumn)));
-    if (taxidColumn >= 0) {
-        const QStringRef ids = fields.at(taxidColumn).trimmed();
-        if (!isTaxidPath(ids))
-            return QStringLiteral("%1 is not a path of taxon ids").arg(quoted(ids));
-        taxid = lastTaxid(ids);
-    }
+        return QStringLiteral("%1 is not an abundance").arg(quoted(text));
     return QString();
+}
+
+QString SourceMetaphlan::readTaxidPath(const QStringRef& text, QString& taxid)
+{
+    const QStringRef ids = text.trimmed();
+    if (!isTaxidPath(ids))
+        return QStringLiteral("%1 is not a path of taxon ids").arg(quoted(ids));
+    taxid = lastTaxid(ids);
+    return QString();
+}
+
+QString SourceMetaphlan::parseRow(const QVector<QStringRef>& fields, const Layout& layout, double& value, QString& taxid)
+{
+    // Without a header: the name and the value, or the name, the taxon ids and the value.
+    const int valueColumn = layout.value >= 0 ? layout.value : (fields.size() >= 3 ? 2 : 1);
+    const int taxidColumn = layout.value >= 0 ? layout.taxid : (fields.size() >= 3 ? 1 : -1);
+    if (fields.size() <= std::max({valueColumn, taxidColumn, layout.clade}))
+        return QStringLiteral("it has %1 columns, not %2").arg(fields.size()).arg(valueColumn + 1);
+    QString problem = checkClade(fields.at(layout.clade).trimmed());
+    if (problem.isEmpty())
+        problem = readShare(fields.at(valueColumn), value);
+    if (problem.isEmpty() && taxidColumn >= 0)
+        problem = readTaxidPath(fields.at(taxidColumn), taxid);
+    return problem;
 }
 
 QString SourceMetaphlan::check(const InputSample& sample)
@@ -164,8 +180,8 @@ QString SourceMetaphlan::check(const InputSample& sample)
 
 void SourceMetaphlan::read(BuilderSource& builder)
 {
-    PathIds paths(builder);
-    clades.assign(1, Clade{-1, false, 0, 0.0});
+    PathIds& paths = builder.getPathIds();
+    clades.assign(1, Clade{-1, true, false, 0, 0.0});
     nu::LineReader lines(fileName);
     if (!lines.isOpen())
         return;
@@ -195,27 +211,40 @@ void SourceMetaphlan::read(BuilderSource& builder)
             unclassified = std::min(unclassified + value, maximumShare);
             continue;
         }
-        int node = PathIds::root;
-        for (const QStringRef& piece : clade.split(QLatin1Char('|'))) {
-            const int parent = node;
-            node = paths.child(parent, QStringView(piece.constData(), piece.size()));
-            if (node < int(clades.size()))
-                continue;
-            clades.push_back(Clade{parent, false, 0, 0.0});
-            const QString id = paths.getId(node);
-            builder.addData(id, NodeKey::name, nameOf(piece).toString());
-            builder.addData(id, NodeKey::rank, rankOf(piece));
-        }
-        Clade& given = clades[size_t(node)];
-        if (given.given) {
-            skipLine(lines, QStringLiteral("the clade was given on line %1 already").arg(given.line));
-            continue;
-        }
-        given = Clade{given.parent, true, lines.getLineNumber(), value};
-        if (!taxid.isEmpty())
-            builder.addData(paths.getId(node), NodeKey::taxid, taxid);
+        const QString given = addClade(builder, paths, clade, value, taxid, lines.getLineNumber());
+        if (!given.isEmpty())
+            skipLine(lines, given);
     }
     writeCounts(builder, paths, keepUnclassified ? unclassified : 0.0);
+}
+
+QString SourceMetaphlan::addClade(BuilderSource& builder, PathIds& paths, const QStringRef& clade, double value,
+                                  const QString& taxid, qint64 line)
+{
+    int node = PathIds::root;
+    for (const QStringRef& piece : clade.split(QLatin1Char('|'))) {
+        const int parent = node;
+        node = paths.child(parent, QStringView(piece.constData(), piece.size()));
+        if (size_t(node) >= clades.size())
+            clades.resize(size_t(paths.size()));
+        Clade& level = clades[size_t(node)];
+        if (level.used)
+            continue;
+        level.used = true;
+        level.parent = parent;
+        const QString id = paths.getId(node);
+        builder.addData(id, NodeKey::name, nameOf(piece).toString());
+        builder.addData(id, NodeKey::rank, rankOf(piece));
+    }
+    Clade& given = clades[size_t(node)];
+    if (given.given)
+        return QStringLiteral("the clade was given on line %1 already").arg(given.line);
+    given.given = true;
+    given.line = line;
+    given.value = value;
+    if (!taxid.isEmpty())
+        builder.addData(paths.getId(node), NodeKey::taxid, taxid);
+    return QString();
 }
 
 void SourceMetaphlan::writeCounts(BuilderSource& builder, PathIds& paths, double unclassified)
@@ -226,6 +255,8 @@ void SourceMetaphlan::writeCounts(BuilderSource& builder, PathIds& paths, double
     std::vector<qint64> childSum(clades.size(), 0);
     for (size_t i = clades.size() - 1; i > 0; --i) {
         const Clade& clade = clades[i];
+        if (!clade.used)
+            continue;
         const qint64 total = clade.given ? std::llround(clade.value * multiplier) : childSum[i];
         paths.addCount(int(i), std::max<qint64>(0, total - childSum[i]));
         childSum[size_t(clade.parent)] = addCounts(childSum[size_t(clade.parent)], total);

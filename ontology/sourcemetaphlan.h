@@ -42,21 +42,34 @@ public:
     bool keepUnclassified = true;
     double multiplier = 10000.0;
 
-private:
+protected:
     // A clade of the tree, by its path id's number.
+    // The path ids may be shared with other sources (the samples of one chart): a clade this
+    // source did not reach is not used.
     struct Clade
     {
-        int parent;
-        bool given;
-        qint64 line;
-        double value;
+        int parent = -1;
+        bool used = false;
+        bool given = false;
+        qint64 line = 0;
+        double value = 0.0;
     };
 
     static void readHeader(const QString& line, Layout& layout);
     // The reason a row cannot be read, else an empty text; value and taxid are the row's.
     static QString parseRow(const QVector<QStringRef>& fields, const Layout& layout, double& value, QString& taxid);
+    // The parts of a row: the reason each cannot be read, else an empty text.
+    static QString checkClade(const QStringRef& clade);
+    static QString readShare(const QStringRef& text, double& value);
+    static QString readTaxidPath(const QStringRef& text, QString& taxid);
     static bool isUnclassified(const QStringRef& clade);
+    // Places a clade's row, making the levels above it that are missing; the reason it cannot
+    // be taken (given twice), else an empty text.
+    QString addClade(BuilderSource& builder, PathIds& paths, const QStringRef& clade, double value, const QString& taxid,
+                     qint64 line);
     void writeCounts(BuilderSource& builder, PathIds& paths, double unclassified);
+    // The largest share in percent that a row may give.
+    static constexpr double maximumShare = 1000.0;
 
     std::vector<Clade> clades;
 };

@@ -68,8 +68,11 @@ QString SourceTaxonTable::readRow(const QString& line, const Places& places, QSt
     if (fields.size() <= std::max(places.taxid, places.count))
         return QStringLiteral("it has %1 columns").arg(fields.size());
     const QString problem = readCount(fields.at(places.count), count);
-    if (!problem.isEmpty())
-        return problem;
+    return problem.isEmpty() ? readId(fields, places, id) : problem;
+}
+
+QString SourceTaxonTable::readId(const QVector<QStringRef>& fields, const Places& places, QString& id)
+{
     const QStringRef taxid = fields.at(places.taxid).trimmed();
     if (isTaxid(taxid)) {
         id = taxid.toLong() == 0 ? unclassifiedId : taxid.toString();
@@ -136,6 +139,11 @@ void SourceTaxonTable::read(BuilderSource& builder)
         qint64& sum = counts[id];
         sum = addCounts(sum, count);
     }
+    writeCounts(builder, counts);
+}
+
+void SourceTaxonTable::writeCounts(BuilderSource& builder, QHash<QString, qint64>& counts) const
+{
     if (!keepUnclassified)
         counts.remove(unclassifiedId);
     else if (counts.contains(unclassifiedId))

@@ -3,6 +3,8 @@
 #include "ontology/source.h"
 
 #include <QHash>
+#include <QStringRef>
+#include <QVector>
 
 namespace Zem {
 namespace Ontology {
@@ -37,7 +39,7 @@ public:
     Columns columns;
     bool keepUnclassified = true;
 
-private:
+protected:
     // The columns' places in a header line; false when it lacks one of them.
     struct Places
     {
@@ -48,6 +50,10 @@ private:
     static bool readHeader(const QString& line, const Columns& columns, Places& places);
     // The id a row's reads count under, or the reason there is none.
     static QString readRow(const QString& line, const Places& places, QString& id, qint64& count);
+    // The id of a row whose fields reach the taxon-id column, or the reason there is none.
+    static QString readId(const QVector<QStringRef>& fields, const Places& places, QString& id);
+    // Gives each id its reads, leaving unclassified reads out where the user asked.
+    void writeCounts(BuilderSource& builder, QHash<QString, qint64>& counts) const;
 };
 
 } // namespace Ontology

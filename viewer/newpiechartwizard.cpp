@@ -1,5 +1,7 @@
 #include "viewer/newpiechartwizard.h"
 
+#include "ontology/chartsamples.h"
+#include "ontology/source.h"
 #include "viewer/newpiechartwizard_inputfilewizardpage.h"
 #include "viewer/newpiechartwizard_inputtypewizardpage.h"
 #include "viewer/newpiechartwizard_kronasourcefilewizardpage.h"
@@ -8,6 +10,7 @@
 #include "viewer/newpiechartwizard_qiimesourcefilewizardpage.h"
 #include "viewer/newpiechartwizard_taxidssourcefilewizardpage.h"
 
+#include <QFileInfo>
 #include <QIcon>
 #include <QVariant>
 
@@ -105,21 +108,83 @@ const Zem::Ontology::InputFormat* NewPiechartWizard::getFormat() const
 
 QString NewPiechartWizard::getInputFileName() const
 {
+    return getInputFileNames().value(0);
+}
+
+QStringList NewPiechartWizard::getInputFileNames() const
+{
     const Zem::Ontology::InputFormat* format = getFormat();
     if (!format)
-        return QString();
-    // Detection reads the file named on the input file page, whatever format it finds.
+        return QStringList();
+    // Detection reads the files named on the input file page, whatever format it finds.
     const auto* typePage = static_cast<const NewPieChartWizard_InputTypeWizardPage*>(page(InputType));
     const FilePage* page = typePage->getChosenWord() == detectWord ? nullptr : findFilePage(format->word);
-    return field(QLatin1String(page ? page->fileField : "input-source-filename")).toString();
+    return NewPieChartWizard_SourceFileWizardPage::splitFileNames(
+        field(QLatin1String(page ? page->fileField : "input-source-filename")).toString());
 }
 
 Zem::Ontology::InputFormat::Options NewPiechartWizard::getOptions() const
 {
     Zem::Ontology::InputFormat::Options options;
-    options.column = field(QStringLiteral("qiime-source-column")).toInt();
+    const auto* columnPage = static_cast<const NewPieChartWizard_QiimeSourceColumnWizardPage*>(page(QiimeColumn));
+    options.column = columnPage->getChosenColumns().value(0, 0);
     options.keepUnclassified = field(QStringLiteral("input-keep-unclassified")).toBool();
     return options;
+}
+
+std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> NewPiechartWizard::makeSampleSources() const
+{
+    std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>> sources;
+    const Zem::Ontology::InputFormat* format = getFormat();
+    // All made before any is read: the columns of one table share one reading of it.
+    for (const Sample& sample : getSamples())
+        sources.emplace_back(sample.name, format->makeSource(sample.fileName, sample.options));
+    return sources;
+}
+
+QList<QPair<int, QString>> NewPiechartWizard::getColumnsOf(const QString& fileName) const
+{
+    const auto* columnPage = static_cast<const NewPieChartWizard_QiimeSourceColumnWizardPage*>(page(QiimeColumn));
+    // The page offers the first file's columns; with all of them, every file gives its own.
+    const QStringList names = columnPage->isAllColumns() ? getFormat()->readColumns(fileName) : columnPage->getColumns();
+    QList<QPair<int, QString>> columns;
+    for (int i = 0; i < names.size(); ++i) {
+        if (columnPage->isAllColumns() || columnPage->getChosenColumns().contains(i))
+            columns.append({i, names.at(i)});
+    }
+    // A file without the columns stays a sample, for its reader to say what is wrong with it.
+    if (names.isEmpty())
+        columns.append({0, QString()});
+    return columns;
+}
+
+std::vector<NewPiechartWizard::Sample> NewPiechartWizard::getSamples() const
+{
+    const Zem::Ontology::InputFormat* format = getFormat();
+    std::vector<Sample> samples;
+    if (!format)
+        return samples;
+    const QStringList fileNames = getInputFileNames();
+    QStringList names;
+    for (const QString& fileName : fileNames) {
+        Zem::Ontology::InputFormat::Options options = getOptions();
+        const QString fileSample = Zem::Ontology::ChartSamples::nameOfFile(fileName);
+        if (!format->readColumns) {
+            names << fileSample;
+            samples.push_back(Sample{QString(), fileName, options});
+            continue;
+        }
+        for (const auto& [column, name] : getColumnsOf(fileName)) {
+            options.column = column;
+            names << (name.isEmpty() ? fileSample : fileNames.size() > 1 ? fileSample + QLatin1Char(' ') + name : name);
+            samples.push_back(Sample{QString(), fileName, options});
+        }
+    }
+    // Two files of one name in different folders, or a column named twice.
+    names = Zem::Ontology::ChartSamples::makeUnique(names);
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i].name = names.at(int(i));
+    return samples;
 }
 
 } // namespace Viewer

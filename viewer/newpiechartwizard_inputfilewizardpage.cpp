@@ -7,6 +7,8 @@
 #include "viewer/newpiechartwizard.h"
 #include "viewer/newpiechartwizard_inputtypewizardpage.h"
 
+#include <QFileInfo>
+
 namespace Sorvik {
 namespace Viewer {
 
@@ -23,6 +25,8 @@ NewPieChartWizard_InputFileWizardPage::NewPieChartWizard_InputFileWizardPage(QWi
     connect(ui->fileNameLineEdit, &QLineEdit::textChanged, this, [this] {
         if (isDetecting())
             detect();
+        else
+            ui->detectionLabel->hide();
     });
 }
 
@@ -54,16 +58,38 @@ void NewPieChartWizard_InputFileWizardPage::initializePage()
 
 void NewPieChartWizard_InputFileWizardPage::detect()
 {
-    const QString fileName = getFileName();
-    QStringList whyNot;
+    const QStringList fileNames = getFileNames();
     detected = nullptr;
-    if (fileName.isEmpty()) {
+    if (fileNames.isEmpty()) {
         ui->detectionLabel->setText(tr("Name the file, and its format is told from its first lines."));
-    } else {
-        detected = InputFormat::detect(Zem::Ontology::InputSample(fileName), &whyNot);
-        ui->detectionLabel->setText(detected ? tr("Read as %1.").arg(detected->description)
-                                             : tr("Cannot tell the format of this file:\n%1.").arg(whyNot.join(QStringLiteral(",\n"))));
+        showOptions(nullptr);
+        emit completeChanged();
+        return;
     }
+    QString said;
+    // Several files are samples of one format: each must be told as the first is.
+    for (const QString& fileName : fileNames) {
+        QStringList whyNot;
+        const InputFormat* format = InputFormat::detect(Zem::Ontology::InputSample(fileName), &whyNot);
+        const QString shown = fileNames.size() > 1 ? QFileInfo(fileName).fileName() : QString();
+        if (!format) {
+            said = shown.isEmpty() ? tr("Cannot tell the format of this file:\n%1.").arg(whyNot.join(QStringLiteral(",\n")))
+                                   : tr("Cannot tell the format of %1:\n%2.").arg(shown, whyNot.join(QStringLiteral(",\n")));
+            detected = nullptr;
+            break;
+        }
+        if (detected && format != detected) {
+            said = tr("The files are of different formats: %1 is %2, but %3 is %4.")
+                       .arg(QFileInfo(fileNames.front()).fileName(), detected->description, shown, format->description);
+            detected = nullptr;
+            break;
+        }
+        detected = format;
+    }
+    if (detected)
+        said = fileNames.size() > 1 ? tr("Read as %1, %2 files.").arg(detected->description).arg(fileNames.size())
+                                    : tr("Read as %1.").arg(detected->description);
+    ui->detectionLabel->setText(said);
     showOptions(detected);
     emit completeChanged();
 }
@@ -78,21 +104,35 @@ bool NewPieChartWizard_InputFileWizardPage::isComplete() const
     return isDetecting() ? detected != nullptr : NewPieChartWizard_SourceFileWizardPage::isComplete();
 }
 
+const InputFormat* NewPieChartWizard_InputFileWizardPage::getFormat() const
+{
+    if (isDetecting())
+        return detected;
+    const auto* wizard = qobject_cast<const NewPiechartWizard*>(this->wizard());
+    return wizard ? wizard->getFormat() : nullptr;
+}
+
 bool NewPieChartWizard_InputFileWizardPage::validatePage()
 {
-    if (!isDetecting() || !detected || !detected->readColumns)
+    const InputFormat* format = getFormat();
+    if (!format || !format->readColumns)
         return true;
     // A table of samples goes on to its column page.
-    const QStringList columns = detected->readColumns(getFileName());
-    if (columns.isEmpty())
+    const QStringList columns = format->readColumns(getFileName());
+    if (columns.isEmpty()) {
+        ui->detectionLabel->setText(tr("%1 has no header that names sample columns of %2.")
+                                        .arg(QFileInfo(getFileName()).fileName(), format->description));
+        ui->detectionLabel->show();
         return false;
+    }
     emit signalSourceColumnsRetrieved(columns);
     return true;
 }
 
 int NewPieChartWizard_InputFileWizardPage::nextId() const
 {
-    return isDetecting() && detected && detected->readColumns ? NewPiechartWizard::QiimeColumn : -1;
+    const InputFormat* format = getFormat();
+    return format && format->readColumns ? NewPiechartWizard::QiimeColumn : -1;
 }
 
 } // namespace Viewer

@@ -18,9 +18,9 @@ class NewPieChartWizard_InputFileWizardPage;
 }
 
 // The file page of every input format that has no page of its own, and of "Detect from the
-// file": then it tells the file's format as soon as the file is named, says which it found (or
-// why none), and goes on to the column page for a table of samples. Formats that count
-// unclassified reads offer to leave them out.
+// file": then it tells the files' format as soon as they are named, says which it found (or why
+// none, or that several files differ), and goes on to the column page for a table of samples.
+// Formats that count unclassified reads offer to leave them out.
 class NewPieChartWizard_InputFileWizardPage : public NewPieChartWizard_SourceFileWizardPage
 {
     Q_OBJECT
@@ -41,6 +41,8 @@ signals:
 
 private:
     bool isDetecting() const;
+    // The format detected, or chosen on the first page.
+    const Zem::Ontology::InputFormat* getFormat() const;
     void detect();
     // Shows the check box for unclassified reads where the format has them.
     void showOptions(const Zem::Ontology::InputFormat* format);

@@ -168,8 +168,10 @@ private slots:
         const QString input = write(QStringLiteral("input.txt"), QByteArray("\x00\x01\x02\x03", 4));
         const CliResult result = runCli({"build", "auto", input, "-o", path(QStringLiteral("out.piechart"))});
         QCOMPARE(result.exitCode, 1);
-        QVERIFY2(result.err.startsWith(QStringLiteral("sorvik-cli build: cannot tell the format of %1: not a Kraken-style "
-                                                      "report (line 1: it has 1 columns), not a MetaPhlAn profile")
+        QVERIFY2(result.err.startsWith(QStringLiteral("sorvik-cli build: cannot tell the format of %1: not combined "
+                                                      "Kraken-style reports (line 1: it is no header of combined reports), "
+                                                      "not a Kraken-style report (line 1: it has 1 columns), not a MetaPhlAn "
+                                                      "profile")
                                            .arg(input)),
                  qPrintable(result.err));
         QVERIFY(result.err.endsWith(QLatin1String("not Krona text (line 1: '?\?\?\?' is not a count)\n")));
@@ -225,10 +227,10 @@ private slots:
                                             << "--max-levels needs a whole number of at least 1";
         QTest::newRow("unknown format") << QStringList{"build", "biom", "IN", "-o", "OUT"} << "unknown format 'biom'";
         QTest::newRow("column for krona") << QStringList{"build", "krona", "IN", "-o", "OUT", "--column", "1"}
-                                          << "--column applies to qiime only";
+                                          << "--column applies to qiime, kreport-combined, bracken-combined and metaphlan-merged only";
         QTest::newRow("no unclassified reads in a qiime table")
             << QStringList{"build", "qiime", "IN", "-o", "OUT", "--no-unclassified"}
-            << "--no-unclassified applies to kreport, metaphlan, kraken-reads and kaiju only";
+            << "--no-unclassified applies to kreport, metaphlan, kraken-reads, kaiju, kreport-combined and metaphlan-merged only";
         QTest::newRow("column past the last") << QStringList{"build", "qiime", "IN", "-o", "OUT", "--column", "2"}
                                               << "column 2 is out of range: IN has 2 value columns (S1, S2)";
         QTest::newRow("output is input") << QStringList{"build", "krona", "IN", "-o", "IN"} << "OUT must not be INPUT";

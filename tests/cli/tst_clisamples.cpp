@@ -130,7 +130,7 @@ private slots:
         QTest::newRow("too few") << QStringList{"--name", "a"} << "--name gives 1 names for 2 samples";
         QTest::newRow("twice") << QStringList{"--name", "a,a"} << "--name gives 'a' twice";
         QTest::newRow("empty") << QStringList{"--name", "a,"} << "--name gives an empty name";
-        QTest::newRow("all columns of a report") << QStringList{"--all-columns"} << "--all-columns applies to qiime only";
+        QTest::newRow("all columns of a report") << QStringList{"--all-columns"} << "--all-columns applies to qiime, kreport-combined, bracken-combined and metaphlan-merged only";
     }
 
     void refusesNamesThatDoNotFit()

@@ -44,6 +44,12 @@ private slots:
             {"viewer/taxids.txt", "taxids"},             {"viewer/taxid-counts.txt", "taxid-counts"},
             {"viewer/mgtaxa.txt", "mgtaxa"},             {"viewer/small.krona.txt", "krona"},
             {"viewer/small.qiime.txt", "qiime"},
+            // Its header passes as a single report's odd line: combined reports are told first.
+            {"tables/combined.kreport", "kreport-combined"},
+            {"tables/merged-metaphlan3.txt", "metaphlan-merged"},
+            // Without taxon ids it would pass as a QIIME table.
+            {"tables/merged-metaphlan4.txt", "metaphlan-merged"},
+            {"tables/combined-bracken.tsv", "bracken-combined"},
         };
         for (const auto& [file, word] : files)
             QTest::newRow(qPrintable(file)) << fixturePath(file) << word;
@@ -74,10 +80,19 @@ private slots:
         // integers), nor anything else.
         QTest::newRow("5-column kreport-like")
             << QByteArray(" 80.00\t800\t10\tR\troot\n 20.00\t200\t200\tD\t  Bacteria\n")
-            << "refused: not a Kraken-style report (line 1: it has 5 columns), not a MetaPhlAn profile (line 1: '80.00' is "
+            << "refused: not combined Kraken-style reports (line 1: it is no header of combined reports), not a "
+               "Kraken-style report (line 1: it has 5 columns), not a MetaPhlAn profile (line 1: '80.00' is "
                "not a clade name with a rank prefix)";
         QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\x00\x00\x00\rIHDR\x00\x01\x02\xff\xfe", 22)
-                                << "refused: not a Kraken-style report (line 1: it has 1 columns)";
+                                << "refused: not combined Kraken-style reports (line 1: it is no header of combined reports), "
+                                   "not a Kraken-style report (line 1: it has 1 columns)";
+        // A QIIME table of one level reads like a merged MetaPhlAn table but for its header.
+        QTest::newRow("qiime table of kingdoms") << QByteArray("Taxon\tS1\tS2\nk__Bacteria\t0.5\t0.25\n") << "qiime";
+        QTest::newRow("merged metaphlan with a cut row")
+            << QByteArray("clade_name\ts1\ts2\nk__A\t1\t2\nk__A|p__B\t1\n") << "metaphlan-merged";
+        // A Bracken table of one sample names no _num column.
+        QTest::newRow("bracken table of one sample")
+            << fileContents(fixturePath(QStringLiteral("formats/bracken.tsv"))) << "bracken";
     }
 
     void nearMisses()

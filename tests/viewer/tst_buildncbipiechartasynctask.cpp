@@ -48,6 +48,9 @@ QByteArray readsIn(const QString& format)
             text += "sample.fq\t10.0\t" + n + '\t' + (read.first == "0" ? QByteArray("NA\tunclassified") : read.first + "\tTaxon") + '\n';
         else if (format == QLatin1String("centrifuge"))
             text += "Taxon " + read.first + '\t' + read.first + "\tspecies\t5000\t" + n + '\t' + n + "\t0.1\n";
+        // The first sample's reads are counted; the second sample's column differs.
+        else if (format == QLatin1String("bracken-combined"))
+            text += "Taxon " + read.first + '\t' + read.first + "\tS\t" + n + "\t0.1\t7\t0.1\n";
         for (int i = 0; i < read.second; ++i) {
             const QByteArray id = read.first;
             const QByteArray name = "read" + QByteArray::number(++line);
@@ -64,6 +67,7 @@ QByteArray readsIn(const QString& format)
         {QStringLiteral("bracken"), "name\ttaxonomy_id\ttaxonomy_lvl\tkraken_assigned_reads\tadded_reads\tnew_est_reads\t"
                                     "fraction_total_reads\n"},
         {QStringLiteral("kaiju"), "file\tpercent\treads\ttaxon_id\ttaxon_name\n"},
+        {QStringLiteral("bracken-combined"), "name\ttaxonomy_id\ttaxonomy_lvl\tA_num\tA_frac\tB_num\tB_frac\n"},
         {QStringLiteral("centrifuge"), "name\ttaxID\ttaxRank\tgenomeSize\tnumReads\tnumUniqueReads\tabundance\n"}};
     return text.isEmpty() ? QByteArray() : headers.value(format) + text;
 }
