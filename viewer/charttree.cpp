@@ -39,6 +39,8 @@ struct ChartTree::SampleTable
     std::vector<Sample> list;
     std::vector<QByteArray> counts;
     int rows = 0;
+    // By node, for a chart of several samples: whether it is a chain on all samples together.
+    std::vector<bool> chains;
 };
 
 // Reads every node of a file into the tree.
@@ -97,7 +99,16 @@ ChartTree ChartTree::read(const Zem::Ontology::Ontology& ontology)
             table->counts.push_back(std::move(one.counts));
         }
     }
-    tree.samples = std::move(table);
+    tree.samples = table;
+    if (stored.size() > 1) {
+        // Every sample is drawn with the same rings, so that stepping in lands on the same taxon
+        // in each: a chain is one on all samples together.
+        const ChartTree all = tree.ofSample(allSamples);
+        std::vector<bool> chains(tree.nodes.size());
+        for (int i = 0; i < tree.size(); ++i)
+            chains[static_cast<size_t>(i)] = all.isChain(i);
+        table->chains = std::move(chains);
+    }
     return tree;
 }
 
@@ -253,6 +264,8 @@ int ChartTree::countedChildren(int node) const
 
 bool ChartTree::isChain(int node) const
 {
+    if (samples && !samples->chains.empty())
+        return samples->chains[static_cast<size_t>(node)];
     const Node& n = at(node);
     if (n.count != 0 || n.total <= 0)
         return false;

@@ -294,10 +294,16 @@ void MainWindow::newChart(NewPiechartWizard& wizard)
     // refused when it is read.
     if (!format)
         return;
-    const QString problem = OpenedFile::getInputProblem(*format, wizard.getInputFileName());
-    if (!problem.isEmpty()) {
-        message(QMessageBox::Warning, tr("Problem reading input"), problem);
-        return;
+    QStringList checked;
+    for (const NewPiechartWizard::Sample& sample : wizard.getSamples()) {
+        if (checked.contains(sample.fileName))
+            continue;
+        checked << sample.fileName;
+        const QString problem = OpenedFile::getInputProblem(*format, sample.fileName);
+        if (!problem.isEmpty()) {
+            message(QMessageBox::Warning, tr("Problem reading input"), problem);
+            return;
+        }
     }
     // The open chart goes only now that the user has chosen what replaces it.
     if (!slotFileClose())
@@ -311,19 +317,20 @@ void MainWindow::newChart(NewPiechartWizard& wizard)
     fileHandler.setOpened(settings.getPathDir().absoluteFilePath(workingFileName));
     navigator.goToRoot();
     forgetTree();
-    auto source = format->makeSource(wizard.getInputFileName(), wizard.getOptions());
+    auto samples = wizard.makeSampleSources();
     if (format->needsTaxonomy)
-        startNcbiBuild(std::move(source));
+        startNcbiBuild(std::move(samples));
     else
-        buildOnThisThread(std::move(source));
+        buildOnThisThread(std::move(samples));
 }
 
-void MainWindow::startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source)
+void MainWindow::startNcbiBuild(SampleSources samples)
 {
     auto newTask = std::make_unique<BuildNcbiPiechartAsyncTask>();
     newTask->setNcbiOntologyFile(App::Settings().getTaxonomyFile());
     newTask->setTargetFile(fileHandler.getFileName());
-    newTask->setSource(std::move(source));
+    for (auto& sample : samples)
+        newTask->addSample(sample.first, std::move(sample.second));
     // From here on the task owns itself: it deletes itself once its thread has finished (the
     // last connection below, so that the window has read its state before).
     task = newTask.release();
@@ -382,13 +389,14 @@ void MainWindow::slotBuildNcbiPiechartFinished()
     }
 }
 
-void MainWindow::buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source)
+void MainWindow::buildOnThisThread(SampleSources samples)
 {
     Zem::Ontology::BuildReport report;
     try {
         const BusyCursor busy;
         Zem::Ontology::BuilderSource builder(fileHandler.getFileName());
-        builder.addSource(std::move(source));
+        for (auto& sample : samples)
+            builder.addSample(sample.first, std::move(sample.second));
         builder.load();
         report = builder.getReport();
         builder.count(false);

@@ -182,8 +182,10 @@ private:
     // A chart of several samples whose centre holds nothing in the sample drawn: an empty view
     // that says so, the chart kept open to step out of it or choose another sample.
     bool showAbsentCentre();
-    void startNcbiBuild(std::unique_ptr<Zem::Ontology::Source> source);
-    void buildOnThisThread(std::unique_ptr<Zem::Ontology::Source> source);
+    // Each sample's name and the source of its counts; one sample makes a plain chart.
+    using SampleSources = std::vector<std::pair<QString, std::unique_ptr<Zem::Ontology::Source>>>;
+    void startNcbiBuild(SampleSources samples);
+    void buildOnThisThread(SampleSources samples);
     // Marks the new chart unsaved and draws it; false when it could not be drawn.
     bool firstTimeGenerate();
     // Says what the reading of a new chart's input passed over, if anything.
