@@ -8,26 +8,22 @@
 #include "ontology/sourceqiimetext.h"
 #include "nu/linereader.h"
 #include "tests/support/fixtures.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace Zem::Ontology;
 using namespace Sorvik::Test;
 
-class TestSources : public QObject
+class TestSources : public FolderCase
 {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
     void krona_data()
     {
@@ -103,7 +99,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QByteArray, second);
         QFETCH(QString, percentage);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceQiimeText>(write(content, QStringLiteral("first.txt")), 0));
         if (!second.isEmpty())
             builder.addSource(std::make_unique<SourceQiimeText>(write(second, QStringLiteral("second.txt")), 0));
@@ -149,7 +145,7 @@ private slots:
         QFETCH(QString, format);
         QFETCH(QByteArray, content);
         QFETCH(QStringList, counts);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         if (format == QLatin1String("mgtaxa"))
             builder.addSource(std::make_unique<SourceMgtaxaText>(write(content)));
         else
@@ -194,7 +190,7 @@ private slots:
         QFETCH(QByteArray, second);
         QFETCH(QString, tree);
         QFETCH(int, nodes);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(makeSource(firstFormat, write(first, QStringLiteral("first.txt"))));
         builder.addSource(makeSource(secondFormat, write(second, QStringLiteral("second.txt"))));
         builder.load();
@@ -204,7 +200,7 @@ private slots:
 
     void pathFileAfterACopiedChart()
     {
-        const QString chart = dir->filePath(QStringLiteral("first.ontology"));
+        const QString chart = path(QStringLiteral("first.ontology"));
         {
             BuilderSource first(chart);
             first.addSource(makeSource(QStringLiteral("krona"), write("5\tBacteria\tFirmicutes\n")));
@@ -212,7 +208,7 @@ private slots:
             first.count(false);
             first.build();
         }
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceOntology>(chart));
         builder.addSource(makeSource(QStringLiteral("krona"), write("3\tArchaea\tHalobacteria\n")));
         builder.load();
@@ -258,7 +254,7 @@ private slots:
         QFETCH(QString, first);
         std::unique_ptr<Source> made = makeSource(format, write(content));
         Source* source = made.get();
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(made));
         builder.load();
         if (!tree.isEmpty())
@@ -288,15 +284,15 @@ private slots:
         QVERIFY(plain.contains(QLatin1String("562")) || plain.contains(QLatin1Char('B')) || plain.contains(QLatin1Char('2')));
         QCOMPARE(describeRead(makeSource(format, write(gzipped(content)))), plain);
 
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(makeSource(format, write(gzipped(content).chopped(4))));
         QVERIFY_EXCEPTION_THROWN(builder.load(), nu::LineReader::ReadException);
     }
 
     void unreadableFilesAddNothing()
     {
-        const QString missing = dir->filePath(QStringLiteral("missing.txt"));
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        const QString missing = path(QStringLiteral("missing.txt"));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceFrequencies>(missing));
         builder.addSource(std::make_unique<SourceMgtaxaText>(missing));
         builder.addSource(std::make_unique<SourceQiimeText>(dir->path(), 0));
@@ -307,7 +303,7 @@ private slots:
 
     void progressBeyondIntRange()
     {
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
         const qint64 total = qint64(6) * 1024 * 1024 * 1024;
         builder.notifySourceTotalSize(total);
@@ -345,7 +341,7 @@ private slots:
             source = std::move(dump);
         }
 
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(source));
         int asked = 0;
         builder.setCancelCheck([&asked] { return ++asked >= 2; });
@@ -375,18 +371,15 @@ private:
         return dump;
     }
 
-    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"))
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt")) const
     {
-        QFile file(dir->filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
+        return FolderCase::write(name, content);
     }
 
     // The tree, and the counts given to the ids of count sources.
     QString describeRead(std::unique_ptr<Source> source)
     {
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(source));
         builder.load();
         QString text = builder.getRoot() ? describeTree(builder) : QString();
@@ -396,8 +389,6 @@ private:
         }
         return text;
     }
-
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_GUILESS_MAIN(TestSources)
