@@ -18,6 +18,13 @@ namespace {
 const Palette::Kind kinds[] = {Palette::Kind::Soft, Palette::Kind::OkabeIto, Palette::Kind::TolBright,
                                Palette::Kind::TolMuted, Palette::Kind::Classic};
 
+void paletteRows()
+{
+    QTest::addColumn<int>("kind");
+    for (Palette::Kind kind : kinds)
+        QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
+}
+
 } // namespace
 
 class TestColourMap : public QObject
@@ -89,12 +96,7 @@ private slots:
         QCOMPARE(chart.indexOfKey(QStringLiteral("taxid:2")), 1);
     }
 
-    void firstLevelHuesDiffer_data()
-    {
-        QTest::addColumn<int>("kind");
-        for (Palette::Kind kind : kinds)
-            QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
-    }
+    void firstLevelHuesDiffer_data() { paletteRows(); }
 
     void firstLevelHuesDiffer()
     {
@@ -167,12 +169,7 @@ private slots:
         }
     }
 
-    void labelsContrastWithEveryColour_data()
-    {
-        QTest::addColumn<int>("kind");
-        for (Palette::Kind kind : kinds)
-            QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
-    }
+    void labelsContrastWithEveryColour_data() { paletteRows(); }
 
     void labelsContrastWithEveryColour()
     {
