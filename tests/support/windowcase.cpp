@@ -1,5 +1,8 @@
 #include "tests/support/windowcase.h"
 
+#include "tests/support/fixtures.h"
+#include "tests/support/treeliteral.h"
+
 #include "resources/resources.h"
 #include "viewer/browser.h"
 #include "viewer/buildreportdialog.h"
@@ -67,6 +70,22 @@ QStringList WindowCase::shown() const
     for (const ScriptedPrompter::Shown& m : prompter->shown)
         result << QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(m.icon) + (' ' + m.title) + ": " + m.text;
     return result;
+}
+
+void WindowCase::newKronaChart()
+{
+    prompter->onDialog = wizard(QStringLiteral("krona"), fixturePath(QStringLiteral("viewer/small.krona.txt")));
+    window->slotFileNew();
+    QVERIFY(chart());
+    prompter->onDialog = nullptr;
+    prompter->shown.clear();
+    prompter->dialogs.clear();
+}
+
+void WindowCase::openTree(const QString& literal, const QString& name)
+{
+    writeTree(path(name), literal);
+    window->openFile(path(name));
 }
 
 void WindowCase::select(const QString& name)

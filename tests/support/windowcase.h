@@ -36,6 +36,10 @@ protected:
     QString centre() const;
     // The messages shown, as "Icon title: text".
     QStringList shown() const;
+    // A new chart from the small Krona fixture, unsaved; what it showed is forgotten.
+    void newKronaChart();
+    // Writes the tree literal as a chart into the case's folder and opens it.
+    void openTree(const QString& literal, const QString& name = QStringLiteral("saved.piechart"));
     // Selects a slice as a click in the browser does.
     void select(const QString& name);
 

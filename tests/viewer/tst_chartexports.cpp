@@ -163,9 +163,7 @@ private slots:
 private:
     void openChart()
     {
-        const QString file = path(QStringLiteral("gut sample.piechart"));
-        Sorvik::Test::writeTree(file, life);
-        window->openFile(file);
+        openTree(life, QStringLiteral("gut sample.piechart"));
         QVERIFY(prompter->shown.isEmpty());
     }
 };

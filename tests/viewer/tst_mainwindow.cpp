@@ -83,10 +83,8 @@ private slots:
             Sorvik::Test::writeTree(file, tree);
         if (!sql.isEmpty())
             Sorvik::Test::execSql(file, sql);
-        QFile raw(file);
         if (tree.isEmpty() && sql.isEmpty() && bytes != "<missing>")
-            QVERIFY(raw.open(QIODevice::WriteOnly) && raw.write(bytes) == bytes.size());
-        raw.close();
+            QCOMPARE(write(QStringLiteral("chart.piechart"), bytes), file);
 
         // A chart is open before, so that its closing is seen.
         newKronaChart();
@@ -197,10 +195,9 @@ private slots:
         QFETCH(QByteArray, input);
         QFETCH(QString, said);
         writeTaxonomy();
-        QFile file(path(QStringLiteral("input.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(input) == input.size());
-        file.close();
-        prompter->onDialog = inTurn(wizard(type, file.fileName()), waitForClose);
+        const QString file = write(QStringLiteral("input.txt"), input);
+        QVERIFY(!file.isEmpty());
+        prompter->onDialog = inTurn(wizard(type, file), waitForClose);
         window->slotFileNew();
         QTRY_VERIFY(!window->isBuilding());
         QCOMPARE(shown(), QStringList{said});
@@ -251,9 +248,7 @@ private slots:
         QFETCH(bool, saved);
         newKronaChart();
         const QByteArray chartBytes = fileContents(working());
-        QFile old(path(QStringLiteral("old.piechart")));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("an older chart") > 0);
-        old.close();
+        QVERIFY(!write(QStringLiteral("old.piechart"), "an older chart").isEmpty());
 
         prompter->saveNames = QStringList{path(target)};
         window->slotFileSaveAs();
@@ -301,7 +296,7 @@ private slots:
         QFETCH(QString, entered);
         QFETCH(QStringList, stepsOut);
         QCOMPARE(state(), QStringLiteral("closed 000000"));
-        openDeepTree();
+        openTree(deepTree);
         QCOMPARE(state(), QStringLiteral("saved.piechart saved root 110001"));
         select(entered);
         QCOMPARE(window->getView()->getScene()->getSelectedItem(), sliceNamed(chart(), entered));
@@ -342,16 +337,13 @@ private slots:
     {
         writeTaxonomy();
         // A long input, so that counting lasts long enough to be cancelled.
-        QFile ids(path(QStringLiteral("many.txt")));
-        QVERIFY(ids.open(QIODevice::WriteOnly));
-        for (int i = 0; i < 200000; ++i)
-            ids.write(i % 2 ? "562\n" : "9606\n");
-        ids.close();
+        const QString ids = write(QStringLiteral("many.txt"), QByteArray("9606\n562\n").repeated(100000));
+        QVERIFY(!ids.isEmpty());
         const Script cancel = [](QDialog& dialog) {
             dialog.reject();
             return dialog.result();
         };
-        prompter->onDialog = inTurn(wizard(QStringLiteral("taxids"), ids.fileName(), QStringLiteral("id")), cancel);
+        prompter->onDialog = inTurn(wizard(QStringLiteral("taxids"), ids, QStringLiteral("id")), cancel);
         window->slotFileNew();
         QVERIFY(shown().isEmpty());
         QCOMPARE(state(), QStringLiteral("closed 000000"));
@@ -384,9 +376,7 @@ private slots:
         QFETCH(bool, raw);
         QFETCH(QString, centre);
         QFETCH(QString, firmicutes);
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")),
-                                QStringLiteral("root(b=\"d__Bacteria\"(f=\"p__Firmicutes\":3 p=\"p__Proteobacteria\":2))"));
-        window->openFile(path(QStringLiteral("saved.piechart")));
+        openTree(QStringLiteral("root(b=\"d__Bacteria\"(f=\"p__Firmicutes\":3 p=\"p__Proteobacteria\":2))"));
         const QColor before = sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor();
         prompter->onDialog = [&](QDialog& dialog) {
             auto& preferences = dynamic_cast<Sorvik::Viewer::ViewPreferencesDialog&>(dialog);
@@ -413,8 +403,7 @@ private slots:
         const QString other = path(QStringLiteral("other.piechart"));
         Sorvik::Test::writeTree(other, QStringLiteral("root(p=Proteobacteria:9 f=Firmicutes:3 a=Actinobacteria:1)"));
         const QColor wanted = sliceNamed(Sorvik::Test::buildChart(other).get(), QStringLiteral("Firmicutes"))->getColor();
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")), QStringLiteral("root(f=Firmicutes:9 b=Bacteroidetes:5)"));
-        window->openFile(path(QStringLiteral("saved.piechart")));
+        openTree(QStringLiteral("root(f=Firmicutes:9 b=Bacteroidetes:5)"));
         QVERIFY(sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor() != wanted);
 
         prompter->openNames = QStringList{other};
@@ -435,7 +424,7 @@ private slots:
 
     void hoverShowsThePathInTheStatusBar()
     {
-        openDeepTree();
+        openTree(deepTree);
         select(QStringLiteral("Firmicutes"));
         window->slotNavigationStepInto();
         const PieChartItem* bacilli = sliceNamed(chart(), QStringLiteral("Bacilli"));
@@ -532,22 +521,6 @@ private:
                                 QStringLiteral("1=root(131567=\"cellular organisms\"(2=Bacteria(561=Escherichia("
                                                "562=\"Escherichia coli\")) 2759=Eukaryota(9606=\"Homo sapiens\")))"),
                                 false);
-    }
-
-    // A new chart from the small Krona fixture, unsaved.
-    void newKronaChart()
-    {
-        prompter->onDialog = wizard(QStringLiteral("krona"), fixturePath(QStringLiteral("viewer/small.krona.txt")));
-        window->slotFileNew();
-        QVERIFY(chart());
-        prompter->onDialog = nullptr;
-    }
-
-    // The deep tree saved as a chart and opened.
-    void openDeepTree()
-    {
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")), deepTree);
-        window->openFile(path(QStringLiteral("saved.piechart")));
     }
 };
 

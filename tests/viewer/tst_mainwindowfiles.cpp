@@ -75,7 +75,7 @@ private slots:
         QFETCH(QString, input);
         QFETCH(QList<int>, answers);
         QFETCH(QString, title);
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        newKronaChart();
         PieChartItem* before = chart();
         Sorvik::Test::writeTree(path(QStringLiteral("other.piechart")), QStringLiteral("root(x=Other:5)"));
         for (int answer : answers)
@@ -172,10 +172,8 @@ private slots:
         QFETCH(QString, saved);
         QFETCH(QList<int>, answers);
         QVERIFY(QDir(dir->path()).mkpath(QStringLiteral("v1.2")));
-        QFile old(path(QStringLiteral("old.piechart")));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("older") == 5);
-        old.close();
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        QVERIFY(!write(QStringLiteral("old.piechart"), "older").isEmpty());
+        newKronaChart();
         for (int answer : answers)
             prompter->answers << QMessageBox::StandardButton(answer);
         prompter->saveNames = QStringList{path(given)};
@@ -200,15 +198,14 @@ private slots:
     void titleNamesTheFileAndMarksUnsavedCharts()
     {
         QCOMPARE(window->windowTitle(), QStringLiteral("Sorvik Piechart Viewer"));
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        newKronaChart();
         QCOMPARE(window->windowTitle(), QStringLiteral("target.piechart[*] \u2014 Sorvik Piechart Viewer"));
         QVERIFY(window->isWindowModified());
         prompter->answers = {QMessageBox::No};
         window->slotFileClose();
         QCOMPARE(window->windowTitle(), QStringLiteral("Sorvik Piechart Viewer"));
         QVERIFY(!window->isWindowModified());
-        Sorvik::Test::writeTree(path(QStringLiteral("mine.piechart")), QStringLiteral("root(x=Other:5)"));
-        window->openFile(path(QStringLiteral("mine.piechart")));
+        openTree(QStringLiteral("root(x=Other:5)"), QStringLiteral("mine.piechart"));
         QCOMPARE(window->windowTitle(), QStringLiteral("mine.piechart[*] \u2014 Sorvik Piechart Viewer"));
         QVERIFY(!window->isWindowModified());
     }
@@ -279,20 +276,9 @@ private slots:
     }
 
 private:
-    void newChart(const QString& krona)
-    {
-        prompter->onDialog = wizard(QStringLiteral("krona"), krona);
-        window->slotFileNew();
-        QVERIFY(chart());
-        prompter->onDialog = nullptr;
-        prompter->shown.clear();
-        prompter->dialogs.clear();
-    }
-
     void openBigTree()
     {
-        Sorvik::Test::writeTree(path(QStringLiteral("big.piechart")), bigTree);
-        window->openFile(path(QStringLiteral("big.piechart")));
+        openTree(bigTree);
         QVERIFY(chart());
     }
 
