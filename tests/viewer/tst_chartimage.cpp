@@ -1,3 +1,4 @@
+#include "tests/support/foldercase.h"
 #include "tests/support/charts.h"
 #include "nu/graphics/sceneimage.h"
 #include "viewer/chartimage.h"
@@ -11,7 +12,6 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QStyleOptionGraphicsItem>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
 
@@ -53,14 +53,14 @@ QStringList filledPaths(const QByteArray& svg)
 
 } // namespace
 
-class TestChartImage : public QObject
+class TestChartImage : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        dir = std::make_unique<QTemporaryDir>();
-        file = dir->filePath(QStringLiteral("chart.ontology"));
+        start();
+        file = path(QStringLiteral("chart.ontology"));
     }
 
     void svgHoldsOneFilledPathPerKeptSlice_data()
@@ -222,12 +222,12 @@ private slots:
         const auto root = chartOf(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
         ChartImage image(*root);
         QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("taken.png")));
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("chart.svg.gz"))),
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("chart.svg.gz"))),
                                  nu::graphics::SceneImage::UnknownFormatException);
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), nu::graphics::SceneImage::WriteException);
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("missing/chart.png"))), nu::graphics::SceneImage::WriteException);
         // A file name that is a folder cannot be written; the folder is left alone.
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), nu::graphics::SceneImage::WriteException);
-        QVERIFY(QFileInfo(dir->filePath(QStringLiteral("taken.png"))).isDir());
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("taken.png"))), nu::graphics::SceneImage::WriteException);
+        QVERIFY(QFileInfo(path(QStringLiteral("taken.png"))).isDir());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
                  (QStringList{"chart.ontology", "taken.png"}));
     }
@@ -246,7 +246,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
 

@@ -1,11 +1,11 @@
 #include "ontology/ontology.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/treeliteral.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
 #include "viewer/palette.h"
 #include "viewer/piechartitem.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Sorvik::Viewer::ChartTree;
@@ -27,11 +27,11 @@ void paletteRows()
 
 } // namespace
 
-class TestColourMap : public QObject
+class TestColourMap : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
-    void init() { dir = std::make_unique<QTemporaryDir>(); }
+    void init() { start(); }
 
     void firstBranchingLevel_data()
     {
@@ -199,7 +199,7 @@ private slots:
     }
 
 private:
-    QString file(const QString& name = QStringLiteral("chart.ontology")) const { return dir->filePath(name); }
+    QString file(const QString& name = QStringLiteral("chart.ontology")) const { return path(name); }
     void writeTree(const QString& literal, const QString& name = QStringLiteral("chart.ontology")) const
     {
         Sorvik::Test::writeTree(file(name), literal);
@@ -211,7 +211,6 @@ private:
         return ChartTree::read(Zem::Ontology::Ontology(file(name)));
     }
 
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_MAIN(TestColourMap)
