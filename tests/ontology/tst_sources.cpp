@@ -25,61 +25,59 @@ class TestSources : public FolderCase
 private slots:
     void init() { start(); }
 
-    void krona_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("tree");
-
-        QTest::newRow("inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
-                                                   << "root(d__Bacteria:18(sg__CCD:433))";
-        QTest::newRow("empty rank under two parents")
-            << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
-            << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
-        QTest::newRow("same name on two paths") << QByteArray("2\tX\tY\n3\tZ\tX\n") << "root(X(Y:2) Z(X:3))";
-        QTest::newRow("name root is not the root") << QByteArray("7\troot\tViruses\n") << "root(root(Viruses:7))";
-        QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
-        QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
-        QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
-        QTest::newRow("repeated path adds up") << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << "root(A:3(B:7))";
-        QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
-    }
-
-    void krona()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, tree);
-        QCOMPARE(describeRead(std::make_unique<SourceKronaText>(write(content))), tree);
-    }
-
-    void qiime_data()
+    // Path formats: a Krona text file (column -1) or a QIIME table's value column.
+    void pathFiles_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<int>("column");
         QTest::addColumn<QString>("tree");
 
+        QTest::newRow("krona: inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
+            << -1 << "root(d__Bacteria:18(sg__CCD:433))";
+        QTest::newRow("krona: empty rank under two parents")
+            << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
+            << -1 << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
+        QTest::newRow("krona: same name on two paths")
+            << QByteArray("2\tX\tY\n3\tZ\tX\n") << -1 << "root(X(Y:2) Z(X:3))";
+        QTest::newRow("krona: name root is not the root")
+            << QByteArray("7\troot\tViruses\n") << -1 << "root(root(Viruses:7))";
+        QTest::newRow("krona: count and empty path")
+            << QByteArray("319\t\n20\tBacteria") << -1 << "root:319(Bacteria:20)";
+        QTest::newRow("krona: no count") << QByteArray("Bacteria\tFirmicutes\n") << -1 << "root";
+        QTest::newRow("krona: crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << -1 << "root(A:4(B:3))";
+        QTest::newRow("krona: repeated path adds up")
+            << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << -1 << "root(A:3(B:7))";
+        QTest::newRow("krona: binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << -1 << "root";
+
         const QByteArray header("Taxon\tS1\tS2\n");
-        QTest::newRow("path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
-                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
-        QTest::newRow("second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
-                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
-        QTest::newRow("short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
-                                            << "root(\"k  Archaea\":200)";
-        QTest::newRow("value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
-                                                           << "root(\"k  Bacteria\"(\"p  X\"))";
-        QTest::newRow("Other at the top counts for the root") << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
-        QTest::newRow("newer header after comments")
+        QTest::newRow("qiime: path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
+            << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
+        QTest::newRow("qiime: second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
+            << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
+        QTest::newRow("qiime: short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
+            << "root(\"k  Archaea\":200)";
+        QTest::newRow("qiime: value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
+            << "root(\"k  Bacteria\"(\"p  X\"))";
+        QTest::newRow("qiime: Other at the top counts for the root")
+            << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
+        QTest::newRow("qiime: newer header after comments")
             << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
             << "root(\"k  Bacteria\":750)";
-        QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
-        QTest::newRow("repeated path adds up") << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
+        QTest::newRow("qiime: truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
+        QTest::newRow("qiime: repeated path adds up")
+            << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
     }
 
-    void qiime()
+    void pathFiles()
     {
         QFETCH(QByteArray, content);
         QFETCH(int, column);
         QFETCH(QString, tree);
-        QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
+        const QString file = write(content);
+        if (column < 0)
+            QCOMPARE(describeRead(std::make_unique<SourceKronaText>(file)), tree);
+        else
+            QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(file, column)), tree);
     }
 
     void qiimePercentages_data()
