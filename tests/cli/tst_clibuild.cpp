@@ -35,39 +35,19 @@ QString ncbiChart(int coli, const QString& other, const QString& more = QString(
         .arg(other, more);
 }
 
-QByteArray fileContent(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
-class TestCliBuild : public QObject
+class TestCliBuild : public CliCase
 {
     Q_OBJECT
 private slots:
     void initTestCase()
     {
-        QVERIFY(top.isValid());
-        QVERIFY(server.isListening());
-        const QString small = top.filePath(QStringLiteral("small.zip"));
-        QVERIFY(writeSmallTaxdump(small));
-        server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), fileContent(small));
+        serve();
         server.serve(QStringLiteral("/html"), "<html>mirror moved</html>");
-        HttpServer::Route stall;
-        stall.behaviour = HttpServer::Behaviour::Stall;
-        stall.body = fileContent(small);
-        stall.stallAfter = 10;
-        server.setRoute(QStringLiteral("/stall.zip"), stall);
-        ::signal(SIGPIPE, SIG_IGN);
     }
 
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
     void buildsEveryFormat_data()
     {
@@ -307,12 +287,12 @@ private slots:
 
         // A chart is no taxonomy: it is refused, and left as it is.
         const QString counted = path(QStringLiteral("out.piechart"));
-        const QByteArray chart = fileContent(counted);
+        const QByteArray chart = fileContents(counted);
         const CliResult refused = runCli({"build", "taxids", path(QStringLiteral("in.txt")), "-o",
                                           path(QStringLiteral("other.piechart")), "--taxonomy", counted});
         QCOMPARE(refused.exitCode, 1);
         QVERIFY(refused.err.contains(QLatin1String("is a counted chart, not a taxonomy")));
-        QVERIFY(fileContent(counted) == chart);
+        QVERIFY(fileContents(counted) == chart);
     }
 
     // Outputs may be shared (a group's data folder, a web server): they get the permissions the
@@ -366,29 +346,6 @@ private slots:
         QCOMPARE(QDir(dir->path()).entryList(QStringList{QStringLiteral("sorvik-*")}, QDir::AllEntries), QStringList());
     }
 
-private:
-    QString path(const QString& name) const { return dir->filePath(name); }
-
-    QString write(const QString& name, const QByteArray& content)
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
-    }
-
-    // The download address and the temporary folder the command sees.
-    QProcessEnvironment environment(const QString& urlPath) const
-    {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), server.url(urlPath).toString());
-        env.insert(QStringLiteral("TMPDIR"), dir->path());
-        return env;
-    }
-
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
-    HttpServer server;
 };
 
 QTEST_GUILESS_MAIN(TestCliBuild)

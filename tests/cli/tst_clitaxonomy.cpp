@@ -3,13 +3,12 @@
 #include "tests/support/clirunner.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
+#include "tests/support/sqlfile.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
 
 #include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -20,31 +19,16 @@ using namespace Sorvik::Test;
 
 // sorvik-cli and the NCBI taxonomy: where its cache lives, how it is updated, what a build says
 // of the reads the taxonomy could not place, and that Ctrl-C and failures leave earlier files be.
-class TestCliTaxonomy : public QObject
+class TestCliTaxonomy : public CliCase
 {
     Q_OBJECT
 private slots:
     void initTestCase()
     {
-        QVERIFY(top.isValid() && server.isListening());
-        const QString small = top.filePath(QStringLiteral("small.zip"));
-        QVERIFY(writeSmallTaxdump(small, true));
-        archive = fileContents(small);
-        server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), archive);
-        server.serve(QStringLiteral("/cut.zip"), archive.left(archive.size() / 2));
-        HttpServer::Route stall;
-        stall.behaviour = HttpServer::Behaviour::Stall;
-        stall.body = archive;
-        stall.stallAfter = 10;
-        server.setRoute(QStringLiteral("/stall.zip"), stall);
-        ::signal(SIGPIPE, SIG_IGN);
+        serve();
     }
 
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
     void buildSaysWhereReadsWent_data()
     {
@@ -96,7 +80,7 @@ private slots:
         QFETCH(bool, hint);
         const QString taxonomy = path(QStringLiteral("ncbi.ontology"));
         writeTree(taxonomy, QStringLiteral("1=root(562=\"Escherichia coli\")"), false);
-        setCreated(taxonomy, QDateTime::currentDateTimeUtc().addDays(-days).addSecs(-60));
+        setCacheAge(taxonomy, days);
         const CliResult result = runCli({"build", "taxids", write(QStringLiteral("in.txt"), "562\n"), "-o",
                                          path(QStringLiteral("out.piechart")), "--taxonomy", taxonomy});
         QCOMPARE(result.exitCode, 0);
@@ -302,16 +286,6 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
-
-    QString write(const QString& name, const QByteArray& content)
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
-    }
-
     // The files in the case's folder, hidden ones too.
     QStringList left() const
     {
@@ -319,35 +293,6 @@ private:
         files.removeAll(QStringLiteral("taxdmp.zip"));
         return files.isEmpty() ? QStringList{QString()} : files;
     }
-
-    // The download address and the temporary folder the command sees.
-    QProcessEnvironment environment(const QString& urlPath) const
-    {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), server.url(urlPath).toString());
-        env.insert(QStringLiteral("TMPDIR"), dir->path());
-        return env;
-    }
-
-    static void setCreated(const QString& cache, const QDateTime& created)
-    {
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("created"));
-            db.setDatabaseName(cache);
-            QVERIFY(db.open());
-            QSqlQuery query(db);
-            QVERIFY(query.prepare(QStringLiteral("INSERT INTO info (key, value) VALUES (:key, :value)")));
-            query.bindValue(QStringLiteral(":key"), Zem::Ncbi::TaxonomyCache::createdKey);
-            query.bindValue(QStringLiteral(":value"), created.toString(Qt::ISODate));
-            QVERIFY(query.exec());
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("created"));
-    }
-
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
-    HttpServer server;
-    QByteArray archive;
 };
 
 QTEST_GUILESS_MAIN(TestCliTaxonomy)

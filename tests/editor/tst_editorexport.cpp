@@ -3,6 +3,7 @@
 #include "nu/graphics/piecharttextitem.h"
 #include "resources/resources.h"
 #include "tests/support/charts.h"
+#include "tests/support/editcharts.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/scriptedprompter.h"
 #include "viewer/piechartitem.h"
@@ -15,13 +16,11 @@
 using Sorvik::Edit::MainWindow;
 using Sorvik::Edit::Scene;
 using Sorvik::Test::fileContents;
+using Sorvik::Test::sliceLabelled;
 
 namespace {
 
-const QString tree = QStringLiteral(
-    "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
-    "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
-    "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
+const QString& tree = Sorvik::Test::lifeTree;
 
 // The white margins of an image on each side: left, right, top, bottom.
 QList<int> margins(const QImage& image)
@@ -38,16 +37,6 @@ QList<int> margins(const QImage& image)
         }
     }
     return {left, image.width() - 1 - right, top, image.height() - 1 - bottom};
-}
-
-nu::graphics::PieChartTextItem* sliceLabelled(Scene& scene, const QString& prefix)
-{
-    for (QGraphicsItem* item : scene.items()) {
-        auto slice = dynamic_cast<nu::graphics::PieChartTextItem*>(item);
-        if (slice && slice->getText().text.startsWith(prefix))
-            return slice;
-    }
-    return nullptr;
 }
 
 } // namespace

@@ -89,14 +89,7 @@ public:
         QApplication::sendEvent(&scene, &event);
     }
 
-    HandlerPosition* knobs() const
-    {
-        for (QGraphicsItem* item : scene.items()) {
-            if (auto knob = dynamic_cast<HandlerPosition*>(item))
-                return knob;
-        }
-        return nullptr;
-    }
+    HandlerPosition* knobs() const { return Sorvik::Test::positionKnob(scene); }
     // 0 the position knob, then the others in the order they were made.
     nu::edit::Handler* knob(int index) const
     {

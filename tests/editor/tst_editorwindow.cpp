@@ -12,11 +12,11 @@
 #include "nu/graphics/recttextitem.h"
 #include "ontology/ontology.h"
 #include "resources/resources.h"
+#include "tests/support/charts.h"
 #include "tests/support/editcharts.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/scriptedprompter.h"
 #include "tests/support/treeliteral.h"
-#include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
 #include <QAction>
@@ -33,27 +33,13 @@ using Sorvik::Edit::MainWindow;
 using Sorvik::Edit::Scene;
 using Sorvik::Test::ScriptedPrompter;
 using Sorvik::Test::fileContents;
+using Sorvik::Test::sliceLabelled;
 using Slice = nu::graphics::PieChartTextItem;
 using Sorvik::Edit::View;
 
 namespace {
 
-const QString tree = QStringLiteral(
-    "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
-    "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
-    "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
-
-std::unique_ptr<Sorvik::Viewer::PieChartItem> viewerChart(const QString& file, const QString& literal, int levels,
-                                                          double percent)
-{
-    Sorvik::Test::writeTree(file, literal);
-    const Zem::Ontology::Ontology ontology(file);
-    Sorvik::Viewer::PieChartBuilder builder(ontology);
-    builder.setMaxLevels(levels);
-    builder.setMinPercentage(percent);
-    builder.read();
-    return builder.takeRootItem();
-}
+const QString& tree = Sorvik::Test::lifeTree;
 
 // Where a slice is drawn and how: its span in scene degrees, its ring, count, colours and label.
 QString describe(const Slice& slice, const QString& label)
@@ -77,17 +63,6 @@ QStringList slices(const Slice& root, Label label)
     for (const Slice* child : root.sortedChildren<Slice>())
         result += slices(*child, label);
     return result;
-}
-
-// The slice whose label starts with prefix; with an empty prefix, the chart's centre.
-Slice* sliceLabelled(Scene& scene, const QString& prefix = QString())
-{
-    for (QGraphicsItem* item : scene.items()) {
-        auto slice = dynamic_cast<Slice*>(item);
-        if (slice && (prefix.isEmpty() ? !slice->parentItem() : slice->getText().text.startsWith(prefix)))
-            return slice;
-    }
-    return nullptr;
 }
 
 // A point in the middle of a slice's ring and span.
@@ -126,16 +101,6 @@ bool knobOver(Scene& scene, const QPainterPath& shape)
     return false;
 }
 
-// The position knob of the selection, or null.
-nu::edit::HandlerPosition* positionKnob(Scene& scene)
-{
-    for (QGraphicsItem* item : scene.items()) {
-        if (auto knob = dynamic_cast<nu::edit::HandlerPosition*>(item))
-            return knob;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 class TestEditorWindow : public QObject
@@ -164,6 +129,13 @@ private slots:
     void centreDiscKeepsItsLabel();
 
 private:
+    // Shows the window at a size that holds the whole chart.
+    static bool show(MainWindow& window)
+    {
+        window.resize(900, 700);
+        window.show();
+        return QTest::qWaitForWindowExposed(&window);
+    }
     // Clicks the scene point in the window's view, with the tool of the mode.
     void clickWith(MainWindow& window, Scene::CursorMode mode, const QPointF& at);
     // A window with a copy of the test chart, as the viewer opens it (none when literal is empty).
@@ -184,7 +156,7 @@ std::unique_ptr<MainWindow> TestEditorWindow::makeWindow(const QString& literal,
     auto window = std::make_unique<MainWindow>();
     window->setPrompter(prompter);
     if (!literal.isEmpty())
-        window->createPieChart(viewerChart(dir->filePath("chart.ontology"), literal, levels, percent).get());
+        window->createPieChart(Sorvik::Test::chartOf(dir->filePath("chart.ontology"), literal, levels, percent).get());
     return window;
 }
 
@@ -208,7 +180,7 @@ void TestEditorWindow::copyKeepsTheViewerChart()
     QFETCH(double, percent);
     QFETCH(int, count);
 
-    const auto chart = viewerChart(dir->filePath("chart.ontology"), literal, levels, percent);
+    const auto chart = Sorvik::Test::chartOf(dir->filePath("chart.ontology"), literal, levels, percent);
     QVERIFY(chart);
     auto window = makeWindow(QString());
     window->createPieChart(chart.get());
@@ -388,9 +360,7 @@ void TestEditorWindow::fileFailuresWarnAndKeepTheChart()
     QFETCH(QString, reason);
 
     const QString path = dir->filePath(name);
-    QFile file(path);
-    QVERIFY(content.isNull() || (file.open(QIODevice::WriteOnly) && file.write(content) == content.size()));
-    file.close();
+    QVERIFY(content.isNull() || !Sorvik::Test::writeFile(path, content).isEmpty());
     auto window = makeWindow();
     Scene& scene = window->getScene();
     scene.itemAddLine(QPointF(300, 0));
@@ -549,9 +519,7 @@ void TestEditorWindow::selectionIsOutlinedAndHitAnywhereInAText()
     QFETCH(QString, on);
 
     auto window = makeWindow();
-    window->resize(900, 700);
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QVERIFY(show(*window));
     Scene& scene = window->getScene();
     Slice* slice = on.isEmpty() ? nullptr : sliceLabelled(scene, on);
     QGraphicsItem* item = slice;
@@ -585,7 +553,7 @@ void TestEditorWindow::selectionIsOutlinedAndHitAnywhereInAText()
     clickWith(*window, Scene::CursorMode::Select, between);
     QCOMPARE(scene.getHandledItem(), item);
 
-    nu::edit::HandlerPosition* knobs = positionKnob(scene);
+    nu::edit::HandlerPosition* knobs = Sorvik::Test::positionKnob(scene);
     QVERIFY(knobs);
     const QPainterPath outline = knobs->mapToScene(knobs->getOutline().getPath());
     const QRectF outlined = item == slice ? item->sceneBoundingRect() : box;
@@ -614,9 +582,7 @@ void TestEditorWindow::newAnnotationsLandWhereTheyCanBeRead()
     QFETCH(QString, on);
 
     auto window = makeWindow();
-    window->resize(900, 700);
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QVERIFY(show(*window));
     Scene& scene = window->getScene();
     View* view = window->getView();
     Slice* slice = on.isEmpty() ? nullptr : sliceLabelled(scene, on);

@@ -29,13 +29,6 @@ QJsonArray someItems(int count)
     return items;
 }
 
-void write(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
 // Files larger than the limit cannot be written by this process while it lives.
 class FileSizeLimit
 {
@@ -107,7 +100,7 @@ void TestJsonDataFile::read()
     QString path = Sorvik::Test::fixturePath(fixture);
     if (fixture.isEmpty()) {
         path = folder.filePath(QStringLiteral("chart.pie"));
-        write(path, content);
+        QCOMPARE(Sorvik::Test::writeFile(path, content), path);
     }
     QString result = QStringLiteral("read");
     try {

@@ -1,4 +1,5 @@
 #include "nu/partfile.h"
+#include "tests/support/fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,12 +17,6 @@ mode_t permissionsOf(const QString& fileName)
 {
     struct stat status;
     return ::stat(QFile::encodeName(fileName).constData(), &status) == 0 ? status.st_mode & 0777 : 0;
-}
-
-bool touch(const QString& fileName, const QByteArray& content = "x")
-{
-    QFile file(fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 QStringList hiddenFiles(const QString& folder)
@@ -68,7 +63,7 @@ private slots:
         QTemporaryDir dir;
         const QString target = dir.filePath(QStringLiteral("chart.piechart"));
         if (existing) {
-            QVERIFY(touch(target));
+            QVERIFY(!Sorvik::Test::writeFile(target, "x").isEmpty());
             QVERIFY(::chmod(QFile::encodeName(target).constData(), mode_t(existing)) == 0);
         }
         const Umask restricted{mode_t(mask)};
@@ -88,7 +83,7 @@ private slots:
         const QStringList stay{".ncbi.ontology.part", ".ncbi.ontology.AbC12.part", ".other.ontology.AbC123.part",
                                "ncbi.ontology.AbC123.part"};
         for (const QString& name : stay + QStringList{".ncbi.ontology.AbC123.part", ".ncbi.ontology.zzzzzz.part"})
-            QVERIFY(touch(dir.filePath(name)));
+            QVERIFY(!Sorvik::Test::writeFile(dir.filePath(name), "x").isEmpty());
 
         PartFile running(target);
         QVERIFY(running.create());

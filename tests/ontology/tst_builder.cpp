@@ -1,5 +1,6 @@
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/sqlfile.h"
 #include "tests/support/eventrecorder.h"
 #include "tests/support/treeliteral.h"
@@ -9,7 +10,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -41,15 +41,14 @@ QStringList writtenTotals(const QString& file)
 
 } // namespace
 
-class TestBuilder : public QObject
+class TestBuilder : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-        file = dir->filePath(QStringLiteral("out.ontology"));
+        start();
+        file = path(QStringLiteral("out.ontology"));
     }
 
     void rowsFollowTheBlockLayout()
@@ -135,8 +134,8 @@ private slots:
         // No temporary files are left beside it.
         QCOMPARE(QDir(dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"out.ontology"});
         // Missing folders are made.
-        writeTree(dir->filePath(QStringLiteral("a/b/chart.ontology")), QStringLiteral("r(x:1)"));
-        QCOMPARE(Zem::Ontology::Ontology(dir->filePath(QStringLiteral("a/b/chart.ontology"))).getNodeNumber(), 2);
+        writeTree(path(QStringLiteral("a/b/chart.ontology")), QStringLiteral("r(x:1)"));
+        QCOMPARE(Zem::Ontology::Ontology(path(QStringLiteral("a/b/chart.ontology"))).getNodeNumber(), 2);
     }
 
     void failuresWriteNothing_data()
@@ -176,10 +175,10 @@ private slots:
 
     void unwritableTargetThrowsOpenDatabase()
     {
-        QFile blocker(dir->filePath(QStringLiteral("blocker")));
+        QFile blocker(path(QStringLiteral("blocker")));
         QVERIFY(blocker.open(QIODevice::WriteOnly));
         blocker.close();
-        Builder builder(dir->filePath(QStringLiteral("blocker/chart.ontology")));
+        Builder builder(path(QStringLiteral("blocker/chart.ontology")));
         buildTree(builder, QStringLiteral("r"));
         QVERIFY_EXCEPTION_THROWN(builder.build(), Builder::OpenDatabaseException);
     }
@@ -273,7 +272,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
 

@@ -3,9 +3,9 @@
 #include "ontology/nodekeys.h"
 #include "ontology/sourcekrakenreads.h"
 #include "tests/support/fixtures.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/treetext.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace Zem::Ontology;
@@ -24,15 +24,11 @@ QString formatFile(const QString& name)
 
 // The readers of today's classifiers, on fixtures of each format and variant: the tree they
 // make, the counts they give, and what they pass over.
-class TestClassifierSources : public QObject
+class TestClassifierSources : public FolderCase
 {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
     void pathFormats_data()
     {
@@ -159,35 +155,49 @@ private slots:
         QVERIFY(!report.hasSkips());
     }
 
-    void kreportAwkwardRows_data()
+    void pathFormatsAwkwardRows_data()
     {
+        QTest::addColumn<QString>("format");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("tree");
         QTest::addColumn<QString>("firstSkip");
 
         // A parent with fewer clade reads than its children keeps none of its own, never fewer.
-        QTest::newRow("children above their parent")
-            << QByteArray("1\t10\t0\tR\t1\troot\n1\t10\t2\tD\t2\t  A\n1\t12\t12\tS\t3\t    B\n") << "root:0(A:0(B:12))" << "";
-        QTest::newRow("several top rows share a root made for them")
-            << QByteArray("1\t5\t5\tD\t2\tBacteria\n1\t3\t3\tD\t2157\tArchaea\n") << "root(Bacteria:5 Archaea:3)" << "";
-        QTest::newRow("a repeated taxon id is not linked twice")
-            << QByteArray("1\t9\t1\tR\t1\troot\n1\t4\t4\tS\t7\t  A\n1\t4\t4\tS\t7\t  A again\n")
+        QTest::newRow("kreport: children above their parent")
+            << "kreport" << QByteArray("1\t10\t0\tR\t1\troot\n1\t10\t2\tD\t2\t  A\n1\t12\t12\tS\t3\t    B\n")
+            << "root:0(A:0(B:12))" << "";
+        QTest::newRow("kreport: several top rows share a root made for them")
+            << "kreport" << QByteArray("1\t5\t5\tD\t2\tBacteria\n1\t3\t3\tD\t2157\tArchaea\n")
+            << "root(Bacteria:5 Archaea:3)" << "";
+        QTest::newRow("kreport: a repeated taxon id is not linked twice")
+            << "kreport" << QByteArray("1\t9\t1\tR\t1\troot\n1\t4\t4\tS\t7\t  A\n1\t4\t4\tS\t7\t  A again\n")
             << "root:1(A:4 \"A again\":4)" << "";
-        QTest::newRow("five columns") << QByteArray("1\t9\t9\tR\t1\troot\n1\t4\t4\t7\t  A\n") << "root:9"
-                                      << "line 2: it has 5 columns, not 6 or more";
-        QTest::newRow("negative count") << QByteArray("1\t-9\t0\tR\t1\troot\n") << "root" << "line 1: '-9' is a negative count";
-        QTest::newRow("count beyond any run") << QByteArray("1\t9223372036854775807\t0\tR\t1\troot\n") << "root"
-                                              << "line 1: '9223372036854775807' is too large a count";
-        QTest::newRow("empty file") << QByteArray() << "root" << "";
+        QTest::newRow("kreport: five columns") << "kreport" << QByteArray("1\t9\t9\tR\t1\troot\n1\t4\t4\t7\t  A\n")
+                                               << "root:9" << "line 2: it has 5 columns, not 6 or more";
+        QTest::newRow("kreport: negative count") << "kreport" << QByteArray("1\t-9\t0\tR\t1\troot\n") << "root"
+                                                 << "line 1: '-9' is a negative count";
+        QTest::newRow("kreport: count beyond any run")
+            << "kreport" << QByteArray("1\t9223372036854775807\t0\tR\t1\troot\n") << "root"
+            << "line 1: '9223372036854775807' is too large a count";
+        QTest::newRow("kreport: empty file") << "kreport" << QByteArray() << "root" << "";
+        QTest::newRow("metaphlan: children above their parent")
+            << "metaphlan" << QByteArray("k__A\t10\nk__A|p__B\t10.5\n") << "root(A:0(B:105000))" << "";
+        QTest::newRow("metaphlan: clade given twice") << "metaphlan" << QByteArray("k__A\t10\nk__A\t20\n") << "root(A:100000)"
+                                                      << "line 2: the clade was given on line 1 already";
+        QTest::newRow("metaphlan: no rank prefix") << "metaphlan" << QByteArray("Bacteria\t10\n") << "root"
+                                                   << "line 1: 'Bacteria' is not a clade name with a rank prefix";
+        QTest::newRow("metaphlan: negative share") << "metaphlan" << QByteArray("k__A\t-1\n") << "root"
+                                                   << "line 1: '-1' is not an abundance";
     }
 
-    void kreportAwkwardRows()
+    void pathFormatsAwkwardRows()
     {
+        QFETCH(QString, format);
         QFETCH(QByteArray, content);
         QFETCH(QString, tree);
         QFETCH(QString, firstSkip);
         BuilderSource builder(output());
-        builder.addSource(make(QStringLiteral("kreport"), write(content), true));
+        builder.addSource(make(format, write(content), true));
         builder.load();
         QCOMPARE(describeTree(builder), tree);
         QCOMPARE(builder.getReport().firstSkip, firstSkip);
@@ -226,30 +236,6 @@ private slots:
         QCOMPARE(found.value(QStringLiteral("Escherichia_coli")), QStringLiteral("300000 species 562"));
         QCOMPARE(found.value(QStringLiteral("SGB10068")), QStringLiteral("300000 SGB 562"));
         QCOMPARE(found.value(unclassified), QStringLiteral("200000  "));
-    }
-
-    void metaphlanAwkwardRows_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("tree");
-        QTest::addColumn<QString>("firstSkip");
-        QTest::newRow("children above their parent") << QByteArray("k__A\t10\nk__A|p__B\t10.5\n") << "root(A:0(B:105000))" << "";
-        QTest::newRow("clade given twice") << QByteArray("k__A\t10\nk__A\t20\n") << "root(A:100000)"
-                                           << "line 2: the clade was given on line 1 already";
-        QTest::newRow("no rank prefix") << QByteArray("Bacteria\t10\n") << "root" << "line 1: 'Bacteria' is not a clade name with a rank prefix";
-        QTest::newRow("negative share") << QByteArray("k__A\t-1\n") << "root" << "line 1: '-1' is not an abundance";
-    }
-
-    void metaphlanAwkwardRows()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, tree);
-        QFETCH(QString, firstSkip);
-        BuilderSource builder(output());
-        builder.addSource(make(QStringLiteral("metaphlan"), write(content), true));
-        builder.load();
-        QCOMPARE(describeTree(builder), tree);
-        QCOMPARE(builder.getReport().firstSkip, firstSkip);
     }
 
     // Count formats only attach reads to taxon ids; unclassified reads to "unclassified", and
@@ -350,14 +336,11 @@ private:
         return InputFormat::find(word)->makeSource(file, options);
     }
 
-    QString output() const { return dir->filePath(QStringLiteral("out.ontology")); }
+    QString output() const { return path(QStringLiteral("out.ontology")); }
 
-    QString write(const QByteArray& content)
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt")) const
     {
-        QFile file(dir->filePath(QStringLiteral("input.txt")));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
+        return FolderCase::write(name, content);
     }
 
     // The counts a source gives the ids it knows of, in the order of the ids.
@@ -386,8 +369,6 @@ private:
         builder.load();
         return describeTree(builder);
     }
-
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_GUILESS_MAIN(TestClassifierSources)

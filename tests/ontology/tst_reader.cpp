@@ -1,12 +1,12 @@
 #include "ontology/builder.h"
 #include "ontology/ontology.h"
 #include "ontology/reader.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/sqlfile.h"
 #include "tests/support/eventrecorder.h"
 #include "tests/support/treeliteral.h"
 
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Zem::Ontology::Ontology;
@@ -31,14 +31,14 @@ QStringList subtreeEvents(const QStringList& all, int openIndex)
 
 } // namespace
 
-class TestReader : public QObject
+class TestReader : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        dir = std::make_unique<QTemporaryDir>();
-        file = dir->filePath(QStringLiteral("t.ontology"));
+        start();
+        file = path(QStringLiteral("t.ontology"));
     }
 
     void eventsAndPositions_data()
@@ -127,7 +127,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
 

@@ -8,82 +8,76 @@
 #include "ontology/sourceqiimetext.h"
 #include "nu/linereader.h"
 #include "tests/support/fixtures.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace Zem::Ontology;
 using namespace Sorvik::Test;
 
-class TestSources : public QObject
+class TestSources : public FolderCase
 {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
-    void krona_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("tree");
-
-        QTest::newRow("inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
-                                                   << "root(d__Bacteria:18(sg__CCD:433))";
-        QTest::newRow("empty rank under two parents")
-            << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
-            << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
-        QTest::newRow("same name on two paths") << QByteArray("2\tX\tY\n3\tZ\tX\n") << "root(X(Y:2) Z(X:3))";
-        QTest::newRow("name root is not the root") << QByteArray("7\troot\tViruses\n") << "root(root(Viruses:7))";
-        QTest::newRow("count and empty path") << QByteArray("319\t\n20\tBacteria") << "root:319(Bacteria:20)";
-        QTest::newRow("no count") << QByteArray("Bacteria\tFirmicutes\n") << "root";
-        QTest::newRow("crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << "root(A:4(B:3))";
-        QTest::newRow("repeated path adds up") << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << "root(A:3(B:7))";
-        QTest::newRow("binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << "root";
-    }
-
-    void krona()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, tree);
-        QCOMPARE(describeRead(std::make_unique<SourceKronaText>(write(content))), tree);
-    }
-
-    void qiime_data()
+    // Path formats: a Krona text file (column -1) or a QIIME table's value column.
+    void pathFiles_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<int>("column");
         QTest::addColumn<QString>("tree");
 
+        QTest::newRow("krona: inner node with own count") << QByteArray("18\td__Bacteria\n433\td__Bacteria\tsg__CCD\n")
+            << -1 << "root(d__Bacteria:18(sg__CCD:433))";
+        QTest::newRow("krona: empty rank under two parents")
+            << QByteArray("2\tsk__Archaea\tk__\tp__A\n4\tsk__Bacteria\tk__\tp__B\n")
+            << -1 << "root(sk__Archaea(k__(p__A:2)) sk__Bacteria(k__(p__B:4)))";
+        QTest::newRow("krona: same name on two paths")
+            << QByteArray("2\tX\tY\n3\tZ\tX\n") << -1 << "root(X(Y:2) Z(X:3))";
+        QTest::newRow("krona: name root is not the root")
+            << QByteArray("7\troot\tViruses\n") << -1 << "root(root(Viruses:7))";
+        QTest::newRow("krona: count and empty path")
+            << QByteArray("319\t\n20\tBacteria") << -1 << "root:319(Bacteria:20)";
+        QTest::newRow("krona: no count") << QByteArray("Bacteria\tFirmicutes\n") << -1 << "root";
+        QTest::newRow("krona: crlf") << QByteArray("3\tA\tB\r\n4\tA\r\n") << -1 << "root(A:4(B:3))";
+        QTest::newRow("krona: repeated path adds up")
+            << QByteArray("3\tA\tB\n4\tA\tB\n2\tA\n1\tA\n") << -1 << "root(A:3(B:7))";
+        QTest::newRow("krona: binary") << QByteArray("\x00\x01\xff\xfe\t\x00\n\x80", 8) << -1 << "root";
+
         const QByteArray header("Taxon\tS1\tS2\n");
-        QTest::newRow("path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
-                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
-        QTest::newRow("second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
-                                       << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
-        QTest::newRow("short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
-                                            << "root(\"k  Archaea\":200)";
-        QTest::newRow("value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
-                                                           << "root(\"k  Bacteria\"(\"p  X\"))";
-        QTest::newRow("Other at the top counts for the root") << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
-        QTest::newRow("newer header after comments")
+        QTest::newRow("qiime: path to Other") << header + "k__Bacteria;p__Firmicutes;Other\t0.5\t0.25\n" << 0
+            << "root(\"k  Bacteria\"(\"p  Firmicutes\":500))";
+        QTest::newRow("qiime: second column") << header + "k__Bacteria;p__Firmicutes\t0.5\t0.25\n" << 1
+            << "root(\"k  Bacteria\"(\"p  Firmicutes\":250))";
+        QTest::newRow("qiime: short line skipped") << header + "k__Bacteria\t0.5\nk__Archaea\t0.1\t0.2\n" << 1
+            << "root(\"k  Archaea\":200)";
+        QTest::newRow("qiime: value not a number keeps the path") << header + "k__Bacteria;p__X\tNA\t1\n" << 0
+            << "root(\"k  Bacteria\"(\"p  X\"))";
+        QTest::newRow("qiime: Other at the top counts for the root")
+            << header + "Other;Other\t0.3\t0\n" << 0 << "root:300";
+        QTest::newRow("qiime: newer header after comments")
             << QByteArray("# Constructed from biom file\n#OTU ID\tS1\nk__Bacteria\t7.5e-01\n") << 0
             << "root(\"k  Bacteria\":750)";
-        QTest::newRow("truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
-        QTest::newRow("repeated path adds up") << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
+        QTest::newRow("qiime: truncated toward zero") << header + "A\t0.0129\t0\n" << 0 << "root(A:12)";
+        QTest::newRow("qiime: repeated path adds up")
+            << header + "A;B\t0.25\t0\nA;B\t0.5\t0\n" << 0 << "root(A(B:750))";
     }
 
-    void qiime()
+    void pathFiles()
     {
         QFETCH(QByteArray, content);
         QFETCH(int, column);
         QFETCH(QString, tree);
-        QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(write(content), column)), tree);
+        const QString file = write(content);
+        if (column < 0)
+            QCOMPARE(describeRead(std::make_unique<SourceKronaText>(file)), tree);
+        else
+            QCOMPARE(describeRead(std::make_unique<SourceQiimeText>(file, column)), tree);
     }
 
     void qiimePercentages_data()
@@ -103,7 +97,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QByteArray, second);
         QFETCH(QString, percentage);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceQiimeText>(write(content, QStringLiteral("first.txt")), 0));
         if (!second.isEmpty())
             builder.addSource(std::make_unique<SourceQiimeText>(write(second, QStringLiteral("second.txt")), 0));
@@ -149,7 +143,7 @@ private slots:
         QFETCH(QString, format);
         QFETCH(QByteArray, content);
         QFETCH(QStringList, counts);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         if (format == QLatin1String("mgtaxa"))
             builder.addSource(std::make_unique<SourceMgtaxaText>(write(content)));
         else
@@ -194,7 +188,7 @@ private slots:
         QFETCH(QByteArray, second);
         QFETCH(QString, tree);
         QFETCH(int, nodes);
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(makeSource(firstFormat, write(first, QStringLiteral("first.txt"))));
         builder.addSource(makeSource(secondFormat, write(second, QStringLiteral("second.txt"))));
         builder.load();
@@ -204,7 +198,7 @@ private slots:
 
     void pathFileAfterACopiedChart()
     {
-        const QString chart = dir->filePath(QStringLiteral("first.ontology"));
+        const QString chart = path(QStringLiteral("first.ontology"));
         {
             BuilderSource first(chart);
             first.addSource(makeSource(QStringLiteral("krona"), write("5\tBacteria\tFirmicutes\n")));
@@ -212,7 +206,7 @@ private slots:
             first.count(false);
             first.build();
         }
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceOntology>(chart));
         builder.addSource(makeSource(QStringLiteral("krona"), write("3\tArchaea\tHalobacteria\n")));
         builder.load();
@@ -258,7 +252,7 @@ private slots:
         QFETCH(QString, first);
         std::unique_ptr<Source> made = makeSource(format, write(content));
         Source* source = made.get();
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(made));
         builder.load();
         if (!tree.isEmpty())
@@ -288,15 +282,15 @@ private slots:
         QVERIFY(plain.contains(QLatin1String("562")) || plain.contains(QLatin1Char('B')) || plain.contains(QLatin1Char('2')));
         QCOMPARE(describeRead(makeSource(format, write(gzipped(content)))), plain);
 
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(makeSource(format, write(gzipped(content).chopped(4))));
         QVERIFY_EXCEPTION_THROWN(builder.load(), nu::LineReader::ReadException);
     }
 
     void unreadableFilesAddNothing()
     {
-        const QString missing = dir->filePath(QStringLiteral("missing.txt"));
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        const QString missing = path(QStringLiteral("missing.txt"));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::make_unique<SourceFrequencies>(missing));
         builder.addSource(std::make_unique<SourceMgtaxaText>(missing));
         builder.addSource(std::make_unique<SourceQiimeText>(dir->path(), 0));
@@ -307,7 +301,7 @@ private slots:
 
     void progressBeyondIntRange()
     {
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         QSignalSpy positions(&builder, &BuilderSource::signalSourceCurrentPos);
         const qint64 total = qint64(6) * 1024 * 1024 * 1024;
         builder.notifySourceTotalSize(total);
@@ -345,7 +339,7 @@ private slots:
             source = std::move(dump);
         }
 
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(source));
         int asked = 0;
         builder.setCancelCheck([&asked] { return ++asked >= 2; });
@@ -375,18 +369,15 @@ private:
         return dump;
     }
 
-    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt"))
+    QString write(const QByteArray& content, const QString& name = QStringLiteral("input.txt")) const
     {
-        QFile file(dir->filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
+        return FolderCase::write(name, content);
     }
 
     // The tree, and the counts given to the ids of count sources.
     QString describeRead(std::unique_ptr<Source> source)
     {
-        BuilderSource builder(dir->filePath(QStringLiteral("out.ontology")));
+        BuilderSource builder(path(QStringLiteral("out.ontology")));
         builder.addSource(std::move(source));
         builder.load();
         QString text = builder.getRoot() ? describeTree(builder) : QString();
@@ -396,8 +387,6 @@ private:
         }
         return text;
     }
-
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_GUILESS_MAIN(TestSources)

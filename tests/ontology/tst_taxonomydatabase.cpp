@@ -7,13 +7,13 @@
 #include "ontology/taxonomychanges.h"
 #include "ontology/taxonomydatabase.h"
 #include "tests/support/fixtures.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace Zem::Ontology;
@@ -23,23 +23,13 @@ using Zem::Ncbi::TaxonomyChanges;
 using Zem::Ncbi::TaxonomyDatabase;
 using namespace Sorvik::Test;
 
-class TestTaxonomyDatabase : public QObject
+class TestTaxonomyDatabase : public FolderCase
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        // Unpacked folders go below this test's own temporary folder, where escapes can be checked.
-        QVERIFY(top.isValid());
-        QVERIFY(QDir(top.path()).mkpath(QStringLiteral("tmp")));
-        qputenv("TMPDIR", QFile::encodeName(top.filePath(QStringLiteral("tmp"))));
-    }
-
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-        QVERIFY(dir->isValid());
-    }
+    // Unpacked folders go below this test's own temporary folder, where escapes can be checked.
+    void initTestCase() { catchTemporaryFiles(); }
+    void init() { start(); }
 
     void dumpRows_data()
     {
@@ -348,7 +338,6 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
     QString zip() const { return path(QStringLiteral("taxdmp.zip")); }
 
     // The taxonomy of the archive as the NCBI import reads it.
@@ -362,9 +351,6 @@ private:
         builder.load();
         return describeTree(builder);
     }
-
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_GUILESS_MAIN(TestTaxonomyDatabase)

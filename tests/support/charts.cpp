@@ -12,6 +12,11 @@ namespace Test {
 
 using Viewer::PieChartItem;
 
+const QString lifeTree = QStringLiteral(
+    "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
+    "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
+    "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
+
 std::unique_ptr<PieChartItem> buildChart(const QString& fileName, int levels, double percent,
                                          const Zem::Ontology::Reader::Position& start)
 {

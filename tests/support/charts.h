@@ -13,6 +13,10 @@ class PieChartItem;
 }
 namespace Test {
 
+// A tree of life with slices large and small, five rings deep: at the viewer's defaults (5 rings,
+// 0.5 %) "unclassified" is gathered into a grey "1 other", and 17 slices are drawn.
+extern const QString lifeTree;
+
 // The chart the viewer draws from a counted ontology file.
 std::unique_ptr<Viewer::PieChartItem> buildChart(const QString& fileName, int levels = 10, double percent = 0,
                                                  const Zem::Ontology::Reader::Position& start = {});

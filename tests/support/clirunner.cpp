@@ -1,8 +1,13 @@
 #include "tests/support/clirunner.h"
 
-#include <QProcess>
+#include "tests/support/fixtures.h"
+#include "tests/support/taxdump.h"
+
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QtTest>
+
+#include <csignal>
 
 namespace Sorvik {
 namespace Test {
@@ -34,6 +39,27 @@ CliResult runCli(const QStringList& arguments, const QProcessEnvironment& enviro
     result.out = QString::fromUtf8(process.readAllStandardOutput());
     result.err = QString::fromUtf8(process.readAllStandardError());
     return result;
+}
+
+CliCase::CliCase()
+{
+    // A command that exits before it has read all its input must not end the test.
+    ::signal(SIGPIPE, SIG_IGN);
+}
+
+void CliCase::serve()
+{
+    QVERIFY(top.isValid() && server.isListening());
+    archive = serveSmallTaxdump(server, top.path());
+    QVERIFY(!archive.isEmpty());
+}
+
+QProcessEnvironment CliCase::environment(const QString& urlPath) const
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("SORVIK_TAXDUMP_URL"), server.url(urlPath).toString());
+    env.insert(QStringLiteral("TMPDIR"), dir->path());
+    return env;
 }
 
 } // namespace Test

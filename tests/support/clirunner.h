@@ -1,5 +1,8 @@
 #pragma once
 
+#include "tests/support/foldercase.h"
+#include "tests/support/httpserver.h"
+
 #include <QProcessEnvironment>
 #include <QStringList>
 
@@ -19,6 +22,22 @@ struct CliResult
 
 CliResult runCli(const QStringList& arguments, const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
                  int timeout = 120000, const QString& workingDirectory = QString());
+
+// What the command-line tests share: a loopback mirror serving the small taxdump, and a folder
+// for each test function. Call serve() from initTestCase() and start() from init().
+class CliCase : public FolderCase
+{
+public:
+    CliCase();
+
+protected:
+    void serve();
+    // The download address and the temporary folder the command sees.
+    QProcessEnvironment environment(const QString& urlPath) const;
+
+    HttpServer server;
+    QByteArray archive;
+};
 
 } // namespace Test
 } // namespace Sorvik

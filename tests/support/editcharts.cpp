@@ -3,12 +3,15 @@
 #include "nu/edit/arcbracketitem.h"
 #include "nu/edit/arctextitem.h"
 #include "nu/edit/chartitemtypes.h"
+#include "nu/edit/handler.h"
 #include "nu/edit/lineitem.h"
 #include "nu/edit/piecharttextitem.h"
 #include "nu/edit/recttextitem.h"
 #include "nu/edit/subspaceitem.h"
+#include "nu/graphics/piecharttextitem.h"
 
 #include <QGraphicsItem>
+#include <QGraphicsScene>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -123,6 +126,25 @@ QJsonArray normalizedItems(const QJsonArray& items)
         result.append(item);
     }
     return result;
+}
+
+nu::graphics::PieChartTextItem* sliceLabelled(const QGraphicsScene& scene, const QString& prefix)
+{
+    for (QGraphicsItem* item : scene.items()) {
+        auto slice = dynamic_cast<nu::graphics::PieChartTextItem*>(item);
+        if (slice && (prefix.isEmpty() ? !slice->parentItem() : slice->getText().text.startsWith(prefix)))
+            return slice;
+    }
+    return nullptr;
+}
+
+nu::edit::HandlerPosition* positionKnob(const QGraphicsScene& scene)
+{
+    for (QGraphicsItem* item : scene.items()) {
+        if (auto knob = dynamic_cast<nu::edit::HandlerPosition*>(item))
+            return knob;
+    }
+    return nullptr;
 }
 
 } // namespace Test

@@ -7,6 +7,16 @@
 
 #include <map>
 
+class QGraphicsScene;
+namespace nu {
+namespace edit {
+class HandlerPosition;
+}
+namespace graphics {
+class PieChartTextItem;
+}
+} // namespace nu
+
 namespace Sorvik {
 namespace Test {
 
@@ -32,6 +42,12 @@ std::map<long, QString> chartState(nu::edit::GraphicsItemManager& manager, bool 
 // every parent id by its parent's position (0 for none), so that charts loaded under other ids
 // compare equal.
 QJsonArray normalizedItems(const QJsonArray& items);
+
+// The slice whose label starts with prefix; with an empty prefix, the chart's centre. Null when
+// there is none.
+nu::graphics::PieChartTextItem* sliceLabelled(const QGraphicsScene& scene, const QString& prefix = QString());
+// The position knob of the scene's selection, or null.
+nu::edit::HandlerPosition* positionKnob(const QGraphicsScene& scene);
 
 } // namespace Test
 } // namespace Sorvik

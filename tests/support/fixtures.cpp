@@ -20,6 +20,12 @@ QByteArray fileContents(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QString writeFile(const QString& fileName, const QByteArray& content)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? fileName : QString();
+}
+
 QByteArray gzipped(const QByteArray& data)
 {
     z_stream z{};

@@ -12,6 +12,8 @@ QString fixturePath(const QString& name);
 // A file's bytes, or none when it can't be read.
 QByteArray fileContents(const QString& path);
 
+// Writes the bytes to the file: its name, or an empty string when it could not be written.
+QString writeFile(const QString& fileName, const QByteArray& content);
 // data compressed as one gzip member, as gzip(1) writes it.
 QByteArray gzipped(const QByteArray& data);
 

@@ -1,7 +1,9 @@
 #include "tests/support/sqlfile.h"
 
 #include "nu/database.h"
+#include "ontology/taxonomycache.h"
 
+#include <QDateTime>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -40,6 +42,13 @@ QList<QVariantList> querySql(const QString& fileName, const QString& select)
         rows << row;
     }
     return rows;
+}
+
+void setCacheAge(const QString& cache, int days)
+{
+    const QString created = QDateTime::currentDateTimeUtc().addDays(-days).addSecs(-60).toString(Qt::ISODate);
+    execSql(cache, {QStringLiteral("INSERT OR REPLACE INTO info (key, value) VALUES ('%1', '%2')")
+                        .arg(Zem::Ncbi::TaxonomyCache::createdKey, created)});
 }
 
 } // namespace Test

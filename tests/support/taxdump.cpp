@@ -1,5 +1,10 @@
 #include "tests/support/taxdump.h"
 
+#include "tests/support/fixtures.h"
+#include "tests/support/httpserver.h"
+
+#include <QDir>
+
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
 #include <quazip/quazipnewinfo.h>
@@ -67,6 +72,22 @@ bool writeSmallTaxdump(const QString& fileName, bool withRetired)
     if (withRetired)
         entries << ZipEntry{QStringLiteral("merged.dmp"), smallMerged()} << ZipEntry{QStringLiteral("delnodes.dmp"), smallDeleted()};
     return writeZip(fileName, entries);
+}
+
+QByteArray serveSmallTaxdump(HttpServer& server, const QString& folder)
+{
+    const QString small = QDir(folder).filePath(QStringLiteral("small.zip"));
+    if (!writeSmallTaxdump(small, true))
+        return QByteArray();
+    const QByteArray archive = fileContents(small);
+    server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), archive);
+    server.serve(QStringLiteral("/cut.zip"), archive.left(archive.size() / 2));
+    HttpServer::Route stall;
+    stall.behaviour = HttpServer::Behaviour::Stall;
+    stall.body = archive;
+    stall.stallAfter = 10;
+    server.setRoute(QStringLiteral("/stall.zip"), stall);
+    return archive;
 }
 
 } // namespace Test

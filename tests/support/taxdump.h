@@ -31,5 +31,12 @@ QByteArray smallDeleted();
 // The same as a taxdmp.zip, with the retired ids when asked for.
 bool writeSmallTaxdump(const QString& fileName, bool withRetired = false);
 
+class HttpServer;
+
+// Serves the small taxdump with its retired ids as a mirror would: whole at
+// /pub/taxonomy/taxdmp.zip, cut in half at /cut.zip, and stalling after 10 bytes at /stall.zip.
+// The archive is written into the folder; its bytes, or none when it could not be written.
+QByteArray serveSmallTaxdump(HttpServer& server, const QString& folder);
+
 } // namespace Test
 } // namespace Sorvik

@@ -6,6 +6,8 @@
 #include "ontology/taxonomycache.h"
 #include "ontology/taxonomychanges.h"
 #include "tests/support/fixtures.h"
+#include "tests/support/foldercase.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
@@ -15,7 +17,6 @@
 #include <QElapsedTimer>
 #include <QMutex>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <atomic>
@@ -141,31 +142,20 @@ bool runToEnd(BuildNcbiPiechartAsyncTask& task)
 
 } // namespace
 
-class TestBuildNcbiPiechartAsyncTask : public QObject
+class TestBuildNcbiPiechartAsyncTask : public FolderCase
 {
     Q_OBJECT
 private slots:
     void initTestCase()
     {
-        QVERIFY(top.isValid());
-        QVERIFY(QDir(top.path()).mkpath(QStringLiteral("tmp")));
-        qputenv("TMPDIR", QFile::encodeName(top.filePath(QStringLiteral("tmp"))));
         QVERIFY(server.isListening());
+        catchTemporaryFiles();
+        QVERIFY(!serveSmallTaxdump(server, top.path()).isEmpty());
         const auto serveZip = [this](const QString& urlPath, const QList<ZipEntry>& entries) {
             const QString zip = top.filePath(QStringLiteral("served.zip"));
             QVERIFY(writeZip(zip, entries));
-            QFile file(zip);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            server.serve(urlPath, file.readAll());
+            server.serve(urlPath, fileContents(zip));
         };
-        const QList<ZipEntry> small{{QStringLiteral("nodes.dmp"), smallNodes()},
-                                    {QStringLiteral("names.dmp"), smallNames()},
-                                    {QStringLiteral("merged.dmp"), smallMerged()},
-                                    {QStringLiteral("delnodes.dmp"), smallDeleted()}};
-        serveZip(QStringLiteral("/pub/taxonomy/taxdmp.zip"), small);
-        QVERIFY(writeZip(top.filePath(QStringLiteral("archive.zip")), small));
-        const QByteArray whole = fileContents(top.filePath(QStringLiteral("archive.zip")));
-        server.serve(QStringLiteral("/cut.zip"), whole.left(whole.size() / 2));
         // 20 000 taxa in a binary tree, enough for every cancellation check to come round.
         QByteArray nodes = dumpRow({"1", "1", "no rank"});
         QByteArray names;
@@ -184,11 +174,7 @@ private slots:
         server.setRoute(QStringLiteral("/stall.zip"), route);
     }
 
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-        QVERIFY(dir->isValid());
-    }
+    void init() { start(); }
 
     void downloadsTheTaxonomyThenBuildsTheChart_data()
     {
@@ -403,7 +389,7 @@ private slots:
         QTest::addColumn<QString>("cancelAt");
         QTest::addColumn<QString>("message");
         QTest::newRow("downloaded") << "/pub/taxonomy/taxdmp.zip" << "" << "";
-        QTest::newRow("from an archive the user has") << "archive.zip" << "" << "";
+        QTest::newRow("from an archive the user has") << "small.zip" << "" << "";
         QTest::newRow("dead server") << "refused" << "" << "NCBI data couldn't be downloaded";
         QTest::newRow("truncated archive") << "/cut.zip" << "" << "Pie chart couldn't be generated";
         QTest::newRow("not found") << "/missing.zip" << "" << "NCBI data couldn't be downloaded";
@@ -469,15 +455,6 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
-    QString write(const QString& name, const QByteArray& content)
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly))
-            return QString();
-        file.write(content);
-        return file.fileName();
-    }
     std::unique_ptr<BuildNcbiPiechartAsyncTask> makeTask(const QString& urlPath,
                                                          std::unique_ptr<Zem::Ontology::Source> input)
     {
@@ -489,8 +466,6 @@ private:
         return task;
     }
 
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
     HttpServer server;
     QByteArray largeIds;
 };

@@ -1,8 +1,7 @@
-#include "resources/resources.h"
 #include "tests/support/charts.h"
 #include "tests/support/fixtures.h"
-#include "tests/support/scriptedprompter.h"
 #include "tests/support/treeliteral.h"
+#include "tests/support/windowcase.h"
 #include "viewer/chartexports.h"
 #include "viewer/exportimagedialog.h"
 #include "viewer/mainwindow.h"
@@ -14,12 +13,9 @@
 #include <QAction>
 #include <QImage>
 #include <QMenuBar>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Sorvik::Test::fileContents;
-using Sorvik::Test::ScriptedPrompter;
 using Sorvik::Viewer::ChartExports;
 using Sorvik::Viewer::ExportImageDialog;
 using Sorvik::Viewer::MainWindow;
@@ -32,31 +28,12 @@ const QString life = QStringLiteral("root=Life(b=Bacteria(f=Firmicutes:60(bc=Bac
 } // namespace
 
 // The viewer's File > Export… entries, driven as a user would through the scripted prompter.
-class TestChartExports : public QObject
+class TestChartExports : public Sorvik::Test::WindowCase
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        QStandardPaths::setTestModeEnabled(true);
-        Sorvik::initResources();
-    }
-
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        Sorvik::App::Settings().setPath(dir->path());
-        prompter = std::make_shared<ScriptedPrompter>();
-        window = std::make_unique<MainWindow>();
-        window->setPrompter(prompter);
-    }
-
-    void cleanup()
-    {
-        prompter->answers = {QMessageBox::No};
-        window.reset();
-        dir.reset();
-    }
+    void init() { start(); }
+    void cleanup() { stop(); }
 
     void entriesFollowTheOpenChart()
     {
@@ -102,13 +79,13 @@ private slots:
             options.setLegend(true);
             return int(QDialog::Accepted);
         };
-        prompter->saveNames = QStringList{dir->filePath(typed)};
+        prompter->saveNames = QStringList{path(typed)};
         window->getExports()->slotExportImage();
         QVERIFY2(prompter->shown.isEmpty(), qPrintable(prompter->lastTitle()));
         // The default title is the chart's file name.
         QCOMPARE(title, QStringLiteral("gut sample"));
         QCOMPARE(prompter->filters.last(), ExportImageDialog::filterOf(ExportImageDialog::Format(format)));
-        const QByteArray content = fileContents(dir->filePath(written));
+        const QByteArray content = fileContents(path(written));
         if (format == int(ExportImageDialog::Format::Svg)) {
             QVERIFY(content.contains("<title>gut sample</title>"));
             QVERIFY(content.contains("width=\"500\""));
@@ -133,7 +110,7 @@ private slots:
         // A selected slice is drawn in its own colour, and stays selected.
         Sorvik::Viewer::PieChartItem* firmicutes = Sorvik::Test::sliceNamed(scene->getPieChart(), QStringLiteral("Firmicutes"));
         firmicutes->setSelected(true);
-        const QString png = dir->filePath(QStringLiteral("centre.png"));
+        const QString png = path(QStringLiteral("centre.png"));
         QVERIFY(window->getExports()->exportImage(png, 400, 0, false, QString()));
         QVERIFY(firmicutes->isSelected());
         const QImage image(png);
@@ -141,11 +118,11 @@ private slots:
             for (int x = 0; x < image.width(); x += 4)
                 QVERIFY(image.pixelColor(x, y) != QColor(Qt::yellow));
         }
-        const QString svg = dir->filePath(QStringLiteral("centre.svg"));
+        const QString svg = path(QStringLiteral("centre.svg"));
         QVERIFY(window->getExports()->exportImage(svg, 400, 0, false, QString()));
         QVERIFY(fileContents(svg).contains("<title>Bacteria: 110 (100.00 %)</title>"));
         QVERIFY(!fileContents(svg).contains("<title>Life"));
-        const QString page = dir->filePath(QStringLiteral("centre.html"));
+        const QString page = path(QStringLiteral("centre.html"));
         QVERIFY(window->getExports()->exportHtml(page));
         QVERIFY(fileContents(page).contains("\"centre\":1"));
     }
@@ -153,15 +130,15 @@ private slots:
     void tableAndPageHoldTheWholeTree()
     {
         openChart();
-        prompter->saveNames = QStringList{dir->filePath(QStringLiteral("counts.csv")), dir->filePath(QStringLiteral("page"))};
+        prompter->saveNames = QStringList{path(QStringLiteral("counts.csv")), path(QStringLiteral("page"))};
         window->getExports()->slotExportTable();
         window->getExports()->slotExportHtml();
         QVERIFY2(prompter->shown.isEmpty(), qPrintable(prompter->lastTitle()));
-        const QList<QByteArray> rows = fileContents(dir->filePath(QStringLiteral("counts.csv"))).split('\n');
+        const QList<QByteArray> rows = fileContents(path(QStringLiteral("counts.csv"))).split('\n');
         QCOMPARE(rows.first(), QByteArray("id,taxid,name,rank,lineage,own_count,clade_count,percent"));
         QCOMPARE(rows.size(), 7 + 1);
         QVERIFY(rows.contains("f,f,Firmicutes,,Life; Bacteria; Firmicutes,60,80,66.666667"));
-        const QByteArray page = fileContents(dir->filePath(QStringLiteral("page.html")));
+        const QByteArray page = fileContents(path(QStringLiteral("page.html")));
         QVERIFY(page.contains("<title>gut sample</title>"));
         QVERIFY(page.contains("\"maxLevels\":5"));
     }
@@ -169,7 +146,7 @@ private slots:
     void failuresNameTheFile()
     {
         openChart();
-        const QString gone = dir->filePath(QStringLiteral("gone/counts.tsv"));
+        const QString gone = path(QStringLiteral("gone/counts.tsv"));
         QVERIFY(!window->getExports()->exportTable(gone));
         QCOMPARE(prompter->shown.size(), 1);
         QCOMPARE(prompter->shown.first().icon, QMessageBox::Warning);
@@ -178,7 +155,7 @@ private slots:
                  qPrintable(said));
         QVERIFY(!QFileInfo::exists(gone));
         // A name that is no table: said so, nothing written.
-        QVERIFY(!window->getExports()->exportTable(dir->filePath(QStringLiteral("counts.xlsx"))));
+        QVERIFY(!window->getExports()->exportTable(path(QStringLiteral("counts.xlsx"))));
         QVERIFY(prompter->shown.last().text.contains(QStringLiteral("must end in .tsv")));
         QVERIFY(!prompter->shown.last().text.contains(QStringLiteral("Check that its folder")));
     }
@@ -186,15 +163,9 @@ private slots:
 private:
     void openChart()
     {
-        const QString file = dir->filePath(QStringLiteral("gut sample.piechart"));
-        Sorvik::Test::writeTree(file, life);
-        window->openFile(file);
+        openTree(life, QStringLiteral("gut sample.piechart"));
         QVERIFY(prompter->shown.isEmpty());
     }
-
-    std::unique_ptr<QTemporaryDir> dir;
-    std::shared_ptr<ScriptedPrompter> prompter;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(TestChartExports)

@@ -1,3 +1,4 @@
+#include "tests/support/foldercase.h"
 #include "tests/support/charts.h"
 #include "nu/graphics/sceneimage.h"
 #include "viewer/chartimage.h"
@@ -11,7 +12,6 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QStyleOptionGraphicsItem>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
 
@@ -21,39 +21,46 @@ using Sorvik::Viewer::PieChartItem;
 
 namespace {
 
-// The fill colours of the filled paths of an SVG, labels (black) apart.
-QStringList filledPaths(const QByteArray& svg)
+// The fill or stroke of every path of an SVG, as inherited from its groups ("bad svg" when it is none).
+QStringList pathAttributes(const QByteArray& svg, QLatin1String name)
 {
-    QStringList fills;
-    QStringList groupFills{QStringLiteral("none")};
+    QStringList values;
+    QStringList inherited{QStringLiteral("none")};
     QXmlStreamReader xml(svg);
     while (!xml.atEnd()) {
         xml.readNext();
         if (xml.isStartElement() && xml.name() == QLatin1String("g")) {
-            const auto fill = xml.attributes().value(QLatin1String("fill"));
-            groupFills.append(fill.isEmpty() ? groupFills.last() : fill.toString());
+            const auto value = xml.attributes().value(name);
+            inherited.append(value.isEmpty() ? inherited.last() : value.toString());
         } else if (xml.isEndElement() && xml.name() == QLatin1String("g")) {
-            groupFills.removeLast();
+            inherited.removeLast();
         } else if (xml.isStartElement() && xml.name() == QLatin1String("path")) {
-            const auto own = xml.attributes().value(QLatin1String("fill"));
-            const QString fill = own.isEmpty() ? groupFills.last() : own.toString();
-            if (fill != QLatin1String("none") && fill != QLatin1String("#000000"))
-                fills.append(fill);
+            const auto own = xml.attributes().value(name);
+            values.append(own.isEmpty() ? inherited.last() : own.toString());
         }
     }
-    return xml.hasError() ? QStringList{QStringLiteral("bad svg")} : fills;
+    return xml.hasError() ? QStringList{QStringLiteral("bad svg")} : values;
+}
+
+// The fill colours of the filled paths of an SVG, labels (black) apart.
+QStringList filledPaths(const QByteArray& svg)
+{
+    QStringList fills = pathAttributes(svg, QLatin1String("fill"));
+    fills.removeAll(QStringLiteral("none"));
+    fills.removeAll(QStringLiteral("#000000"));
+    return fills;
 }
 
 } // namespace
 
-class TestChartImage : public QObject
+class TestChartImage : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        dir = std::make_unique<QTemporaryDir>();
-        file = dir->filePath(QStringLiteral("chart.ontology"));
+        start();
+        file = path(QStringLiteral("chart.ontology"));
     }
 
     void svgHoldsOneFilledPathPerKeptSlice_data()
@@ -62,12 +69,7 @@ private slots:
         QTest::addColumn<int>("levels");
         QTest::addColumn<double>("percent");
         QTest::addColumn<int>("slices");
-        const QString tree = QStringLiteral(
-            "root=Life(b=Bacteria(p=Proteobacteria:40(g=Gammaproteobacteria:30 al=Alphaproteobacteria:20) "
-            "f=Firmicutes:35(bc=Bacilli:20 cl=Clostridia:12) ac=Actinobacteria:10) ar=Archaea:8(eu=Euryarchaeota:7) "
-            "ek=Eukaryota:30(m=Metazoa:12(h=\"Homo sapiens\":9) fu=Fungi:6) v=Viruses:4 u=unclassified:1)");
-        // "unclassified" holds less than 0.5 %: it is drawn as the grey "1 other".
-        QTest::newRow("viewer defaults") << tree << 5 << 0.5 << 17;
+        QTest::newRow("viewer defaults") << Sorvik::Test::lifeTree << 5 << 0.5 << 17;
         QTest::newRow("a disc") << QStringLiteral("r:5") << 5 << 0.5 << 1;
     }
 
@@ -209,25 +211,10 @@ private slots:
         const auto root = chartOf(file, QStringLiteral("r(a:400000 b:1 c:200000)"), 5, 0);
         QCOMPARE(int(Sorvik::Test::slicesOf(root.get()).size()), 3);
         // Every path is outlined in white, or not at all.
-        QXmlStreamReader xml(ChartImage(*root).toSvg());
-        QStringList strokes{QStringLiteral("none")};
-        int paths = 0;
-        while (!xml.atEnd()) {
-            xml.readNext();
-            if (xml.isStartElement() && xml.name() == QLatin1String("g")) {
-                const auto stroke = xml.attributes().value(QLatin1String("stroke"));
-                strokes.append(stroke.isEmpty() ? strokes.last() : stroke.toString());
-            } else if (xml.isEndElement() && xml.name() == QLatin1String("g")) {
-                strokes.removeLast();
-            } else if (xml.isStartElement() && xml.name() == QLatin1String("path")) {
-                const auto own = xml.attributes().value(QLatin1String("stroke"));
-                const QString stroke = own.isEmpty() ? strokes.last() : own.toString();
-                QVERIFY2(stroke == QLatin1String("none") || stroke == QLatin1String("#ffffff"), qPrintable(stroke));
-                ++paths;
-            }
-        }
-        QVERIFY(!xml.hasError());
-        QVERIFY(paths >= 4);
+        const QStringList strokes = pathAttributes(ChartImage(*root).toSvg(), QLatin1String("stroke"));
+        QVERIFY(strokes.size() >= 4);
+        for (const QString& stroke : strokes)
+            QVERIFY2(stroke == QLatin1String("none") || stroke == QLatin1String("#ffffff"), qPrintable(stroke));
     }
 
     void saveWritesNothingItCannotWriteWhole()
@@ -235,12 +222,12 @@ private slots:
         const auto root = chartOf(file, QStringLiteral("r(a:1 b:3)"), 5, 0.5);
         ChartImage image(*root);
         QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("taken.png")));
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("chart.svg.gz"))),
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("chart.svg.gz"))),
                                  nu::graphics::SceneImage::UnknownFormatException);
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("missing/chart.png"))), nu::graphics::SceneImage::WriteException);
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("missing/chart.png"))), nu::graphics::SceneImage::WriteException);
         // A file name that is a folder cannot be written; the folder is left alone.
-        QVERIFY_EXCEPTION_THROWN(image.save(dir->filePath(QStringLiteral("taken.png"))), nu::graphics::SceneImage::WriteException);
-        QVERIFY(QFileInfo(dir->filePath(QStringLiteral("taken.png"))).isDir());
+        QVERIFY_EXCEPTION_THROWN(image.save(path(QStringLiteral("taken.png"))), nu::graphics::SceneImage::WriteException);
+        QVERIFY(QFileInfo(path(QStringLiteral("taken.png"))).isDir());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
                  (QStringList{"chart.ontology", "taken.png"}));
     }
@@ -259,7 +246,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
 

@@ -4,13 +4,13 @@
 #include "ontology/ontology.h"
 #include "ontology/reader.h"
 #include "ontology/source.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/treeliteral.h"
 #include "viewer/charttable.h"
 #include "viewer/charttree.h"
 
 #include <QDir>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Sorvik::Viewer::ChartTable;
@@ -73,11 +73,11 @@ const QString life = QStringLiteral(
 
 } // namespace
 
-class TestChartTable : public QObject
+class TestChartTable : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
-    void init() { dir = std::make_unique<QTemporaryDir>(); }
+    void init() { start(); }
 
     void rowsHoldTheChartsNumbers()
     {
@@ -178,11 +178,11 @@ private slots:
     void saveWritesAllOrNothing()
     {
         const ChartTree tree = read(life);
-        const QString good = dir->filePath(QStringLiteral("t.csv"));
+        const QString good = path(QStringLiteral("t.csv"));
         ChartTable(tree).save(good, ChartTable::Format::Csv);
         QCOMPARE(Sorvik::Test::fileContents(good), ChartTable(tree).toBytes(ChartTable::Format::Csv));
         QVERIFY(Sorvik::Test::fileContents(good).startsWith("id,taxid,name,rank,lineage,own_count,clade_count,percent\n"));
-        const QString missing = dir->filePath(QStringLiteral("gone/t.tsv"));
+        const QString missing = path(QStringLiteral("gone/t.tsv"));
         QVERIFY_EXCEPTION_THROWN(ChartTable(tree).save(missing, ChartTable::Format::Tsv), ChartTable::WriteException);
         QVERIFY(!QFileInfo::exists(missing));
     }
@@ -195,7 +195,7 @@ private slots:
         const QDir folder(QDir(real).filePath(QStringLiteral("krona")));
         int files = 0;
         for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
-            const QString chart = dir->filePath(name + QStringLiteral(".piechart"));
+            const QString chart = path(name + QStringLiteral(".piechart"));
             Zem::Ontology::BuilderSource builder(chart);
             builder.addSource(Zem::Ontology::InputFormat::find(QStringLiteral("krona"))
                                   ->makeSource(folder.filePath(name), Zem::Ontology::InputFormat::Options()));
@@ -220,13 +220,12 @@ private slots:
 private:
     ChartTree read(const QString& literal)
     {
-        const QString file = dir->filePath(QStringLiteral("chart.ontology"));
+        const QString file = path(QStringLiteral("chart.ontology"));
         QFile::remove(file);
         Sorvik::Test::writeTree(file, literal);
         return ChartTree::read(Zem::Ontology::Ontology(file));
     }
 
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_MAIN(TestChartTable)

@@ -1,11 +1,11 @@
 #include "ontology/ontology.h"
+#include "tests/support/foldercase.h"
 #include "tests/support/treeliteral.h"
 #include "viewer/charttree.h"
 #include "viewer/colourmap.h"
 #include "viewer/palette.h"
 #include "viewer/piechartitem.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Sorvik::Viewer::ChartTree;
@@ -18,13 +18,20 @@ namespace {
 const Palette::Kind kinds[] = {Palette::Kind::Soft, Palette::Kind::OkabeIto, Palette::Kind::TolBright,
                                Palette::Kind::TolMuted, Palette::Kind::Classic};
 
+void paletteRows()
+{
+    QTest::addColumn<int>("kind");
+    for (Palette::Kind kind : kinds)
+        QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
+}
+
 } // namespace
 
-class TestColourMap : public QObject
+class TestColourMap : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
-    void init() { dir = std::make_unique<QTemporaryDir>(); }
+    void init() { start(); }
 
     void firstBranchingLevel_data()
     {
@@ -89,12 +96,7 @@ private slots:
         QCOMPARE(chart.indexOfKey(QStringLiteral("taxid:2")), 1);
     }
 
-    void firstLevelHuesDiffer_data()
-    {
-        QTest::addColumn<int>("kind");
-        for (Palette::Kind kind : kinds)
-            QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
-    }
+    void firstLevelHuesDiffer_data() { paletteRows(); }
 
     void firstLevelHuesDiffer()
     {
@@ -167,12 +169,7 @@ private slots:
         }
     }
 
-    void labelsContrastWithEveryColour_data()
-    {
-        QTest::addColumn<int>("kind");
-        for (Palette::Kind kind : kinds)
-            QTest::newRow(qPrintable(Palette(kind).getName())) << int(kind);
-    }
+    void labelsContrastWithEveryColour_data() { paletteRows(); }
 
     void labelsContrastWithEveryColour()
     {
@@ -202,7 +199,7 @@ private slots:
     }
 
 private:
-    QString file(const QString& name = QStringLiteral("chart.ontology")) const { return dir->filePath(name); }
+    QString file(const QString& name = QStringLiteral("chart.ontology")) const { return path(name); }
     void writeTree(const QString& literal, const QString& name = QStringLiteral("chart.ontology")) const
     {
         Sorvik::Test::writeTree(file(name), literal);
@@ -214,7 +211,6 @@ private:
         return ChartTree::read(Zem::Ontology::Ontology(file(name)));
     }
 
-    std::unique_ptr<QTemporaryDir> dir;
 };
 
 QTEST_MAIN(TestColourMap)

@@ -1,16 +1,13 @@
-#include "nu/prompter.h"
 #include "ontology/inputformat.h"
 #include "ontology/ontology.h"
-#include "resources/resources.h"
 #include "tests/support/sqlfile.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
 #include "tests/support/inputtotals.h"
-#include "tests/support/scriptedprompter.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/charts.h"
+#include "tests/support/windowcase.h"
 #include "viewer/browser.h"
-#include "viewer/buildreportdialog.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/piechartitem.h"
@@ -22,99 +19,37 @@
 #include <QAction>
 #include <QGraphicsSceneMouseEvent>
 #include <QStatusBar>
-#include <QEventLoop>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QTreeView>
 #include <QtTest>
 
 #include <cmath>
-#include <functional>
 
 using Sorvik::Test::fileContents;
 using Sorvik::Test::fixturePath;
-using Sorvik::Test::ScriptedPrompter;
+using Sorvik::Test::inTurn;
+using Sorvik::Test::waitForClose;
+using Sorvik::Test::wizard;
+using Sorvik::Test::Script;
 using Sorvik::Test::sliceNamed;
 using Sorvik::Viewer::MainWindow;
 using Sorvik::Viewer::NewPiechartWizard;
 using Sorvik::Viewer::PieChartItem;
-using Script = std::function<int(QDialog&)>;
 
 namespace {
-
-// Fills the wizard as a user would have and accepts it. For taxon ids, option is the format
-// ("id" or "idcount"); for QIIME, the value column.
-Script wizard(const QString& type, const QString& file, const QVariant& option = QVariant())
-{
-    return [=](QDialog& dialog) {
-        auto& wizard = dynamic_cast<NewPiechartWizard&>(dialog);
-        wizard.setField(QStringLiteral("input-type-") + type, true);
-        // The formats without a page of their own, and detection, share the input file page.
-        const bool ownPage = QStringList{"taxids", "mgtaxa", "krona", "qiime"}.contains(type);
-        wizard.setField(ownPage ? type + QStringLiteral("-source-filename") : QStringLiteral("input-source-filename"), file);
-        if (type == QLatin1String("taxids"))
-            wizard.setField(QStringLiteral("taxids-source-format-") + option.toString(), true);
-        if (type == QLatin1String("qiime")) {
-            if (!wizard.page(NewPiechartWizard::QiimeFile)->validatePage())
-                return int(QDialog::Rejected);
-            wizard.setField(QStringLiteral("qiime-source-column"), option.toInt());
-        }
-        return int(QDialog::Accepted);
-    };
-}
-
-// The progress dialog of a build: waits until the build closes it. The report that may follow
-// is closed.
-int progress(QDialog& dialog)
-{
-    if (qobject_cast<Sorvik::Viewer::BuildReportDialog*>(&dialog))
-        return QDialog::Rejected;
-    QEventLoop loop;
-    QObject::connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
-    loop.exec();
-    return dialog.result();
-}
-
-// Answers the wizard with one script and the next dialog with another.
-Script inTurn(Script first, Script then)
-{
-    return [first, then, calls = 0](QDialog& dialog) mutable { return (calls++ == 0 ? first : then)(dialog); };
-}
 
 const QString deepTree = QStringLiteral(
     "root(b=Bacteria:10(f=Firmicutes:10(c=Bacilli:30(l=Lactobacillales:20)) p=Proteobacteria:15) a=Archaea:15)");
 
 } // namespace
 
-class TestMainWindow : public QObject
+class TestMainWindow : public Sorvik::Test::WindowCase
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        // The data folder setting goes to a test store, never to the user's own.
-        QStandardPaths::setTestModeEnabled(true);
-        Sorvik::initResources();
-    }
-
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-        Sorvik::App::Settings().setPath(dir->path());
-        prompter = std::make_shared<ScriptedPrompter>();
-        window = std::make_unique<MainWindow>();
-        window->setPrompter(prompter);
-    }
+    void init() { start(); }
 
     void cleanup()
     {
-        // Nothing may be left to ask when the window goes.
-        prompter->answers = {QMessageBox::No};
-        window.reset();
-        dir.reset();
+        stop();
         Sorvik::App::Settings settings;
         settings.setPalette(QStringLiteral("soft"));
         settings.setCollapsing(true);
@@ -148,10 +83,8 @@ private slots:
             Sorvik::Test::writeTree(file, tree);
         if (!sql.isEmpty())
             Sorvik::Test::execSql(file, sql);
-        QFile raw(file);
         if (tree.isEmpty() && sql.isEmpty() && bytes != "<missing>")
-            QVERIFY(raw.open(QIODevice::WriteOnly) && raw.write(bytes) == bytes.size());
-        raw.close();
+            QCOMPARE(write(QStringLiteral("chart.piechart"), bytes), file);
 
         // A chart is open before, so that its closing is seen.
         newKronaChart();
@@ -214,7 +147,7 @@ private slots:
         if (cached)
             writeTaxonomy();
         qputenv("SORVIK_TAXDUMP_URL", Sorvik::Test::HttpServer::refusingUrl(QStringLiteral("/taxdmp.zip")).toEncoded());
-        prompter->onDialog = inTurn(wizard(type, fixturePath(file), option), progress);
+        prompter->onDialog = inTurn(wizard(type, fixturePath(file), option), waitForClose);
         window->slotFileNew();
         qunsetenv("SORVIK_TAXDUMP_URL");
 
@@ -262,10 +195,9 @@ private slots:
         QFETCH(QByteArray, input);
         QFETCH(QString, said);
         writeTaxonomy();
-        QFile file(path(QStringLiteral("input.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(input) == input.size());
-        file.close();
-        prompter->onDialog = inTurn(wizard(type, file.fileName()), progress);
+        const QString file = write(QStringLiteral("input.txt"), input);
+        QVERIFY(!file.isEmpty());
+        prompter->onDialog = inTurn(wizard(type, file), waitForClose);
         window->slotFileNew();
         QTRY_VERIFY(!window->isBuilding());
         QCOMPARE(shown(), QStringList{said});
@@ -316,9 +248,7 @@ private slots:
         QFETCH(bool, saved);
         newKronaChart();
         const QByteArray chartBytes = fileContents(working());
-        QFile old(path(QStringLiteral("old.piechart")));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("an older chart") > 0);
-        old.close();
+        QVERIFY(!write(QStringLiteral("old.piechart"), "an older chart").isEmpty());
 
         prompter->saveNames = QStringList{path(target)};
         window->slotFileSaveAs();
@@ -366,7 +296,7 @@ private slots:
         QFETCH(QString, entered);
         QFETCH(QStringList, stepsOut);
         QCOMPARE(state(), QStringLiteral("closed 000000"));
-        openDeepTree();
+        openTree(deepTree);
         QCOMPARE(state(), QStringLiteral("saved.piechart saved root 110001"));
         select(entered);
         QCOMPARE(window->getView()->getScene()->getSelectedItem(), sliceNamed(chart(), entered));
@@ -407,16 +337,13 @@ private slots:
     {
         writeTaxonomy();
         // A long input, so that counting lasts long enough to be cancelled.
-        QFile ids(path(QStringLiteral("many.txt")));
-        QVERIFY(ids.open(QIODevice::WriteOnly));
-        for (int i = 0; i < 200000; ++i)
-            ids.write(i % 2 ? "562\n" : "9606\n");
-        ids.close();
+        const QString ids = write(QStringLiteral("many.txt"), QByteArray("9606\n562\n").repeated(100000));
+        QVERIFY(!ids.isEmpty());
         const Script cancel = [](QDialog& dialog) {
             dialog.reject();
             return dialog.result();
         };
-        prompter->onDialog = inTurn(wizard(QStringLiteral("taxids"), ids.fileName(), QStringLiteral("id")), cancel);
+        prompter->onDialog = inTurn(wizard(QStringLiteral("taxids"), ids, QStringLiteral("id")), cancel);
         window->slotFileNew();
         QVERIFY(shown().isEmpty());
         QCOMPARE(state(), QStringLiteral("closed 000000"));
@@ -449,9 +376,7 @@ private slots:
         QFETCH(bool, raw);
         QFETCH(QString, centre);
         QFETCH(QString, firmicutes);
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")),
-                                QStringLiteral("root(b=\"d__Bacteria\"(f=\"p__Firmicutes\":3 p=\"p__Proteobacteria\":2))"));
-        window->openFile(path(QStringLiteral("saved.piechart")));
+        openTree(QStringLiteral("root(b=\"d__Bacteria\"(f=\"p__Firmicutes\":3 p=\"p__Proteobacteria\":2))"));
         const QColor before = sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor();
         prompter->onDialog = [&](QDialog& dialog) {
             auto& preferences = dynamic_cast<Sorvik::Viewer::ViewPreferencesDialog&>(dialog);
@@ -478,8 +403,7 @@ private slots:
         const QString other = path(QStringLiteral("other.piechart"));
         Sorvik::Test::writeTree(other, QStringLiteral("root(p=Proteobacteria:9 f=Firmicutes:3 a=Actinobacteria:1)"));
         const QColor wanted = sliceNamed(Sorvik::Test::buildChart(other).get(), QStringLiteral("Firmicutes"))->getColor();
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")), QStringLiteral("root(f=Firmicutes:9 b=Bacteroidetes:5)"));
-        window->openFile(path(QStringLiteral("saved.piechart")));
+        openTree(QStringLiteral("root(f=Firmicutes:9 b=Bacteroidetes:5)"));
         QVERIFY(sliceNamed(chart(), QStringLiteral("Firmicutes"))->getColor() != wanted);
 
         prompter->openNames = QStringList{other};
@@ -500,7 +424,7 @@ private slots:
 
     void hoverShowsThePathInTheStatusBar()
     {
-        openDeepTree();
+        openTree(deepTree);
         select(QStringLiteral("Firmicutes"));
         window->slotNavigationStepInto();
         const PieChartItem* bacilli = sliceNamed(chart(), QStringLiteral("Bacilli"));
@@ -569,20 +493,8 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
     QString working() const { return path(MainWindow::workingFileName); }
     QString ncbi() const { return path(Sorvik::App::Settings::taxonomyFileName); }
-    PieChartItem* chart() const { return window->getView()->getScene()->getPieChart(); }
-    QString centre() const { return chart() ? chart()->getText().text : QString(); }
-    // The messages shown, as "Icon title: text".
-    QStringList shown() const
-    {
-        QStringList result;
-        for (const ScriptedPrompter::Shown& m : prompter->shown)
-            result << QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(m.icon) + (' ' + m.title) + ": " + m.text;
-        return result;
-    }
-
     // The window at a glance: "closed", or the chart's file ("working" for the working file),
     // whether it is saved, and the label at the centre; then which of Save as, Close, Step into,
     // Go to root, Step out and View preferences are enabled, as 0 and 1.
@@ -602,23 +514,6 @@ private:
         return QStringLiteral("%1 %2 %3 %4").arg(file, handler.shouldSave() ? "unsaved" : "saved", centre(), word);
     }
 
-    // Selects a slice as a click in the browser does.
-    void select(const QString& name)
-    {
-        QTreeView* tree = window->getBrowser()->getTreeView();
-        // A slice drawn for a chain is listed with the whole chain, its own name last.
-        QModelIndexList found = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, -1,
-                                                     Qt::MatchEndsWith | Qt::MatchRecursive);
-        found.erase(std::remove_if(found.begin(), found.end(),
-                                   [&name](const QModelIndex& index) {
-                                       const QString text = index.data().toString();
-                                       return text != name && !text.endsWith(QStringLiteral(" \u203a ") + name);
-                                   }),
-                    found.end());
-        QVERIFY2(!found.isEmpty(), qPrintable(name));
-        tree->setCurrentIndex(found.first());
-    }
-
     // A cached taxonomy of five named taxa.
     void writeTaxonomy() const
     {
@@ -627,26 +522,6 @@ private:
                                                "562=\"Escherichia coli\")) 2759=Eukaryota(9606=\"Homo sapiens\")))"),
                                 false);
     }
-
-    // A new chart from the small Krona fixture, unsaved.
-    void newKronaChart()
-    {
-        prompter->onDialog = wizard(QStringLiteral("krona"), fixturePath(QStringLiteral("viewer/small.krona.txt")));
-        window->slotFileNew();
-        QVERIFY(chart());
-        prompter->onDialog = nullptr;
-    }
-
-    // The deep tree saved as a chart and opened.
-    void openDeepTree()
-    {
-        Sorvik::Test::writeTree(path(QStringLiteral("saved.piechart")), deepTree);
-        window->openFile(path(QStringLiteral("saved.piechart")));
-    }
-
-    std::unique_ptr<QTemporaryDir> dir;
-    std::shared_ptr<ScriptedPrompter> prompter;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(TestMainWindow)

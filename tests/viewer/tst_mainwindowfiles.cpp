@@ -1,8 +1,7 @@
-#include "resources/resources.h"
 #include "tests/support/charts.h"
 #include "tests/support/fixtures.h"
-#include "tests/support/scriptedprompter.h"
 #include "tests/support/treeliteral.h"
+#include "tests/support/windowcase.h"
 #include "viewer/browser.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
@@ -16,33 +15,19 @@
 #include <QHeaderView>
 #include <QListWidget>
 #include <QMimeData>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTreeView>
 #include <QtTest>
 
-#include <functional>
 
 using Sorvik::Test::fixturePath;
-using Sorvik::Test::ScriptedPrompter;
 using Sorvik::Test::sliceNamed;
 using Sorvik::Viewer::MainWindow;
 using Sorvik::Viewer::NewPiechartWizard;
 using Sorvik::Viewer::PieChartItem;
-using Script = std::function<int(QDialog&)>;
+using Sorvik::Test::Script;
+using Sorvik::Test::wizard;
 
 namespace {
-
-// Fills the wizard with a Krona file and accepts it.
-Script kronaWizard(const QString& file)
-{
-    return [file](QDialog& dialog) {
-        auto& wizard = dynamic_cast<NewPiechartWizard&>(dialog);
-        wizard.setField(QStringLiteral("input-type-krona"), true);
-        wizard.setField(QStringLiteral("krona-source-filename"), file);
-        return int(QDialog::Accepted);
-    };
-}
 
 int reject(QDialog&)
 {
@@ -56,32 +41,12 @@ const QString bigTree = QStringLiteral("root(b=Bacteria(act=Actinobacteria:1(bif
 
 } // namespace
 
-class TestMainWindowFiles : public QObject
+class TestMainWindowFiles : public Sorvik::Test::WindowCase
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        QStandardPaths::setTestModeEnabled(true);
-        Sorvik::initResources();
-    }
-
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>();
-        QVERIFY(dir->isValid());
-        Sorvik::App::Settings().setPath(dir->path());
-        prompter = std::make_shared<ScriptedPrompter>();
-        window = std::make_unique<MainWindow>();
-        window->setPrompter(prompter);
-    }
-
-    void cleanup()
-    {
-        prompter->answers = {QMessageBox::No};
-        window.reset();
-        dir.reset();
-    }
+    void init() { start(); }
+    void cleanup() { stop(); }
 
     // Cancelling anywhere before the user commits keeps the open chart as it was. Rows: what
     // File > Open is given (empty: New), the wizard's input (empty: cancelled), the answers to
@@ -110,12 +75,12 @@ private slots:
         QFETCH(QString, input);
         QFETCH(QList<int>, answers);
         QFETCH(QString, title);
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        newKronaChart();
         PieChartItem* before = chart();
         Sorvik::Test::writeTree(path(QStringLiteral("other.piechart")), QStringLiteral("root(x=Other:5)"));
         for (int answer : answers)
             prompter->answers << QMessageBox::StandardButton(answer);
-        prompter->onDialog = input.isEmpty() ? Script(reject) : kronaWizard(QDir(dir->path()).absoluteFilePath(input));
+        prompter->onDialog = input.isEmpty() ? Script(reject) : wizard(QStringLiteral("krona"), QDir(dir->path()).absoluteFilePath(input));
         if (opened.isEmpty()) {
             window->slotFileNew();
         } else {
@@ -207,10 +172,8 @@ private slots:
         QFETCH(QString, saved);
         QFETCH(QList<int>, answers);
         QVERIFY(QDir(dir->path()).mkpath(QStringLiteral("v1.2")));
-        QFile old(path(QStringLiteral("old.piechart")));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("older") == 5);
-        old.close();
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        QVERIFY(!write(QStringLiteral("old.piechart"), "older").isEmpty());
+        newKronaChart();
         for (int answer : answers)
             prompter->answers << QMessageBox::StandardButton(answer);
         prompter->saveNames = QStringList{path(given)};
@@ -235,15 +198,14 @@ private slots:
     void titleNamesTheFileAndMarksUnsavedCharts()
     {
         QCOMPARE(window->windowTitle(), QStringLiteral("Sorvik Piechart Viewer"));
-        newChart(fixturePath(QStringLiteral("viewer/small.krona.txt")));
+        newKronaChart();
         QCOMPARE(window->windowTitle(), QStringLiteral("target.piechart[*] \u2014 Sorvik Piechart Viewer"));
         QVERIFY(window->isWindowModified());
         prompter->answers = {QMessageBox::No};
         window->slotFileClose();
         QCOMPARE(window->windowTitle(), QStringLiteral("Sorvik Piechart Viewer"));
         QVERIFY(!window->isWindowModified());
-        Sorvik::Test::writeTree(path(QStringLiteral("mine.piechart")), QStringLiteral("root(x=Other:5)"));
-        window->openFile(path(QStringLiteral("mine.piechart")));
+        openTree(QStringLiteral("root(x=Other:5)"), QStringLiteral("mine.piechart"));
         QCOMPARE(window->windowTitle(), QStringLiteral("mine.piechart[*] \u2014 Sorvik Piechart Viewer"));
         QVERIFY(!window->isWindowModified());
     }
@@ -314,22 +276,9 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
-    PieChartItem* chart() const { return window->getView()->getScene()->getPieChart(); }
-    void newChart(const QString& krona)
-    {
-        prompter->onDialog = kronaWizard(krona);
-        window->slotFileNew();
-        QVERIFY(chart());
-        prompter->onDialog = nullptr;
-        prompter->shown.clear();
-        prompter->dialogs.clear();
-    }
-
     void openBigTree()
     {
-        Sorvik::Test::writeTree(path(QStringLiteral("big.piechart")), bigTree);
-        window->openFile(path(QStringLiteral("big.piechart")));
+        openTree(bigTree);
         QVERIFY(chart());
     }
 
@@ -347,10 +296,6 @@ private:
         QTest::qWait(20);
         QCoreApplication::processEvents();
     }
-
-    std::unique_ptr<QTemporaryDir> dir;
-    std::shared_ptr<ScriptedPrompter> prompter;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(TestMainWindowFiles)

@@ -1,3 +1,4 @@
+#include "tests/support/foldercase.h"
 #include "tests/support/sqlfile.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/charts.h"
@@ -7,7 +8,6 @@
 #include "viewer/piechartbuilder.h"
 #include "viewer/piechartitem.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Sorvik::Viewer::PieChartBuilder;
@@ -51,14 +51,14 @@ void checkLayout(const PieChartItem* root)
 
 } // namespace
 
-class TestPieChartBuilder : public QObject
+class TestPieChartBuilder : public Sorvik::Test::FolderCase
 {
     Q_OBJECT
 private slots:
     void init()
     {
-        dir = std::make_unique<QTemporaryDir>();
-        file = dir->filePath(QStringLiteral("chart.ontology"));
+        start();
+        file = path(QStringLiteral("chart.ontology"));
     }
 
     void chartOfATree_data()
@@ -226,7 +226,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> dir;
     QString file;
 };
 

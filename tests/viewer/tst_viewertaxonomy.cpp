@@ -1,14 +1,14 @@
 #include "ontology/taxonomybuilder.h"
 #include "ontology/taxonomycache.h"
 #include "ontology/taxonomydatabase.h"
-#include "resources/resources.h"
 #include "tests/support/charts.h"
 #include "tests/support/fixtures.h"
 #include "tests/support/httpserver.h"
-#include "tests/support/scriptedprompter.h"
+#include "tests/support/sqlfile.h"
 #include "tests/support/taxdump.h"
 #include "tests/support/treeliteral.h"
 #include "tests/support/treetext.h"
+#include "tests/support/windowcase.h"
 #include "viewer/apppreferencesdialog.h"
 #include "viewer/buildreportdialog.h"
 #include "viewer/mainwindow.h"
@@ -20,77 +20,35 @@
 
 #include <QClipboard>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QLabel>
 #include <QPushButton>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 
 using namespace Sorvik::Test;
 using Sorvik::Viewer::AppPreferencesDialog;
 using Sorvik::Viewer::BuildReportDialog;
 using Sorvik::Viewer::MainWindow;
-using Script = std::function<int(QDialog&)>;
-
-namespace {
-
-// Waits until the dialog is closed by the work behind it, and gives its result.
-int waitForClose(QDialog& dialog)
-{
-    QEventLoop loop;
-    QObject::connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
-    loop.exec();
-    return dialog.result();
-}
-
-} // namespace
 
 // The viewer and the NCBI taxonomy: what a build says of the reads the taxonomy could not
 // place, the hint at an old cache, and the update from the preferences.
-class TestViewerTaxonomy : public QObject
+class TestViewerTaxonomy : public WindowCase
 {
     Q_OBJECT
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        Sorvik::initResources();
-        QVERIFY(top.isValid() && server.isListening());
-        QVERIFY(QDir(top.path()).mkpath(QStringLiteral("tmp")));
-        qputenv("TMPDIR", QFile::encodeName(top.filePath(QStringLiteral("tmp"))));
-        const QString small = top.filePath(QStringLiteral("small.zip"));
-        QVERIFY(writeSmallTaxdump(small, true));
-        const QByteArray archive = fileContents(small);
-        server.serve(QStringLiteral("/pub/taxonomy/taxdmp.zip"), archive);
-        server.serve(QStringLiteral("/cut.zip"), archive.left(archive.size() / 2));
-        HttpServer::Route stall;
-        stall.behaviour = HttpServer::Behaviour::Stall;
-        stall.body = archive;
-        stall.stallAfter = 10;
-        server.setRoute(QStringLiteral("/stall.zip"), stall);
+        QVERIFY(server.isListening());
+        catchTemporaryFiles();
+        QVERIFY(!serveSmallTaxdump(server, top.path()).isEmpty());
     }
 
-    void init()
-    {
-        dir = std::make_unique<QTemporaryDir>(top.filePath(QStringLiteral("case-XXXXXX")));
-        QVERIFY(dir->isValid());
-        Sorvik::App::Settings().setPath(dir->path());
-        prompter = std::make_shared<ScriptedPrompter>();
-        window = std::make_unique<MainWindow>();
-        window->setPrompter(prompter);
-    }
+    void init() { start(); }
 
     void cleanup()
     {
-        prompter->answers = {QMessageBox::No};
-        window.reset();
-        dir.reset();
+        stop();
         qunsetenv("SORVIK_TAXDUMP_URL");
     }
 
@@ -103,7 +61,7 @@ private slots:
         prompter->onDialog = [&, calls = 0](QDialog& dialog) mutable {
             switch (calls++) {
             case 0:
-                return wizard(dialog, input);
+                return wizard(QStringLiteral("taxids"), input, QStringLiteral("id"))(dialog);
             case 1:
                 return waitForClose(dialog);
             default: {
@@ -143,11 +101,9 @@ private slots:
         QFETCH(int, days);
         QFETCH(QString, hint);
         writeTree(taxonomy(), QStringLiteral("1=root(562=\"Escherichia coli\")"), false);
-        setCreated(days);
+        setCacheAge(taxonomy(), days);
         const QString input = write(QStringLiteral("ids.txt"), "562\n");
-        prompter->onDialog = [&, calls = 0](QDialog& dialog) mutable {
-            return calls++ == 0 ? wizard(dialog, input) : waitForClose(dialog);
-        };
+        prompter->onDialog = inTurn(wizard(QStringLiteral("taxids"), input, QStringLiteral("id")), waitForClose);
         window->slotFileNew();
         QVERIFY(chart());
         QCOMPARE(prompter->dialogs.size(), 2);
@@ -171,7 +127,7 @@ private slots:
             importSmallTaxonomy();
         if (cache == QLatin1String("old")) {
             writeTree(taxonomy(), QStringLiteral("1(2)"), false);
-            setCreated(400);
+            setCacheAge(taxonomy(), 400);
         }
         const Zem::Ncbi::TaxonomyCache made(taxonomy());
         const QString date = QLocale().toString(made.getCreated().toLocalTime().date(), QLocale::LongFormat);
@@ -261,7 +217,7 @@ private slots:
         const QString input = write(QStringLiteral("ids.txt"), QByteArray("562\n9606\n4242\n").repeated(100000));
         prompter->onDialog = [&, calls = 0](QDialog& dialog) mutable {
             if (calls++ == 0)
-                return wizard(dialog, input);
+                return wizard(QStringLiteral("taxids"), input, QStringLiteral("id"))(dialog);
             dialog.reject();
             return dialog.result();
         };
@@ -298,17 +254,7 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return dir->filePath(name); }
     QString taxonomy() const { return path(Sorvik::App::Settings::taxonomyFileName); }
-    Sorvik::Viewer::PieChartItem* chart() const { return window->getView()->getScene()->getPieChart(); }
-
-    QString write(const QString& name, const QByteArray& content)
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            return QString();
-        return file.fileName();
-    }
 
     // The small taxonomy with its merged (12 into 562) and deleted (99) ids, as the cache.
     void importSmallTaxonomy()
@@ -322,38 +268,7 @@ private:
         builder.build();
     }
 
-    // The cache's making put so many days back.
-    void setCreated(int days)
-    {
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("created"));
-            db.setDatabaseName(taxonomy());
-            QVERIFY(db.open());
-            QSqlQuery query(db);
-            QVERIFY(query.prepare(QStringLiteral("INSERT OR REPLACE INTO info (key, value) VALUES (:key, :value)")));
-            query.bindValue(QStringLiteral(":key"), Zem::Ncbi::TaxonomyCache::createdKey);
-            query.bindValue(QStringLiteral(":value"),
-                            QDateTime::currentDateTimeUtc().addDays(-days).addSecs(-60).toString(Qt::ISODate));
-            QVERIFY(query.exec());
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("created"));
-    }
-
-    // Fills the wizard for a list of taxon ids, one a line.
-    static int wizard(QDialog& dialog, const QString& file)
-    {
-        auto& wizard = dynamic_cast<Sorvik::Viewer::NewPiechartWizard&>(dialog);
-        wizard.setField(QStringLiteral("input-type-taxids"), true);
-        wizard.setField(QStringLiteral("taxids-source-filename"), file);
-        wizard.setField(QStringLiteral("taxids-source-format-id"), true);
-        return int(QDialog::Accepted);
-    }
-
-    QTemporaryDir top;
-    std::unique_ptr<QTemporaryDir> dir;
     HttpServer server;
-    std::shared_ptr<ScriptedPrompter> prompter;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(TestViewerTaxonomy)
