@@ -10,6 +10,7 @@
 #include "ontology/sourcefrequencies.h"
 #include "resources/resources.h"
 #include "viewer/buildncbipiechartasynctask.h"
+#include "viewer/buildreportdialog.h"
 #include "viewer/mainwindow.h"
 #include "viewer/newpiechartwizard.h"
 #include "viewer/settings.h"
@@ -105,6 +106,11 @@ public:
             wizard->setField(QStringLiteral("input-type-taxids"), true);
             wizard->setField(QStringLiteral("taxids-source-format-id"), true);
             wizard->setField(QStringLiteral("taxids-source-filename"), reads);
+            return QDialog::Accepted;
+        }
+        // The list of ids placed outside the taxonomy, shown once the chart is drawn.
+        if (dynamic_cast<Sorvik::Viewer::BuildReportDialog*>(&dialog)) {
+            QTextStream(stdout) << "report: " << dialog.windowTitle() << '\n';
             return QDialog::Accepted;
         }
         QTimer follow;

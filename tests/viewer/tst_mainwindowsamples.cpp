@@ -8,6 +8,7 @@
 #include "viewer/comparegrid.h"
 #include "viewer/comparewindow.h"
 #include "viewer/mainwindow.h"
+#include "viewer/newpiechartwizard.h"
 #include "viewer/piechartitem.h"
 #include "viewer/samplechooser.h"
 #include "viewer/scene.h"
@@ -106,6 +107,30 @@ private slots:
         // The shortcut does nothing.
         window->getSampleChooser()->slotNext();
         QCOMPARE(chooser->getCurrent(), 0);
+    }
+
+    // File > New given several files makes one chart with a sample of each, named after them.
+    void newChartOfSeveralFiles()
+    {
+        QStringList quoted;
+        for (const auto& sample : study) {
+            const QString file = dir->filePath(sample.first + QStringLiteral(".krona.txt"));
+            QFile out(file);
+            QVERIFY(out.open(QIODevice::WriteOnly) && out.write(sample.second.toUtf8()) > 0);
+            quoted << QLatin1Char('"') + file + QLatin1Char('"');
+        }
+        prompter->onDialog = [&quoted](QDialog& dialog) {
+            auto& wizard = dynamic_cast<Sorvik::Viewer::NewPiechartWizard&>(dialog);
+            wizard.setField(QStringLiteral("input-type-krona"), true);
+            wizard.setField(QStringLiteral("krona-source-filename"), quoted.join(QLatin1Char(' ')));
+            return int(QDialog::Accepted);
+        };
+        window->slotFileNew();
+        QVERIFY2(chart(), qPrintable(prompter->lastTitle()));
+        const Sorvik::Viewer::SampleChooser* chooser = window->getSampleChooser();
+        QCOMPARE(chooser->getNames(), (QStringList{"S1", "S2", "S3"}));
+        QCOMPARE(chooser->getTotals(), (QList<qint64>{290, 250, 100}));
+        QVERIFY(chooser->isShown());
     }
 
     void switchingKeepsCentreAndColours_data()
