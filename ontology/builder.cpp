@@ -7,6 +7,7 @@
 
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <array>
@@ -95,7 +96,16 @@ Builder::Builder(const QString& file, QObject* parent)
 {
 }
 
-Builder::~Builder() = default;
+Builder::~Builder()
+{
+    // A cancelled build of a whole taxonomy holds millions of nodes, which take a second or more
+    // to free: long enough to hold up the end of the cancellation. They are memory only (the
+    // writer and its file are gone by now), so a pool thread frees them.
+    if (cancelled && nodeNumber > 0) {
+        auto nodes = std::make_shared<std::vector<std::unique_ptr<Node[]>>>(std::move(blocks));
+        QThreadPool::globalInstance()->start([nodes] { nodes->clear(); });
+    }
+}
 
 template <typename Visit>
 void Builder::forEachNode(Visit visit)
@@ -255,8 +265,10 @@ void Builder::setCancelCheck(std::function<bool()> check)
 
 void Builder::checkCancelled(int step)
 {
-    if (cancelCheck && step % cancelCheckInterval == 0 && cancelCheck())
+    if (cancelCheck && step % cancelCheckInterval == 0 && cancelCheck()) {
+        cancelled = true;
         throw CancelledException();
+    }
 }
 
 void Builder::resetMarks()

@@ -230,6 +230,7 @@ private:
     bool counted = false;
     bool keepFirstParent = false;
     std::function<bool()> cancelCheck;
+    bool cancelled = false;
 };
 
 } // namespace Ontology

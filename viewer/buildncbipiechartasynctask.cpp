@@ -284,11 +284,12 @@ void BuildNcbiPiechartAsyncTask::runNcbiOntologyStep()
     setProgressMessage(0, tr("Building ontology..."));
     if (shouldContinue())
         builder.load();
+    // Between steps too, the cancellation goes through the builder, which then frees its tree
+    // without holding up the end of the thread.
+    builder.checkCancelled(0);
     // The cache takes its name only once complete: until then, the old one stays in use.
-    if (shouldContinue()) {
-        builder.build();
-        imported = true;
-    }
+    builder.build();
+    imported = true;
 }
 
 void BuildNcbiPiechartAsyncTask::runPiechartStep()
@@ -303,21 +304,20 @@ void BuildNcbiPiechartAsyncTask::runPiechartStep()
     // Each sample's reads are placed before the next sample's come.
     Zem::Ontology::BuildReport placed;
     builder.setSampleStep([this, &placed](BuilderSource& loaded) {
-        if (shouldContinue())
-            placed.add(placeTaxa(loaded));
+        loaded.checkCancelled(0);
+        placed.add(placeTaxa(loaded));
     });
     prepareBuilder(builder);
     setProgressMessage(0, tr("Building piechart..."));
     if (shouldContinue())
         builder.load();
-    if (shouldContinue()) {
-        builder.count(true);
-        keepReport(builder, placed);
-    }
-    if (shouldContinue() && !keepEmptyChart && builder.getTotal() <= 0)
+    builder.checkCancelled(0);
+    builder.count(true);
+    keepReport(builder, placed);
+    if (!keepEmptyChart && builder.getTotal() <= 0)
         throw EmptyChartException();
-    if (shouldContinue())
-        builder.build();
+    builder.checkCancelled(0);
+    builder.build();
     if (shouldContinue()) {
         setProgressMessage(0, tr("Pie chart built"));
         setProgressFinished(0);

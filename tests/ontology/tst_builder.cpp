@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QThreadPool>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -222,6 +223,56 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(builder.count(false), Builder::CancelledException);
         QVERIFY_EXCEPTION_THROWN(builder.build(), Builder::CancelledException);
         QVERIFY(QDir(dir->path()).isEmpty(QDir::Files | QDir::Hidden));
+    }
+
+    // A cancelled builder frees its tree on a pool thread; every node must still go, whether
+    // the cancellation came while counting, while writing or never.
+    void everyNodeIsFreed_data()
+    {
+        QTest::addColumn<int>("cancelIn");
+        QTest::newRow("finished") << 0;
+        QTest::newRow("cancelled while counting") << 1;
+        QTest::newRow("cancelled while writing") << 2;
+        QTest::newRow("cancelled at once, nothing linked") << 3;
+    }
+
+    void everyNodeIsFreed()
+    {
+        QFETCH(int, cancelIn);
+        // Every node holds the same value text: it is alone again once the last node has gone.
+        QString shared = QStringLiteral("shared value");
+        shared.detach();
+        {
+            Builder builder(file);
+            bool cancel = false;
+            builder.setCancelCheck([&cancel] { return cancel; });
+            if (cancelIn == 3) {
+                builder.addData(QStringLiteral("lone"), QStringLiteral("name"), shared);
+                cancel = true;
+                QVERIFY_EXCEPTION_THROWN(builder.checkCancelled(0), Builder::CancelledException);
+            } else {
+                builder.addRoot(QStringLiteral("0"));
+                for (int i = 1; i < 20000; ++i)
+                    builder.addChild(QString::number(i / 2), QString::number(i));
+                for (int i = 0; i < 20000; ++i)
+                    builder.addData(QString::number(i), QStringLiteral("name"), shared);
+                QVERIFY(!shared.isDetached());
+                cancel = cancelIn == 1;
+                if (cancel)
+                    QVERIFY_EXCEPTION_THROWN(builder.count(false), Builder::CancelledException);
+                else
+                    builder.count(false);
+                cancel = cancel || cancelIn == 2;
+                if (cancel)
+                    QVERIFY_EXCEPTION_THROWN(builder.build(), Builder::CancelledException);
+                else
+                    builder.build();
+            }
+        }
+        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(shared.isDetached());
+        // A cancelled build leaves no file behind; a finished one is complete.
+        QCOMPARE(QFile::exists(file), cancelIn == 0);
     }
 
     void killDuringWritingNeverLeavesAHalfFile_data()
