@@ -28,6 +28,7 @@ qint64 accumCount(const QVariantMap& data)
 PieChartBuilder::PieChartBuilder(const Zem::Ontology::Ontology& ontology, const Position& start)
     : Reader(ontology, start)
     , fileName(ontology.getFileName())
+    , startRow(start.getRow())
 {
 }
 
@@ -58,7 +59,40 @@ void PieChartBuilder::read()
         colours = std::make_shared<ColourMap>(ColourMap::assign(*whole, palette));
         tree = std::move(whole);
     }
-    Reader::read();
+    const int start = tree->indexOfRow(startRow);
+    if (start == ChartTree::none)
+        Reader::read();
+    else
+        walk(start);
+}
+
+void PieChartBuilder::walk(int top)
+{
+    // The whole tree is in memory: walked there, the subtrees of dropped and too deep nodes are
+    // passed over at once, where the file would give every one of their rows (most of a large
+    // chart's).
+    struct Frame
+    {
+        int node;
+        size_t next;
+    };
+    std::vector<Frame> stack;
+    const QVariantMap none;
+    const auto open = [&](int node) {
+        openNode(QString(), none, tree->getPosition(node));
+        stack.push_back({node, shouldReadChildData() ? 0 : tree->at(node).children.size()});
+    };
+    open(top);
+    while (!stack.empty()) {
+        const int node = stack.back().node;
+        const std::vector<int>& children = tree->at(node).children;
+        if (stack.back().next < children.size()) {
+            open(children[stack.back().next++]);
+        } else {
+            stack.pop_back();
+            closeNode(QString(), none);
+        }
+    }
 }
 
 PieChartItem* PieChartBuilder::rootItem() const

@@ -82,6 +82,9 @@ protected:
     bool shouldReadChildData() const override;
 
 private:
+    // Reads from the tree in memory instead of the file, from the tree's node top.
+    void walk(int top);
+
     enum class Kind { Slice, Chain, Dropped, Beyond };
     // A node being read: a slice, a link of a chain drawn with its child, or none.
     struct Open
@@ -109,6 +112,7 @@ private:
     int nodeOf(const Position& position) const;
 
     QString fileName;
+    int startRow = 0;
     int maxLevels = 10;
     int deepestRing = 0;
     double minPercentage = 0.0;
