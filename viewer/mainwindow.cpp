@@ -53,6 +53,22 @@ namespace Viewer {
 
 namespace {
 
+// Fills a dialog with the progress of a task and a Cancel button that rejects it.
+nu::MultiProgressWidget* makeProgressDialog(QDialog& dialog, const QString& title)
+{
+    dialog.setWindowTitle(title);
+    dialog.setModal(true);
+    dialog.setMinimumWidth(460);
+    auto* progress = new nu::MultiProgressWidget(&dialog);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(progress);
+    layout->addStretch();
+    layout->addWidget(buttons);
+    return progress;
+}
+
 // File dialogs for charts open where the last chart was opened or saved.
 const QString chartFolder = QStringLiteral("chart");
 
@@ -336,16 +352,7 @@ void MainWindow::startNcbiBuild(SampleSources samples)
     task = newTask.release();
 
     QDialog dialog(this);
-    dialog.setWindowTitle(tr("Generating piechart"));
-    dialog.setModal(true);
-    dialog.setMinimumWidth(460);
-    auto* progress = new nu::MultiProgressWidget(&dialog);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(progress);
-    layout->addStretch();
-    layout->addWidget(buttons);
+    nu::MultiProgressWidget* progress = makeProgressDialog(dialog, tr("Generating piechart"));
 
     connect(&dialog, &QDialog::rejected, task, &BuildNcbiPiechartAsyncTask::slotSetCancelled);
     connect(&dialog, &QDialog::rejected, this, &MainWindow::slotBuildNcbiPiechartFinished);
@@ -702,16 +709,7 @@ void MainWindow::updateTaxonomy(const QString& taxonomyFile)
     update.setNcbiOntologyFile(taxonomyFile);
 
     QDialog dialog(this);
-    dialog.setWindowTitle(tr("Updating taxonomy"));
-    dialog.setModal(true);
-    dialog.setMinimumWidth(460);
-    auto* progress = new nu::MultiProgressWidget(&dialog);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(progress);
-    layout->addStretch();
-    layout->addWidget(buttons);
+    nu::MultiProgressWidget* progress = makeProgressDialog(dialog, tr("Updating taxonomy"));
     connect(&dialog, &QDialog::rejected, &update, &BuildNcbiPiechartAsyncTask::slotSetCancelled);
     connect(&update, &nu::AsyncTask::progressChanged, progress, &nu::MultiProgressWidget::slotProgressChanged);
     connect(&update, &QThread::finished, &dialog, &QDialog::accept);
