@@ -55,6 +55,11 @@ QString InputSample::judge(int firstLine, const LineCheck& check) const
     return checked == 0 || bad <= tolerated * checked ? QString() : firstProblem;
 }
 
+bool InputSample::isBlankOrComment(const QString& line)
+{
+    return line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#'));
+}
+
 QString InputSample::quote(const QString& text)
 {
     QString shown = text.size() > 40 ? text.left(40) + QStringLiteral("...") : text;

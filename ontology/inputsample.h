@@ -37,6 +37,8 @@ public:
     // A word of the input as a message quotes it: in single quotes, shortened when long, control
     // characters as '?'.
     static QString quote(const QString& text);
+    // A line that holds no data: blank, or a "#" comment.
+    static bool isBlankOrComment(const QString& line);
 
 private:
     QStringList lines;

@@ -2,6 +2,7 @@
 
 #include "nu/linereader.h"
 #include "ontology/buildersource.h"
+#include "ontology/inputsample.h"
 
 #include <QFileInfo>
 #include <QMap>
@@ -53,6 +54,23 @@ void SampleTable::load(BuilderSource& builder, const Reader& reader)
         linesRead = lines.getLineNumber();
     }
     loaded = true;
+}
+
+QString SampleTable::readHeaderLine(const QString& fileName)
+{
+    nu::LineReader lines(fileName);
+    if (!lines.isOpen())
+        return QString();
+    try {
+        while (lines.next()) {
+            if (lines.isTooLong())
+                return QString();
+            if (!InputSample::isBlankOrComment(lines.getLine()))
+                return lines.getLine();
+        }
+    } catch (const nu::LineReader::ReadException&) {
+    }
+    return QString();
 }
 
 bool SampleTable::nextLine(nu::LineReader& lines, BuilderSource& builder)

@@ -57,6 +57,9 @@ public:
 
     // Moves lines to its next line, with the builder's progress and cancel check.
     static bool nextLine(nu::LineReader& lines, BuilderSource& builder);
+    // The file's first line that is neither blank nor a comment, where the tables of samples
+    // have their header; empty when there is none, it is too long, or the file cannot be read.
+    static QString readHeaderLine(const QString& fileName);
 
     // The number of sample columns, and of values each has per row, as the header on that line
     // names them.

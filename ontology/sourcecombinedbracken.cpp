@@ -14,11 +14,6 @@ namespace {
 
 const QString readsSuffix = QStringLiteral("_num");
 
-bool isBlankOrComment(const QString& line)
-{
-    return line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#'));
-}
-
 } // namespace
 
 SourceCombinedBracken::SourceCombinedBracken(const QString& name, int sampleColumn, bool keep)
@@ -54,7 +49,7 @@ QString SourceCombinedBracken::check(const InputSample& sample)
 {
     const QStringList& lines = sample.getLines();
     int header = 0;
-    while (header < lines.size() && isBlankOrComment(lines.at(header)))
+    while (header < lines.size() && InputSample::isBlankOrComment(lines.at(header)))
         ++header;
     Places places;
     std::vector<int> samples;
@@ -69,23 +64,10 @@ QString SourceCombinedBracken::check(const InputSample& sample)
 
 QStringList SourceCombinedBracken::readColumnNames(const QString& fileName)
 {
-    nu::LineReader lines(fileName);
-    if (!lines.isOpen())
-        return QStringList();
-    try {
-        while (lines.next()) {
-            if (lines.isTooLong())
-                return QStringList();
-            if (isBlankOrComment(lines.getLine()))
-                continue;
-            Places places;
-            std::vector<int> samples;
-            QStringList names;
-            return readCombinedHeader(lines.getLine(), places, samples, &names) ? names : QStringList();
-        }
-    } catch (const nu::LineReader::ReadException&) {
-    }
-    return QStringList();
+    Places places;
+    std::vector<int> samples;
+    QStringList names;
+    return readCombinedHeader(SampleTable::readHeaderLine(fileName), places, samples, &names) ? names : QStringList();
 }
 
 void SourceCombinedBracken::readTable(SampleTable& table, nu::LineReader& lines, BuilderSource& builder)
@@ -100,7 +82,7 @@ void SourceCombinedBracken::readTable(SampleTable& table, nu::LineReader& lines,
             continue;
         }
         const QString& line = lines.getLine();
-        if (isBlankOrComment(line))
+        if (InputSample::isBlankOrComment(line))
             continue;
         if (!headerRead) {
             headerRead = true;

@@ -72,7 +72,7 @@ QString SourceCombinedKreport::check(const InputSample& sample)
 {
     const QStringList& lines = sample.getLines();
     int header = 0;
-    while (header < lines.size() && (isBlank(lines.at(header)) || lines.at(header).startsWith(QLatin1Char('#'))))
+    while (header < lines.size() && InputSample::isBlankOrComment(lines.at(header)))
         ++header;
     if (header >= lines.size() || sample.isTooLong(header) || readCombinedHeader(lines.at(header)) < 0)
         return QStringLiteral("line %1: it is no header of combined reports").arg(header + 1);
@@ -125,7 +125,7 @@ void SourceCombinedKreport::readTable(SampleTable& table, nu::LineReader& lines,
             continue;
         }
         const QString& line = lines.getLine();
-        if (isBlank(line) || line.startsWith(QLatin1Char('#')))
+        if (InputSample::isBlankOrComment(line))
             continue;
         if (!headerRead) {
             headerRead = true;

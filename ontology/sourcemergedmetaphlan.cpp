@@ -11,15 +11,6 @@
 namespace Zem {
 namespace Ontology {
 
-namespace {
-
-bool isBlankOrComment(const QString& line)
-{
-    return line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#'));
-}
-
-} // namespace
-
 SourceMergedMetaphlan::SourceMergedMetaphlan(const QString& name, int sampleColumn, bool keep, double factor)
     : SourceMetaphlan(name, keep, factor)
     , column(sampleColumn)
@@ -43,7 +34,7 @@ QString SourceMergedMetaphlan::check(const InputSample& sample)
 {
     const QStringList& lines = sample.getLines();
     int header = 0;
-    while (header < lines.size() && isBlankOrComment(lines.at(header)))
+    while (header < lines.size() && InputSample::isBlankOrComment(lines.at(header)))
         ++header;
     const int first = header < lines.size() && !sample.isTooLong(header) ? readMergedHeader(lines.at(header)) : -1;
     if (first < 0)
@@ -65,27 +56,14 @@ QString SourceMergedMetaphlan::check(const InputSample& sample)
 
 QStringList SourceMergedMetaphlan::readColumnNames(const QString& fileName)
 {
-    nu::LineReader lines(fileName);
-    if (!lines.isOpen())
+    const QString header = SampleTable::readHeaderLine(fileName);
+    const int first = readMergedHeader(header);
+    if (first < 0)
         return QStringList();
-    try {
-        while (lines.next()) {
-            if (lines.isTooLong())
-                return QStringList();
-            const QString& line = lines.getLine();
-            if (isBlankOrComment(line))
-                continue;
-            const int first = readMergedHeader(line);
-            if (first < 0)
-                return QStringList();
-            QStringList names = line.split(QLatin1Char('\t')).mid(first);
-            for (QString& name : names)
-                name = name.trimmed();
-            return names;
-        }
-    } catch (const nu::LineReader::ReadException&) {
-    }
-    return QStringList();
+    QStringList names = header.split(QLatin1Char('\t')).mid(first);
+    for (QString& name : names)
+        name = name.trimmed();
+    return names;
 }
 
 void SourceMergedMetaphlan::readTable(SampleTable& table, nu::LineReader& lines, BuilderSource& builder)
@@ -97,7 +75,7 @@ void SourceMergedMetaphlan::readTable(SampleTable& table, nu::LineReader& lines,
             continue;
         }
         const QString& line = lines.getLine();
-        if (isBlankOrComment(line))
+        if (InputSample::isBlankOrComment(line))
             continue;
         const QVector<QStringRef> fields = line.splitRef(QLatin1Char('\t'));
         if (first < 0) {

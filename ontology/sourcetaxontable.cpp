@@ -28,11 +28,6 @@ bool isTaxid(const QStringRef& text)
     return true;
 }
 
-bool isBlankOrComment(const QString& line)
-{
-    return line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#'));
-}
-
 } // namespace
 
 SourceTaxonTable::SourceTaxonTable(const QString& name, const Columns& names, bool keep)
@@ -90,7 +85,7 @@ QString SourceTaxonTable::check(const InputSample& sample, const Columns& names)
 {
     const QStringList& lines = sample.getLines();
     int header = 0;
-    while (header < lines.size() && isBlankOrComment(lines.at(header)))
+    while (header < lines.size() && InputSample::isBlankOrComment(lines.at(header)))
         ++header;
     Places places;
     if (header >= lines.size() || !readHeader(lines.at(header), names, places))
@@ -119,7 +114,7 @@ void SourceTaxonTable::read(BuilderSource& builder)
             continue;
         }
         const QString& line = lines.getLine();
-        if (isBlankOrComment(line))
+        if (InputSample::isBlankOrComment(line))
             continue;
         if (!headerRead) {
             headerRead = true;
